@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/PointInTime.h"
+
+#include <QImage>
+#include <QString>
+
+namespace quilmora
+{
+
+/// One generated cover of the history.
+struct HistoryRecord {
+    qint64 id; ///< Row id in the database; the record's identity.
+    QString prompt;
+    QString imagePath; ///< Path of the PNG file, normally in the form "~/…".
+    PointInTime createdAt;
+    QString modelID; ///< May be empty.
+
+    /// The picture, read afresh from its file at each call; null when there is no readable picture.
+    QImage image() const;
+};
+
+} // namespace quilmora
