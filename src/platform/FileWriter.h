@@ -8,8 +8,8 @@
 namespace quilmora
 {
 
-/// Writes `bytes` to the file at `path` in one go, replacing what was there. Gives the platform's description
-/// of the error when the file could not be written whole; a file cut short is removed again.
+/// Writes `bytes` to the file at `path`, replacing what was there. Gives the platform's description of the
+/// error when the file could not be written whole; a file cut short is removed again.
 std::optional<QString> writeFile(const QString &path, const QByteArray &bytes);
 
 } // namespace quilmora

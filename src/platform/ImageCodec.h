@@ -4,8 +4,6 @@
 #include <QImage>
 #include <QString>
 
-class QIODevice;
-
 /// Decoding of picture files into bitmaps and encoding of bitmaps as PNG, for the whole application.
 /// All functions may be called from any thread.
 namespace quilmora::imageCodec
@@ -15,14 +13,19 @@ namespace quilmora::imageCodec
 /// photo of 200 megapixels at four bytes a pixel.
 constexpr int maximumBitmapMebibytes = 1024;
 
+/// The largest picture file that is read, in bytes; larger ones are refused.
+constexpr qint64 maximumFileBytes = qint64{512} * 1024 * 1024;
+
 /// The first picture in `bytes`, judged by content: upright (the camera's orientation applied) and in sRGB.
-/// Null when the bytes are not a whole picture of a known bitmap format.
+/// Null when the bytes are no picture of a known bitmap format. Of a picture that was cut short, what its
+/// format lets be read is given: an answer that was paid for is worth more than its missing end.
 QImage decode(const QByteArray &bytes);
 
-/// The same for the regular file at `path`; null also when there is none or it cannot be read.
+/// The same for the regular file at `path`; null also when there is none, when it cannot be read and when it
+/// was cut short.
 QImage decodeFile(const QString &path);
 
-/// `image` as the bytes of a PNG file. Empty for a null image.
+/// `image` as the bytes of a PNG file, without any comments. Empty for a null image.
 QByteArray encodePng(const QImage &image);
 
 } // namespace quilmora::imageCodec

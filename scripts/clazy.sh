@@ -1,0 +1,12 @@
+#!/usr/bin/env bash
+# Runs clazy over the given files and fails when it has anything to say.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+# The ones taken out contradict the style of the project or of its tests.
+checks=level1,no-qproperty-type-mismatch,no-non-pod-global-static,no-lambda-in-connect
+said=$(clazy-standalone -p build/tidy --checks="$checks" --header-filter="$PWD/(src|tests|tools|benchmarks)/.*" \
+    "$@" 2>&1 | grep -E 'warning:|error:' | sort -u || true)
+if [ -n "$said" ]; then
+    printf '%s\n' "$said"
+    exit 1
+fi

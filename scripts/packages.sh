@@ -1,0 +1,109 @@
+# Sourced by ./run, ./test and .ci/run: installs the system packages that are missing.
+#
+#   install_packages GROUP...   with the groups build, run, test and lint
+
+# Names separated by "|" are alternatives: the first one that the system offers is taken.
+apt_packages() {
+    case $1 in
+    build) echo "cmake ninja-build g++ ccache pkg-config qt6-base-dev qt6-svg-dev|libqt6svg6-dev" \
+        "qt6-translations-l10n libsqlite3-dev libcpp-httplib-dev libssl-dev zlib1g-dev libbrotli-dev libgl-dev" ;;
+    run) echo "fonts-noto-cjk qt6-image-formats-plugins qt6-qpa-plugins" ;;
+    display) echo "xvfb" ;;
+    test) echo "openssl at-spi2-core dbus libatspi2.0-dev" ;;
+    lint) echo "clang clang-format clang-tidy clazy" ;;
+    esac
+}
+
+brew_packages() {
+    case $1 in
+    build) echo "cmake ninja ccache pkg-config qt sqlite cpp-httplib openssl" ;;
+    test) echo "openssl" ;;
+    lint) echo "llvm" ;;
+    esac
+}
+
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then
+        "$@"
+    else
+        sudo "$@"
+    fi
+}
+
+# Prints the packages of the given names that are not installed, an alternative resolved to one of its names.
+missing_apt_packages() {
+    local wanted name found
+    for wanted in "$@"; do
+        found=
+        for name in ${wanted//|/ }; do
+            if [ "$(dpkg-query -W -f '${db:Status-Status}' "$name" 2>/dev/null)" = installed ]; then
+                found=yes
+                break
+            fi
+        done
+        [ -n "$found" ] || echo "$wanted"
+    done
+}
+
+offered_name() {
+    local name
+    for name in ${1//|/ }; do
+        if apt-cache show "$name" >/dev/null 2>&1; then
+            echo "$name"
+            return
+        fi
+    done
+    echo "${1%%|*}"
+}
+
+install_with_apt() {
+    local missing wanted
+    mapfile -t missing < <(missing_apt_packages "$@")
+    [ ${#missing[@]} -gt 0 ] || return 0
+    echo "Installing: ${missing[*]}"
+    as_root apt-get update -qq
+    local names=()
+    for wanted in "${missing[@]}"; do
+        names+=("$(offered_name "$wanted")")
+    done
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${names[@]}" \
+        >/dev/null
+}
+
+install_with_brew() {
+    local missing=() name
+    for name in "$@"; do
+        brew list --versions "$name" >/dev/null 2>&1 || missing+=("$name")
+    done
+    [ ${#missing[@]} -gt 0 ] || return 0
+    echo "Installing: ${missing[*]}"
+    brew install "${missing[@]}"
+}
+
+install_packages() {
+    local group names=()
+    if command -v apt-get >/dev/null; then
+        for group in "$@"; do
+            read -r -a more <<<"$(apt_packages "$group")"
+            names+=("${more[@]}")
+        done
+        install_with_apt "${names[@]}"
+    elif command -v brew >/dev/null; then
+        for group in "$@"; do
+            names+=($(brew_packages "$group"))
+        done
+        install_with_brew ${names[@]+"${names[@]}"}
+    else
+        echo "Neither apt-get nor brew is here; please install the packages listed in scripts/packages.sh." >&2
+    fi
+}
+
+# Configures a preset the first time and builds the given targets (all without any).
+build_preset() {
+    local preset=$1
+    shift
+    if [ ! -f "build/$preset/build.ninja" ]; then
+        cmake --preset "$preset" >/dev/null
+    fi
+    cmake --build --preset "$preset" ${1:+--target "$@"}
+}

@@ -1,0 +1,36 @@
+#include "generation/GenError.h"
+
+using namespace Qt::StringLiterals;
+
+namespace quilmora
+{
+
+GenError::GenError(Case kind) : errorCase{kind} {}
+
+GenError GenError::serverError(const QString &message)
+{
+    GenError error{Case::serverError};
+    error.message = message;
+    return error;
+}
+
+QString GenError::errorDescription() const
+{
+    switch (errorCase) {
+    case Case::invalidURL:
+        return u"API URL 无效，请在「功能设置」中配置"_s;
+    case Case::invalidAPIKey:
+        return u"API Key 无效，请在「功能设置」中配置"_s;
+    case Case::invalidModelID:
+        return u"Model ID 无效，请在「功能设置」中配置"_s;
+    case Case::noData:
+        return u"未收到响应数据"_s;
+    case Case::parseFailed:
+        return u"无法解析图片数据"_s;
+    case Case::serverError:
+        return message;
+    }
+    Q_UNREACHABLE();
+}
+
+} // namespace quilmora

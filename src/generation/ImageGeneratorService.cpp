@@ -1,0 +1,137 @@
+#include "generation/ImageGeneratorService.h"
+
+#include "generation/BlockingDownload.h"
+#include "generation/RequestBody.h"
+#include "generation/ResponseParser.h"
+
+#include <QCoreApplication>
+#include <QUrl>
+
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace quilmora
+{
+namespace
+{
+
+/// How many answers may be decoded, or wait for a picture named by its address, at once. Far more than a user
+/// starts, so that a slow one never holds up another.
+constexpr int maximumDecoders = 32;
+
+/// A line break or NUL in the key would end its header line and begin a line of the key's own.
+bool fitsHeaderLine(const QString &key)
+{
+    return !key.contains(u'\r') && !key.contains(u'\n') && !key.contains(QChar::Null);
+}
+
+std::optional<GenError> settingsError(const VolcengineConfig &config)
+{
+    if (config.apiURL.isEmpty() || !QUrl{config.apiURL, QUrl::StrictMode}.isValid()) {
+        return GenError{GenError::Case::invalidURL};
+    }
+    if (config.apiKey.isEmpty() || !fitsHeaderLine(config.apiKey)) {
+        return GenError{GenError::Case::invalidAPIKey};
+    }
+    if (config.modelID.isEmpty()) {
+        return GenError{GenError::Case::invalidModelID};
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+ImageGeneratorService::ImageGeneratorService(IdleLimits limits)
+    : idleLimits{limits},
+      session{new HttpSession{limits.request}}
+{
+    decoders.setMaxThreadCount(maximumDecoders);
+    session->moveToThread(&sessionThread);
+    connect(&sessionThread, &QThread::finished, session, &QObject::deleteLater);
+    sessionThread.setObjectName(u"http"_s);
+    sessionThread.start();
+}
+
+ImageGeneratorService::~ImageGeneratorService()
+{
+    stop();
+}
+
+ImageGeneratorService &ImageGeneratorService::shared()
+{
+    static ImageGeneratorService instance;
+    static const bool stopsWithTheApplication = [] {
+        return static_cast<bool>(connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit,
+                                         &instance, &ImageGeneratorService::stop));
+    }();
+    Q_UNUSED(stopsWithTheApplication)
+    return instance;
+}
+
+void ImageGeneratorService::stop()
+{
+    stopSignal.stop();
+    sessionThread.quit();
+    sessionThread.wait();
+    decoders.waitForDone();
+    completions.clear();
+}
+
+void ImageGeneratorService::generateImage(const QString &prompt, qint64 width, qint64 height,
+                                          const QList<QImage> &referenceImages,
+                                          const VolcengineConfig &config,
+                                          const GenerationCompletion &completion)
+{
+    if (const auto error = settingsError(config)) {
+        completion(*error);
+        return;
+    }
+    if (stopSignal.isStopped()) {
+        return;
+    }
+    const quint64 job = ++lastJob;
+    completions.insert(job, completion);
+    const auto encodeAndPost = [=, this] {
+        if (stopSignal.isStopped()) {
+            return;
+        }
+        const QByteArray body = encodeRequestBody({prompt, width, height, referenceImages, config.modelID});
+        post(job, {QUrl{config.apiURL, QUrl::StrictMode}, "Bearer " + config.apiKey.toUtf8(), body});
+    };
+    // Encoding large photos takes a while; the caller gets to show first that it has begun.
+    QMetaObject::invokeMethod(this, encodeAndPost, Qt::QueuedConnection);
+}
+
+void ImageGeneratorService::post(quint64 job, const HttpSession::Request &request)
+{
+    QMetaObject::invokeMethod(session, [this, job, request] {
+        session->post(request, [this, job](const HttpOutcome &outcome) {
+            // On a thread of its own: reading a picture's address would hold up the other requests here.
+            decoders.start([this, job, outcome] { decode(job, outcome); });
+        });
+    });
+}
+
+void ImageGeneratorService::decode(quint64 job, const HttpOutcome &outcome)
+{
+    GenerationResult result = GenError{GenError::Case::noData};
+    if (const auto *error = std::get_if<TransportError>(&outcome)) {
+        result = *error;
+    } else if (const auto *body = std::get_if<QByteArray>(&outcome)) {
+        result = parseResponse(*body, [this](const QUrl &url) {
+            return downloadBlocking(url, idleLimits.download, stopSignal);
+        });
+    }
+    QMetaObject::invokeMethod(
+        this, [this, job, result] { complete(job, result); }, Qt::QueuedConnection);
+}
+
+void ImageGeneratorService::complete(quint64 job, const GenerationResult &result)
+{
+    if (const GenerationCompletion completion = completions.take(job)) {
+        completion(result);
+    }
+}
+
+} // namespace quilmora

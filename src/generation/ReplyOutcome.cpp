@@ -1,0 +1,132 @@
+#include "generation/ReplyOutcome.h"
+
+#include <QCoreApplication>
+#include <QNetworkReply>
+#include <QRegularExpression>
+
+using namespace Qt::StringLiterals;
+
+namespace quilmora
+{
+namespace
+{
+
+int statusOf(const QNetworkReply &reply)
+{
+    return reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+}
+
+/// Whether an answer has begun that tells its end by closing the connection.
+bool endsWithTheConnection(const QNetworkReply &reply)
+{
+    return statusOf(reply) >= 200 && !reply.hasRawHeader("Content-Length") &&
+           !reply.hasRawHeader("Transfer-Encoding");
+}
+
+/// By the class of the error, which is set for answers with an error status as well.
+bool isAnswer(const QNetworkReply &reply)
+{
+    switch (reply.error()) {
+    case QNetworkReply::NoError:
+        return true;
+    case QNetworkReply::ContentReSendError:
+        // At times the network layer takes the close that ends an answer for a lost connection.
+        return endsWithTheConnection(reply);
+    case QNetworkReply::ProxyAuthenticationRequiredError: // 407, if the server says so itself
+    case QNetworkReply::ProtocolInvalidOperationError:    // 400, 418
+        break;
+    default:
+        const bool isStatusError = (reply.error() >= QNetworkReply::ContentAccessDenied &&
+                                    reply.error() <= QNetworkReply::UnknownContentError) ||
+                                   reply.error() >= QNetworkReply::InternalServerError;
+        if (!isStatusError) {
+            return false;
+        }
+    }
+    // Without a status the connection failed, and with a good one the body could not be unpacked.
+    return statusOf(reply) >= 400;
+}
+
+/// Whether less has come than was promised, which the network layer does not always notice.
+bool isCut(const QNetworkReply &reply, const QByteArray &body)
+{
+    return reply.hasRawHeader("Content-Length") &&
+           body.size() < reply.rawHeader("Content-Length").toLongLong();
+}
+
+QString connectionClosed()
+{
+    return QCoreApplication::translate("QHttp", "Connection closed");
+}
+
+/// `text` without the TLS library's own code and English words at its end.
+QString withoutLibraryCode(const QString &text)
+{
+    static const QRegularExpression code{uR"([:：,，]?\s*error:[0-9A-Fa-f]+:.*$)"_s};
+    return QString{text}.remove(code);
+}
+
+QString transportErrorText(const QNetworkReply &reply)
+{
+    switch (reply.error()) {
+    case QNetworkReply::OperationCanceledError:
+        // Nothing cancels a request but the idle limit, which the network layer reports as a cancellation.
+        return u"请求超时"_s;
+    case QNetworkReply::ContentReSendError:
+        // The connection was lost and the body not sent again.
+        return connectionClosed();
+    case QNetworkReply::SslHandshakeFailedError:
+        return withoutLibraryCode(reply.errorString());
+    default:
+        return reply.errorString();
+    }
+}
+
+bool hasSameOrigin(const QUrl &one, const QUrl &other)
+{
+    const int standardPort = one.scheme() == u"https"_s ? 443 : 80;
+    return one.scheme() == other.scheme() && one.host() == other.host() &&
+           one.port(standardPort) == other.port(standardPort);
+}
+
+} // namespace
+
+HttpOutcome readOutcome(QNetworkReply &reply)
+{
+    // First of all: a body that cannot be unpacked becomes an error only as it is read.
+    const QByteArray body = reply.isReadable() ? reply.readAll() : QByteArray{};
+    if (!isAnswer(reply)) {
+        return TransportError{transportErrorText(reply)};
+    }
+    if (isCut(reply, body)) {
+        return TransportError{connectionClosed()};
+    }
+    if (statusOf(reply) == 0) {
+        return std::monostate{};
+    }
+    return body;
+}
+
+std::variant<std::monostate, Redirect, TransportError> readRedirect(const QNetworkReply &reply)
+{
+    const int status = statusOf(reply);
+    const bool withBody = status == 307 || status == 308;
+    const bool withoutBody = status == 301 || status == 302 || status == 303;
+    // The network layer rewinds the body for the former even if it is not to follow, and is refused that.
+    const bool complete = reply.error() == QNetworkReply::NoError ||
+                          (withBody && reply.error() == QNetworkReply::ContentReSendError);
+    if (!complete || !(withBody || withoutBody)) {
+        return {};
+    }
+    const QUrl location = QUrl::fromEncoded(reply.rawHeader("Location"));
+    const QUrl target = reply.url().resolved(location);
+    if (location.isEmpty() || !target.isValid()) {
+        return TransportError{QCoreApplication::translate("QHttp", "Unknown protocol specified")};
+    }
+    if (!hasSameOrigin(reply.url(), target)) {
+        return TransportError{QCoreApplication::translate("QHttp", "Insecure redirect")};
+    }
+    return Redirect{target, withBody};
+}
+
+} // namespace quilmora

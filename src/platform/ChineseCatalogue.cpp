@@ -1,0 +1,40 @@
+#include "platform/ChineseCatalogue.h"
+
+#include "platform/SupplementaryTexts.h"
+
+#include <QCoreApplication>
+#include <QLibraryInfo>
+#include <QTranslator>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace quilmora
+{
+namespace
+{
+
+constexpr auto catalogueName = "qtbase_zh_CN.qm"_L1;
+
+bool load(QTranslator &translator)
+{
+    return translator.load(catalogueName, u":/translations"_s) ||
+           translator.load(catalogueName, QLibraryInfo::path(QLibraryInfo::TranslationsPath));
+}
+
+} // namespace
+
+void installChineseCatalogue(QCoreApplication &application)
+{
+    // The one installed last is asked first, so the catalogue goes before our own words.
+    auto *supplement = new SupplementaryTexts{&application};
+    QCoreApplication::installTranslator(supplement);
+
+    auto catalogue = std::make_unique<QTranslator>(&application);
+    if (load(*catalogue)) {
+        QCoreApplication::installTranslator(catalogue.release());
+    }
+}
+
+} // namespace quilmora

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QTranslator>
+
+namespace quilmora
+{
+
+/// Chinese for those of the platform's error messages that its own catalogue leaves in English.
+class SupplementaryTexts final : public QTranslator
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(SupplementaryTexts)
+
+public:
+    using QTranslator::QTranslator;
+    ~SupplementaryTexts() override = default;
+
+    /// Null for every text that is not among them.
+    QString translate(const char *context, const char *sourceText, const char *disambiguation,
+                      int n) const override;
+    bool isEmpty() const override { return false; }
+};
+
+} // namespace quilmora

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "model/HistoryRecord.h"
+#include "model/VolcengineConfig.h"
+#include "store/SqliteConnection.h"
+
+#include <QList>
+#include <QString>
+
+namespace quilmora
+{
+
+/// Everything that is kept across runs: the settings of the image service and the history of covers, in one
+/// SQLite file. No operation reports a failure: reads fall back to defaults or an empty list, failed writes
+/// are printed to standard output. To be used from the main thread.
+class DatabaseManager final
+{
+public:
+    /// Opens and prepares "quilmora.db" in `folder`, creating both if missing. The folder is made the owner's
+    /// alone, because the settings hold the key in plain text.
+    explicit DatabaseManager(const QString &folder);
+    Q_DISABLE_COPY_MOVE(DatabaseManager)
+    ~DatabaseManager() = default;
+
+    /// The one instance of the running application, in the user's application-support folder; opened on first
+    /// use.
+    static DatabaseManager &shared();
+
+    /// Stores the settings exactly as given.
+    void saveConfig(const QString &apiURL, const QString &apiKey, const QString &modelID);
+
+    /// The stored settings, with the defaults for an empty address or model.
+    VolcengineConfig getConfig();
+
+    /// Adds one cover, stamped with the present moment.
+    void insertHistory(const QString &prompt, const QString &imagePath, const QString &modelID);
+
+    /// All covers, newest first.
+    QList<HistoryRecord> fetchAllHistory();
+
+    /// Removes the row; the picture file stays. An unknown id changes nothing.
+    void deleteHistory(qint64 id);
+
+private:
+    void createTables();
+    void ensureDefaultConfig();
+
+    SqliteConnection database;
+};
+
+} // namespace quilmora

@@ -1,0 +1,67 @@
+#include "store/ImageStorageService.h"
+
+#include "platform/Console.h"
+#include "platform/FileWriter.h"
+#include "platform/ImageCodec.h"
+#include "platform/PointInTime.h"
+#include "platform/UserFolders.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRandomGenerator>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace quilmora
+{
+namespace
+{
+
+QString newFileName()
+{
+    // The number keeps covers of the same second apart.
+    const int number = QRandomGenerator::system()->bounded(1000, 10000);
+    return u"cover_"_s + localDateText(now(), u"yyyyMMdd_HHmmss"_s) + u'_' + QString::number(number) +
+           u".png"_s;
+}
+
+} // namespace
+
+ImageStorageService::ImageStorageService(QString directory) : coverImageDirectory{std::move(directory)}
+{
+    QDir{}.mkpath(coverImageDirectory);
+}
+
+ImageStorageService &ImageStorageService::shared()
+{
+    static ImageStorageService instance{userFolders::pictures() + u"/Quilmora/coverimg"_s};
+    return instance;
+}
+
+std::optional<QString> ImageStorageService::saveImage(const QImage &image)
+{
+    const QByteArray png = imageCodec::encodePng(image);
+    if (png.isEmpty()) {
+        return std::nullopt;
+    }
+    const QString name = newFileName();
+    if (const auto error = writeFile(coverImageDirectory + u'/' + name, png)) {
+        console::printLine(u"保存图片失败: "_s + *error);
+        return std::nullopt;
+    }
+    return u"~/Pictures/Quilmora/coverimg/"_s + name;
+}
+
+QImage ImageStorageService::loadImage(const QString &path) const
+{
+    return imageCodec::decodeFile(userFolders::expandTilde(path));
+}
+
+void ImageStorageService::deleteImage(const QString &path)
+{
+    QFile::remove(userFolders::expandTilde(path));
+}
+
+} // namespace quilmora

@@ -1,0 +1,97 @@
+#include "store/SqliteConnection.h"
+
+#include "platform/Console.h"
+
+#include <sqlite3.h>
+
+using namespace Qt::StringLiterals;
+
+namespace quilmora
+{
+namespace
+{
+
+/// How long a statement waits for another running copy of the program to finish its own.
+constexpr int busyTimeoutMilliseconds = 5000;
+
+} // namespace
+
+SqliteStatement::SqliteStatement(sqlite3_stmt *prepared) : statement{prepared} {}
+
+bool SqliteStatement::step()
+{
+    return sqlite3_step(statement.get()) == SQLITE_ROW;
+}
+
+bool SqliteStatement::isNull(int column) const
+{
+    return sqlite3_column_type(statement.get(), column) == SQLITE_NULL;
+}
+
+QString SqliteStatement::text(int column) const
+{
+    const auto *bytes =
+        static_cast<const char *>(static_cast<const void *>(sqlite3_column_text(statement.get(), column)));
+    return QString::fromUtf8(bytes, sqlite3_column_bytes(statement.get(), column));
+}
+
+qint64 SqliteStatement::integer(int column) const
+{
+    return sqlite3_column_int64(statement.get(), column);
+}
+
+double SqliteStatement::real(int column) const
+{
+    return sqlite3_column_double(statement.get(), column);
+}
+
+void SqliteStatement::Finalize::operator()(sqlite3_stmt *pointer) const
+{
+    sqlite3_finalize(pointer);
+}
+
+SqliteConnection::SqliteConnection(const QString &path)
+{
+    sqlite3 *opened = nullptr;
+    const int result = sqlite3_open(path.toUtf8().constData(), &opened);
+    connection.reset(opened);
+    if (result != SQLITE_OK) {
+        console::printLine(u"无法打开数据库: "_s + path);
+        return;
+    }
+    sqlite3_busy_timeout(opened, busyTimeoutMilliseconds);
+}
+
+void SqliteConnection::execute(const QString &sql)
+{
+    char *message = nullptr;
+    const int result = sqlite3_exec(connection.get(), sql.toUtf8().constData(), nullptr, nullptr, &message);
+    if (result != SQLITE_OK && message != nullptr) {
+        console::printLine(u"SQL 错误: "_s + QString::fromUtf8(message));
+    }
+    sqlite3_free(message);
+}
+
+SqliteStatement SqliteConnection::prepare(const QString &sql)
+{
+    sqlite3_stmt *statement = nullptr;
+    if (sqlite3_prepare_v2(connection.get(), sql.toUtf8().constData(), -1, &statement, nullptr) !=
+        SQLITE_OK) {
+        statement = nullptr;
+    }
+    return SqliteStatement{statement};
+}
+
+QString SqliteConnection::quoted(const QString &text)
+{
+    QString doubled = text;
+    doubled.replace(u'\'', u"''"_s);
+    return u'\'' + doubled + u'\'';
+}
+
+void SqliteConnection::Close::operator()(sqlite3 *pointer) const
+{
+    sqlite3_close_v2(pointer);
+}
+
+} // namespace quilmora

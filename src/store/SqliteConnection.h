@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QString>
+
+#include <memory>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace quilmora
+{
+
+/// A prepared statement that is read row by row; finalized on destruction.
+class SqliteStatement final
+{
+public:
+    explicit SqliteStatement(sqlite3_stmt *statement);
+
+    /// Whether preparing succeeded; no other operation may be called otherwise.
+    explicit operator bool() const { return statement != nullptr; }
+
+    /// Moves to the next row; false when there is none or the read failed.
+    bool step();
+
+    bool isNull(int column) const;
+    QString text(int column) const; ///< Empty for NULL.
+    qint64 integer(int column) const;
+    double real(int column) const;
+
+private:
+    struct Finalize {
+        void operator()(sqlite3_stmt *pointer) const;
+    };
+    std::unique_ptr<sqlite3_stmt, Finalize> statement;
+};
+
+/// One open database file. Failures are printed to standard output where stated and never thrown.
+/// To be used from one thread at a time.
+class SqliteConnection final
+{
+public:
+    /// Opens the file, creating it if it is missing. When that fails, "无法打开数据库: " and the path are
+    /// printed and every later operation fails quietly.
+    explicit SqliteConnection(const QString &path);
+
+    /// Runs the statements in `sql`; prints "SQL 错误: " and SQLite's message when one fails.
+    void execute(const QString &sql);
+
+    /// A statement to read from; false in a boolean context when `sql` cannot be prepared (nothing is
+    /// printed).
+    SqliteStatement prepare(const QString &sql);
+
+    /// `text` as an SQL text literal, quotes included.
+    static QString quoted(const QString &text);
+
+private:
+    struct Close {
+        void operator()(sqlite3 *pointer) const;
+    };
+    std::unique_ptr<sqlite3, Close> connection;
+};
+
+} // namespace quilmora

@@ -1,0 +1,187 @@
+#include "support/SamplePictures.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QImageWriter>
+#include <QPainter>
+#include <QtEndian>
+
+#include <array>
+
+namespace quilmora::test::samplePictures
+{
+namespace
+{
+
+QByteArray encoded(const QImage &image, const char *format, int quality)
+{
+    QByteArray bytes;
+    QBuffer buffer{&bytes};
+    buffer.open(QIODevice::WriteOnly);
+    if (!image.save(&buffer, format, quality)) {
+        qFatal("Cannot encode a sample picture as %s", format);
+    }
+    return bytes;
+}
+
+QByteArray bigEndian(quint32 value)
+{
+    QByteArray four(4, '\0');
+    qToBigEndian(value, four.data());
+    return four;
+}
+
+/// The format's own checksum; decoders warn of a wrong one.
+quint32 checksum(const QByteArray &bytes)
+{
+    static const auto table = [] {
+        std::array<quint32, 256> remainders{};
+        for (quint32 byte = 0; byte < remainders.size(); ++byte) {
+            quint32 remainder = byte;
+            for (int bit = 0; bit < 8; ++bit) {
+                remainder = (remainder >> 1U) ^ ((remainder & 1U) != 0U ? 0xedb88320U : 0U);
+            }
+            remainders.at(byte) = remainder;
+        }
+        return remainders;
+    }();
+    quint32 sum = 0xffffffffU;
+    for (const char byte : bytes) {
+        sum = (sum >> 8U) ^ table.at((sum ^ static_cast<quint8>(byte)) & 0xffU);
+    }
+    return ~sum;
+}
+
+} // namespace
+
+QImage picture(QSize size, const QColor &mark)
+{
+    QImage image{size, QImage::Format_RGB32};
+    QPainter painter{&image};
+    QLinearGradient gradient{0, 0, 0, static_cast<qreal>(size.height())};
+    gradient.setColorAt(0, Qt::white);
+    gradient.setColorAt(1, Qt::darkCyan);
+    painter.fillRect(image.rect(), gradient);
+    painter.fillRect(0, 0, size.width() / 4, size.height() / 4, mark);
+    return image;
+}
+
+QByteArray png(const QImage &image)
+{
+    return encoded(image, "png", -1);
+}
+
+QByteArray jpeg(const QImage &image, int quality)
+{
+    return encoded(image, "jpeg", quality);
+}
+
+QByteArray progressiveJpeg(const QImage &image)
+{
+    QByteArray bytes;
+    QBuffer buffer{&bytes};
+    QImageWriter writer{&buffer, "jpeg"};
+    writer.setProgressiveScanWrite(true);
+    if (!writer.write(image)) {
+        qFatal("Cannot encode a progressive JPEG");
+    }
+    return bytes;
+}
+
+QByteArray sidewaysJpeg(const QImage &image)
+{
+    // An Exif segment with the one entry that matters: tag 0x0112 (orientation), value 6.
+    static const QByteArray segment = QByteArray::fromHex("ffe10022457869660000"
+                                                          "4d4d002a00000008"
+                                                          "00010112000300000001000600000000"
+                                                          "0000");
+    return jpeg(image).insert(2, segment);
+}
+
+QByteArray cmykJpeg()
+{
+    // 8 x 8 pixels of one colour, written by hand: baseline, four components, trivial Huffman tables.
+    QByteArray bytes = QByteArray::fromHex("ffd8"
+                                           "ffee000e41646f6265006400000000"
+                                           "00"
+                                           "ffdb004300");
+    bytes += QByteArray(64, '\x01');
+    bytes += QByteArray::fromHex("ffc00014080008000804"
+                                 "011100"
+                                 "021100"
+                                 "031100"
+                                 "041100");
+    // One code of one bit in each table: the value 0 (no difference; end of block).
+    bytes += QByteArray::fromHex("ffc4001400"
+                                 "01000000000000000000000000000000"
+                                 "00");
+    bytes += QByteArray::fromHex("ffc4001410"
+                                 "01000000000000000000000000000000"
+                                 "00");
+    bytes += QByteArray::fromHex("ffda000e04"
+                                 "0100"
+                                 "0200"
+                                 "0300"
+                                 "0400"
+                                 "003f00");
+    bytes += QByteArray::fromHex("00");
+    bytes += QByteArray::fromHex("ffd9");
+    return bytes;
+}
+
+QByteArray animatedGif()
+{
+    return QByteArray::fromHex("47494638396102000200800000ff00000000ff"
+                               "21f904000a000000"
+                               "2c000000000200020000020284"
+                               "51"
+                               "00"
+                               "21f904000a000000"
+                               "2c00000000020002000002028c"
+                               "53"
+                               "00"
+                               "3b");
+}
+
+QByteArray pngChunk(const QByteArray &type, const QByteArray &data)
+{
+    const QByteArray summed = type + data;
+    return bigEndian(static_cast<quint32>(data.size())) + summed + bigEndian(checksum(summed));
+}
+
+QByteArray pngByHand(QSize size, char bits, char colourType, const QByteArray &rows, const QByteArray &extra)
+{
+    constexpr qsizetype lengthBeforeZlibStream = 4;
+    const QByteArray header = bigEndian(static_cast<quint32>(size.width())) +
+                              bigEndian(static_cast<quint32>(size.height())) + bits + colourType +
+                              QByteArray(3, '\0');
+    return QByteArray::fromHex("89504e470d0a1a0a") + pngChunk("IHDR", header) + extra +
+           pngChunk("IDAT", qCompress(rows, 1).sliced(lengthBeforeZlibStream)) + pngChunk("IEND", {});
+}
+
+QByteArray pngOfSize(qsizetype size)
+{
+    QByteArray bytes = png(picture({8, 8}));
+    constexpr qsizetype chunkOverhead = 12;
+    constexpr qsizetype endChunk = 12;
+    const QByteArray keyword{"C\0", 2};
+    const qsizetype room = size - bytes.size() - chunkOverhead - keyword.size();
+    if (room < 0) {
+        qFatal("No PNG is that small");
+    }
+    return bytes.insert(bytes.size() - endChunk, pngChunk("tEXt", keyword + QByteArray(room, 'x')));
+}
+
+QString write(const QString &path, const QByteArray &bytes)
+{
+    QDir{}.mkpath(QFileInfo{path}.path());
+    QFile file{path};
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
+        qFatal("Cannot write a sample file");
+    }
+    return path;
+}
+
+} // namespace quilmora::test::samplePictures

@@ -1,0 +1,118 @@
+#include "support/ScriptedAnswer.h"
+
+#include <QtEndian>
+
+#include <algorithm>
+
+namespace quilmora::test
+{
+namespace
+{
+
+QByteArray littleEndian(quint32 value)
+{
+    const quint32 ordered = qToLittleEndian(value);
+    return QByteArray{reinterpret_cast<const char *>(&ordered), sizeof ordered};
+}
+
+quint32 checksum(const QByteArray &bytes)
+{
+    quint32 sum = 0xffffffffU;
+    for (const char byte : bytes) {
+        sum ^= static_cast<quint8>(byte);
+        for (int bit = 0; bit < 8; ++bit) {
+            sum = (sum >> 1U) ^ ((sum & 1U) != 0U ? 0xedb88320U : 0U);
+        }
+    }
+    return ~sum;
+}
+
+QByteArray gzip(const QByteArray &bytes)
+{
+    // Around the packed data: a length and a two-byte header before it, a checksum of another kind behind.
+    constexpr qsizetype before = 6;
+    constexpr qsizetype behind = 4;
+    const QByteArray packed = qCompress(bytes);
+    return QByteArray::fromHex("1f8b08000000000000ff") +
+           packed.sliced(before, packed.size() - before - behind) + littleEndian(checksum(bytes)) +
+           littleEndian(static_cast<quint32>(bytes.size()));
+}
+
+} // namespace
+
+ScriptedAnswer ScriptedAnswer::whole(const QByteArray &body, const QByteArray &statusLine,
+                                     const QByteArray &extraHeaders)
+{
+    const QByteArray head = "HTTP/1.1 " + statusLine +
+                            "\r\nContent-Length: " + QByteArray::number(body.size()) +
+                            "\r\nConnection: close\r\n" + extraHeaders + "\r\n";
+    return {{{head + body}}};
+}
+
+ScriptedAnswer ScriptedAnswer::keptAlive(const QByteArray &body)
+{
+    return {{{"HTTP/1.1 200 OK\r\nContent-Length: " + QByteArray::number(body.size()) +
+              "\r\nConnection: keep-alive\r\n\r\n" + body}},
+            End::stayOpen};
+}
+
+ScriptedAnswer ScriptedAnswer::chunked(const QByteArray &body, qsizetype chunkSize)
+{
+    ScriptedAnswer answer{{{"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"}}};
+    for (qsizetype start = 0; start < body.size(); start += chunkSize) {
+        const QByteArray chunk = body.sliced(start, std::min(chunkSize, body.size() - start));
+        answer.pieces.append({QByteArray::number(chunk.size(), 16) + "\r\n" + chunk + "\r\n"});
+    }
+    answer.pieces.append({"0\r\n\r\n"});
+    return answer;
+}
+
+ScriptedAnswer ScriptedAnswer::gzipped(const QByteArray &body)
+{
+    return whole(gzip(body), "200 OK", "Content-Encoding: gzip\r\n");
+}
+
+ScriptedAnswer ScriptedAnswer::cut(const QByteArray &body, qsizetype promised)
+{
+    return {{{"HTTP/1.1 200 OK\r\nContent-Length: " + QByteArray::number(promised) + "\r\n\r\n" + body}}};
+}
+
+ScriptedAnswer ScriptedAnswer::dripping(const QByteArray &body, int parts, std::chrono::milliseconds pause)
+{
+    ScriptedAnswer answer{
+        {{"HTTP/1.1 200 OK\r\nContent-Length: " + QByteArray::number(body.size()) + "\r\n\r\n"}}};
+    const qsizetype size = body.size() / parts + 1;
+    for (qsizetype start = 0; start < body.size(); start += size) {
+        answer.pieces.append({body.mid(start, size), pause});
+    }
+    return answer;
+}
+
+ScriptedAnswer ScriptedAnswer::redirect(int status, const QByteArray &location)
+{
+    return whole({}, QByteArray::number(status) + " Redirected", "Location: " + location + "\r\n");
+}
+
+ScriptedAnswer ScriptedAnswer::silence()
+{
+    return {{}, End::stayOpen};
+}
+
+ScriptedAnswer ScriptedAnswer::hangUp()
+{
+    return {};
+}
+
+ScriptedAnswer ScriptedAnswer::reset()
+{
+    return {{}, End::reset};
+}
+
+ScriptedAnswer ScriptedAnswer::after(std::chrono::milliseconds delay) const
+{
+    ScriptedAnswer delayed = *this;
+    delayed.pieces.prepend({{}, delay});
+    return delayed;
+}
+
+} // namespace quilmora::test

@@ -1,0 +1,183 @@
+#include "support/ScriptedHttpServer.h"
+
+#include <QNetworkProxyFactory>
+#include <QPointer>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTimer>
+
+#include <algorithm>
+#include <memory>
+#include <sys/socket.h>
+#include <utility>
+
+namespace quilmora::test
+{
+namespace
+{
+
+/// Closes the connection at once and so that the other side sees it torn down.
+void tearDown(QTcpSocket &socket)
+{
+    const linger none{1, 0};
+    setsockopt(static_cast<int>(socket.socketDescriptor()), SOL_SOCKET, SO_LINGER, &none, sizeof none);
+    socket.abort();
+}
+
+} // namespace
+
+QByteArray ReceivedRequest::header(const QByteArray &name) const
+{
+    const QList<QByteArray> lines = head.split('\n');
+    for (const QByteArray &line : lines) {
+        const qsizetype colon = line.indexOf(':');
+        if (colon > 0 && line.first(colon).compare(name, Qt::CaseInsensitive) == 0) {
+            QByteArray value = line.sliced(colon + 1);
+            value.chop(value.endsWith('\r') ? 1 : 0);
+            return value.startsWith(' ') ? value.sliced(1) : value;
+        }
+    }
+    return {};
+}
+
+QByteArray ReceivedRequest::path() const
+{
+    return head.split(' ').value(1);
+}
+
+qsizetype ReceivedRequest::headerCount(const QByteArray &name) const
+{
+    const QList<QByteArray> lines = head.split('\n');
+    return std::count_if(lines.begin(), lines.end(), [&name](const QByteArray &line) {
+        return line.first(std::max<qsizetype>(0, line.indexOf(':'))).compare(name, Qt::CaseInsensitive) == 0;
+    });
+}
+
+ScriptedHttpServer::ScriptedHttpServer(Script theScript) : script{std::move(theScript)}
+{
+    // Whatever proxy this machine has, tests speak to their server directly.
+    QNetworkProxyFactory::setUseSystemConfiguration(false);
+    context.moveToThread(&thread);
+    thread.start();
+    QMetaObject::invokeMethod(
+        &context, [this] { listen(); }, Qt::BlockingQueuedConnection);
+}
+
+ScriptedHttpServer::~ScriptedHttpServer()
+{
+    // Deleted in its own thread, with the server and its sockets.
+    QMetaObject::invokeMethod(
+        &context,
+        [this] {
+            const QObjectList children = context.children();
+            qDeleteAll(children);
+            context.moveToThread(nullptr);
+        },
+        Qt::BlockingQueuedConnection);
+    thread.quit();
+    thread.wait();
+}
+
+void ScriptedHttpServer::listen()
+{
+    auto *server = new QTcpServer{&context};
+    if (!server->listen(QHostAddress::LocalHost)) {
+        qFatal("Cannot listen on loopback");
+    }
+    port = server->serverPort();
+    QObject::connect(server, &QTcpServer::newConnection, &context, [this, server] {
+        while (QTcpSocket *socket = server->nextPendingConnection()) {
+            accept(socket);
+        }
+    });
+}
+
+void ScriptedHttpServer::accept(QTcpSocket *socket)
+{
+    ++connections;
+    auto connection = std::make_shared<Connection>();
+    QObject::connect(socket, &QTcpSocket::readyRead, &context,
+                     [this, socket, connection] { read(socket, *connection); });
+    QObject::connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+}
+
+void ScriptedHttpServer::read(QTcpSocket *socket, Connection &connection)
+{
+    connection.bytes += socket->readAll();
+    const qsizetype headEnd = connection.bytes.indexOf("\r\n\r\n");
+    if (headEnd < 0) {
+        return;
+    }
+    heads += std::exchange(connection.headSeen, true) ? 0 : 1;
+    if (hangUpAfter > 0 && connection.bytes.size() >= hangUpAfter) {
+        tearDown(*socket);
+        return;
+    }
+    ReceivedRequest request{connection.bytes.first(headEnd + 2), {}};
+    const qsizetype length = request.header("Content-Length").toLongLong();
+    if (connection.bytes.size() < headEnd + 4 + length) {
+        return;
+    }
+    request.body = connection.bytes.sliced(headEnd + 4, length);
+    connection = {};
+    answer(socket, request);
+}
+
+void ScriptedHttpServer::answer(QTcpSocket *socket, const ReceivedRequest &request)
+{
+    {
+        const QMutexLocker lock{&mutex};
+        received.append(request);
+    }
+    held.append([this, socket = QPointer{socket}, request] {
+        if (socket) {
+            send(socket, script(request));
+        }
+    });
+    if (held.size() >= holdUntil) {
+        holdUntil = 0;
+        for (const auto &release : std::exchange(held, {})) {
+            release();
+        }
+    }
+}
+
+void ScriptedHttpServer::send(QTcpSocket *socket, ScriptedAnswer answer)
+{
+    if (answer.pieces.isEmpty()) {
+        if (answer.end == ScriptedAnswer::End::close) {
+            socket->disconnectFromHost();
+        } else if (answer.end == ScriptedAnswer::End::reset) {
+            tearDown(*socket);
+        }
+        return;
+    }
+    const ScriptedAnswer::Piece piece = answer.pieces.takeFirst();
+    QTimer::singleShot(piece.pauseBefore, socket, [socket, piece, answer] {
+        socket->write(piece.bytes);
+        send(socket, answer);
+    });
+}
+
+QUrl ScriptedHttpServer::url(const QString &path) const
+{
+    QUrl address;
+    address.setScheme(QStringLiteral("http"));
+    address.setHost(QStringLiteral("127.0.0.1"));
+    address.setPort(port);
+    address.setPath(path);
+    return address;
+}
+
+QList<ReceivedRequest> ScriptedHttpServer::requests() const
+{
+    const QMutexLocker lock{&mutex};
+    return received;
+}
+
+qsizetype ScriptedHttpServer::requestCount() const
+{
+    return requests().size();
+}
+
+} // namespace quilmora::test

@@ -1,0 +1,83 @@
+#pragma once
+
+#include "support/ScriptedAnswer.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QMutex>
+#include <QThread>
+#include <QUrl>
+
+#include <atomic>
+#include <functional>
+
+class QTcpServer;
+class QTcpSocket;
+
+namespace quilmora::test
+{
+
+/// One request as it came over the wire.
+struct ReceivedRequest {
+    QByteArray head; ///< Request line and headers, as sent.
+    QByteArray body;
+
+    QByteArray method() const { return head.first(head.indexOf(' ')); }
+    QByteArray path() const; ///< With its query.
+
+    /// The value of a header, its outer blanks kept but for the one after the colon; null if it is missing.
+    QByteArray header(const QByteArray &name) const;
+    /// How many headers of that name came.
+    qsizetype headerCount(const QByteArray &name) const;
+};
+
+/// An HTTP server on loopback, in a thread of its own, that answers as a test tells it to and keeps what it
+/// was sent. Its functions may be called from any thread.
+class ScriptedHttpServer final
+{
+public:
+    using Script = std::function<ScriptedAnswer(const ReceivedRequest &)>;
+
+    /// Starts to listen; `script` is called on the server's thread for every request.
+    explicit ScriptedHttpServer(Script script);
+    Q_DISABLE_COPY_MOVE(ScriptedHttpServer)
+    ~ScriptedHttpServer();
+
+    QUrl url(const QString &path = QStringLiteral("/api/v3/images/generations")) const;
+    QList<ReceivedRequest> requests() const;
+    qsizetype requestCount() const;
+    /// How many requests were begun, those without their whole body too.
+    int headCount() const { return heads; }
+    int connectionCount() const { return connections; }
+    /// Closes every connection on which so much of a request has come; 0 for never.
+    void hangUpAfterBytes(qsizetype count) { hangUpAfter = count; }
+
+    /// Keeps every answer back until so many requests wait for one; to be called before the first.
+    void holdAnswersUntil(qsizetype count) { holdUntil = count; }
+
+private:
+    struct Connection {
+        QByteArray bytes;
+        bool headSeen = false;
+    };
+
+    void listen();
+    void accept(QTcpSocket *socket);
+    void read(QTcpSocket *socket, Connection &connection);
+    void answer(QTcpSocket *socket, const ReceivedRequest &request);
+    static void send(QTcpSocket *socket, ScriptedAnswer answer);
+
+    const Script script;
+    QThread thread;
+    QObject context; ///< Lives in the thread.
+    quint16 port = 0;
+    std::atomic_int heads = 0;
+    std::atomic_int connections = 0;
+    std::atomic<qsizetype> hangUpAfter = 0;
+    std::atomic<qsizetype> holdUntil = 0;
+    QList<std::function<void()>> held; ///< Used in the thread only.
+    mutable QMutex mutex;
+    QList<ReceivedRequest> received;
+};
+
+} // namespace quilmora::test
