@@ -1,0 +1,15 @@
+#pragma once
+
+#include "local_service/http/GenerationRequest.h"
+
+#include <QImage>
+
+/// Composes covers: a scene, the presenter, the title.
+namespace quilmora::coverComposer
+{
+
+/// The cover that `request` asks for, of exactly its size. The same request gives the same picture. May be
+/// called from any thread while a QGuiApplication lives.
+QImage compose(const GenerationRequest &request);
+
+} // namespace quilmora::coverComposer
