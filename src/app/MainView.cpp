@@ -1,0 +1,60 @@
+#include "app/MainView.h"
+
+#include "app/TopNavigationBar.h"
+#include "screens/common/Divider.h"
+#include "screens/common/Theme.h"
+
+#include <QPainter>
+#include <QVBoxLayout>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace quilmora
+{
+namespace
+{
+
+constexpr QSize minimumWindowSize{1000, 700};
+
+} // namespace
+
+MainView::MainView(ScreenFactory factory, QWidget *parent)
+    : QWidget{parent},
+      makeScreen{std::move(factory)},
+      column{new QVBoxLayout{this}}
+{
+    setWindowTitle(u"Quilmora"_s);
+    setMinimumSize(minimumWindowSize);
+    auto *bar = new TopNavigationBar{tab, this};
+    connect(bar, &TopNavigationBar::tabChosen, this, &MainView::select);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(bar);
+    column->addWidget(new Divider{this});
+    showScreen();
+}
+
+void MainView::select(NavigationTab newTab)
+{
+    if (newTab != tab) {
+        tab = newTab;
+        showScreen();
+    }
+}
+
+void MainView::showScreen()
+{
+    delete currentScreen;
+    currentScreen = makeScreen(tab, this);
+    column->addWidget(currentScreen, 1);
+}
+
+void MainView::paintEvent(QPaintEvent * /*event*/)
+{
+    QPainter painter{this};
+    painter.fillRect(rect(), themeColor(ColorRole::windowBackground));
+}
+
+} // namespace quilmora

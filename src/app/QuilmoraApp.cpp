@@ -1,0 +1,83 @@
+#include "app/QuilmoraApp.h"
+
+#include "app/MainView.h"
+#include "generation/CoverGenerationFlow.h"
+#include "generation/ImageGeneratorService.h"
+#include "platform/ChineseCatalogue.h"
+#include "screens/common/ControlStyle.h"
+#include "screens/common/Fonts.h"
+#include "screens/common/LogoImage.h"
+#include "screens/common/SystemFilePanels.h"
+#include "screens/common/Theme.h"
+#include "screens/generate/GenerateCoverView.h"
+#include "screens/settings/SettingsView.h"
+#include "store/DatabaseManager.h"
+#include "store/ImageStorageService.h"
+
+#include <QIcon>
+#include <QNetworkProxyFactory>
+#include <QScreen>
+#include <QShortcut>
+
+using namespace Qt::StringLiterals;
+
+namespace quilmora
+{
+namespace
+{
+
+/// High enough for the whole form.
+constexpr QSize comfortableSize{1100, 1080};
+
+QWidget *makeScreen(NavigationTab tab, FilePanels &panels, QWidget *parent)
+{
+    switch (tab) {
+    case NavigationTab::generate:
+        return new GenerateCoverView{CoverGenerationFlow::create(DatabaseManager::shared(),
+                                                                 ImageStorageService::shared(),
+                                                                 ImageGeneratorService::shared()),
+                                     panels, parent};
+    case NavigationTab::settings:
+        return new SettingsView{DatabaseManager::shared(), parent};
+    case NavigationTab::history:
+    case NavigationTab::help:
+        return new QWidget{parent};
+    }
+    Q_UNREACHABLE();
+}
+
+} // namespace
+
+QuilmoraApp::QuilmoraApp(int &argc, char **argv)
+    : QApplication{argc, argv},
+      panels{std::make_unique<SystemFilePanels>()}
+{
+    installChineseCatalogue(*this);
+    setApplicationName(u"Quilmora"_s);
+    setDesktopFileName(u"app.quilmora.Quilmora"_s);
+    QNetworkProxyFactory::setUseSystemConfiguration(true);
+#ifndef Q_OS_MACOS
+    setStyle(new ControlStyle);
+#endif
+    installApplicationFont();
+    Theme::current();
+    setWindowIcon(logoPixmap(256, 56, 1, applicationResourceFolders()));
+}
+
+QuilmoraApp::~QuilmoraApp() = default;
+
+void QuilmoraApp::openMainWindow()
+{
+    window = std::make_unique<MainView>(
+        [this](NavigationTab tab, QWidget *parent) { return makeScreen(tab, *panels, parent); });
+    // Not by their standard names: those have no key on some desktops.
+    for (const auto key : {Qt::Key_W, Qt::Key_Q}) {
+        auto *shortcut = new QShortcut{QKeySequence{Qt::CTRL | key}, window.get()};
+        connect(shortcut, &QShortcut::activated, window.get(), &QWidget::close);
+    }
+    window->resize(comfortableSize.boundedTo(window->screen()->availableSize() * 0.95)
+                       .expandedTo(window->minimumSize()));
+    window->show();
+}
+
+} // namespace quilmora

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "app/NavigationTab.h"
+
+#include <QWidget>
+
+namespace quilmora
+{
+
+/// The bar above every screen: the brand on the left and the tabs in the middle.
+class TopNavigationBar final : public QWidget
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(TopNavigationBar)
+
+public:
+    explicit TopNavigationBar(NavigationTab selectedTab, QWidget *parent = nullptr);
+    ~TopNavigationBar() override = default;
+
+Q_SIGNALS:
+    /// The user chose another tab.
+    void tabChosen(quilmora::NavigationTab tab);
+
+private:
+    QWidget *makeBrand();
+    QWidget *makeTabs(NavigationTab selectedTab);
+};
+
+} // namespace quilmora

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QDialog>
+
+namespace quilmora
+{
+
+/// A short message over the window, with one button that closes it, as do Return and Escape. Modal to its
+/// window; deletes itself when it is closed.
+class AlertPanel final : public QDialog
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(AlertPanel)
+
+public:
+    /// `parent` is anything in the window that the alert belongs to.
+    AlertPanel(const QString &title, const QString &message, const QString &buttonTitle, QWidget *parent);
+    ~AlertPanel() override = default;
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+};
+
+} // namespace quilmora

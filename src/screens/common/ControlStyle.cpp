@@ -1,0 +1,187 @@
+#include "screens/common/ControlStyle.h"
+
+#include "screens/common/FocusRing.h"
+#include "screens/common/Shapes.h"
+#include "screens/common/Theme.h"
+
+#include <QPainter>
+#include <QStyleFactory>
+#include <QStyleOption>
+
+using namespace Qt::StringLiterals;
+
+namespace quilmora
+{
+namespace
+{
+
+constexpr double cornerRadius = 6;
+constexpr int scrollBarExtent = 12;
+constexpr double scrollThumbMargin = 3;
+
+void drawField(QPainter &painter, const QRect &bounds, QStyle::State state)
+{
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QPainterPath outline = continuousRoundedRect(insideLine(bounds, 1), cornerRadius);
+    painter.fillPath(outline, themeColor(ColorRole::textBackground));
+    painter.strokePath(outline, QPen{themeColor(ColorRole::controlBorder), 1});
+    if (state.testFlag(QStyle::State_HasFocus)) {
+        drawFocusRing(painter, outline);
+    }
+    painter.restore();
+}
+
+void drawPushButton(QPainter &painter, const QStyleOptionButton &option)
+{
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    const bool isDefault = option.features.testFlag(QStyleOptionButton::DefaultButton);
+    const QPainterPath outline = continuousRoundedRect(insideLine(option.rect, 1), cornerRadius);
+    painter.fillPath(outline, themeColor(isDefault ? ColorRole::accent : ColorRole::controlBackground));
+    if (!isDefault) {
+        painter.strokePath(outline, QPen{themeColor(ColorRole::controlBorder), 1});
+    }
+    if (option.state.testFlag(QStyle::State_Sunken)) {
+        painter.fillPath(outline, themeColor(ColorRole::controlPressed));
+    }
+    if (option.state.testFlag(QStyle::State_HasFocus)) {
+        drawFocusRing(painter, outline, isDefault ? ColorRole::onAccent : ColorRole::accent);
+    }
+    painter.restore();
+}
+
+void drawScrollBar(QPainter &painter, const QRect &thumb, bool active)
+{
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    QColor color = themeColor(ColorRole::grey);
+    color.setAlphaF(active ? 0.85F : 0.5F);
+    const double margin = scrollThumbMargin;
+    painter.fillPath(capsule(QRectF{thumb}.adjusted(margin, margin, -margin, -margin)), color);
+    painter.restore();
+}
+
+} // namespace
+
+ControlStyle::ControlStyle() : QProxyStyle{QStyleFactory::create(u"Fusion"_s)} {}
+
+void ControlStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
+                                 const QWidget *widget) const
+{
+    switch (element) {
+    case PE_PanelLineEdit:
+        if (const auto *frame = qstyleoption_cast<const QStyleOptionFrame *>(option);
+            frame == nullptr || frame->lineWidth > 0) {
+            drawField(*painter, option->rect, option->state);
+            return;
+        }
+        break;
+    case PE_FrameLineEdit:
+        return;
+    case PE_FrameFocusRect:
+        // Every control of this look draws its focus itself.
+        if (widget != nullptr && widget->inherits("QAbstractButton")) {
+            return;
+        }
+        break;
+    default:
+        break;
+    }
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+}
+
+void ControlStyle::drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
+                               const QWidget *widget) const
+{
+    const auto *button = qstyleoption_cast<const QStyleOptionButton *>(option);
+    if (element == CE_PushButtonBevel && button != nullptr) {
+        drawPushButton(*painter, *button);
+        return;
+    }
+    if (element == CE_PushButtonLabel && button != nullptr &&
+        button->features.testFlag(QStyleOptionButton::DefaultButton)) {
+        QStyleOptionButton onAccent{*button};
+        onAccent.palette.setColor(QPalette::ButtonText, themeColor(ColorRole::onAccent));
+        QProxyStyle::drawControl(element, &onAccent, painter, widget);
+        return;
+    }
+    QProxyStyle::drawControl(element, option, painter, widget);
+}
+
+void ControlStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
+                                      QPainter *painter, const QWidget *widget) const
+{
+    if (control != CC_ScrollBar) {
+        QProxyStyle::drawComplexControl(control, option, painter, widget);
+        return;
+    }
+    const auto *bar = qstyleoption_cast<const QStyleOptionSlider *>(option);
+    if (bar != nullptr && bar->maximum <= bar->minimum) {
+        return;
+    }
+    const bool active = option->state.testFlag(State_MouseOver) || option->state.testFlag(State_Sunken);
+    drawScrollBar(*painter, subControlRect(control, option, SC_ScrollBarSlider, widget), active);
+}
+
+QRect ControlStyle::subControlRect(ComplexControl control, const QStyleOptionComplex *option,
+                                   SubControl subControl, const QWidget *widget) const
+{
+    const auto *bar = qstyleoption_cast<const QStyleOptionSlider *>(option);
+    if (control != CC_ScrollBar || bar == nullptr) {
+        return QProxyStyle::subControlRect(control, option, subControl, widget);
+    }
+    // A bar without arrows: all of it is groove.
+    const bool vertical = bar->orientation == Qt::Vertical;
+    const int length = vertical ? bar->rect.height() : bar->rect.width();
+    const int range = bar->maximum - bar->minimum;
+    const double share = range > 0 ? static_cast<double>(bar->pageStep) / (range + bar->pageStep) : 1.0;
+    const int thumb = std::clamp(static_cast<int>(length * share), std::min(length, 32), length);
+    const int start = sliderPositionFromValue(bar->minimum, bar->maximum, bar->sliderPosition, length - thumb,
+                                              bar->upsideDown);
+    const auto along = [&](int from, int size) {
+        return vertical ? QRect{bar->rect.x(), bar->rect.y() + from, bar->rect.width(), size}
+                        : QRect{bar->rect.x() + from, bar->rect.y(), size, bar->rect.height()};
+    };
+    switch (subControl) {
+    case SC_ScrollBarGroove:
+        return bar->rect;
+    case SC_ScrollBarSlider:
+        return along(start, thumb);
+    case SC_ScrollBarSubPage:
+        return along(0, start);
+    case SC_ScrollBarAddPage:
+        return along(start + thumb, length - start - thumb);
+    default:
+        return {};
+    }
+}
+
+int ControlStyle::pixelMetric(PixelMetric metric, const QStyleOption *option, const QWidget *widget) const
+{
+    switch (metric) {
+    case PM_ScrollBarExtent:
+    case PM_ScrollView_ScrollBarOverlap:
+        // The bar lies over the content, whose margins stay even.
+        return scrollBarExtent;
+    case PM_ButtonShiftHorizontal:
+    case PM_ButtonShiftVertical:
+        return 0;
+    default:
+        return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+}
+
+int ControlStyle::styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                            QStyleHintReturn *returnData) const
+{
+    switch (hint) {
+    case SH_DialogButtonBox_ButtonsHaveIcons:
+    case SH_EtchDisabledText:
+        return 0;
+    default:
+        return QProxyStyle::styleHint(hint, option, widget, returnData);
+    }
+}
+
+} // namespace quilmora

@@ -1,0 +1,21 @@
+#include "screens/common/FocusRing.h"
+
+#include <QPainter>
+#include <QPainterPath>
+
+namespace quilmora
+{
+
+void drawFocusRing(QPainter &painter, const QPainterPath &outline, ColorRole role)
+{
+    constexpr double width = 3.0;
+    QColor color = themeColor(role);
+    color.setAlphaF(role == ColorRole::accent ? 0.55F : 0.8F);
+    painter.save();
+    painter.setClipPath(outline);
+    // Half of the line is cut off by the clip.
+    painter.strokePath(outline, QPen{color, 2 * width});
+    painter.restore();
+}
+
+} // namespace quilmora

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QFont>
+
+namespace quilmora
+{
+
+/// Makes the application's font one with good Chinese glyphs: the system's own, with a simplified Chinese
+/// family behind it. To be called once, before the first window.
+void installApplicationFont();
+
+/// The system font at a size in device-independent pixels.
+QFont systemFont(int pixelSize, QFont::Weight weight = QFont::Normal);
+
+} // namespace quilmora

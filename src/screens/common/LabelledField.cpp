@@ -1,0 +1,42 @@
+#include "screens/common/LabelledField.h"
+
+#include "screens/common/Fonts.h"
+
+#include <QFontMetrics>
+#include <QVBoxLayout>
+
+#include <limits>
+
+namespace quilmora
+{
+
+QLineEdit *makeTextField(const QString &accessibleName, const QString &placeholder, int pixelSize,
+                         QWidget *parent)
+{
+    auto *field = new QLineEdit{parent};
+    field->setAccessibleName(accessibleName);
+    field->setPlaceholderText(placeholder);
+    field->setFont(systemFont(pixelSize));
+    field->setMaxLength(std::numeric_limits<int>::max());
+    field->setMinimumHeight(QFontMetrics{field->font()}.height() + 10);
+    field->setTextMargins(4, 0, 4, 0);
+    return field;
+}
+
+LabelledField::LabelledField(const Texts &texts, const Look &look, QWidget *parent)
+    : QWidget{parent},
+      input{makeTextField(texts.label, texts.placeholder, look.fieldPixelSize, this)}
+{
+    auto *hint = new TextLabel{texts.hint, look.hint, this};
+    hint->setWordWrap(true);
+    input->setAccessibleDescription(texts.hint);
+
+    auto *column = new QVBoxLayout{this};
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(6);
+    column->addWidget(new TextLabel{texts.label, look.label, this});
+    column->addWidget(input);
+    column->addWidget(hint);
+}
+
+} // namespace quilmora

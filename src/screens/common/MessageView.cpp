@@ -1,0 +1,99 @@
+#include "screens/common/MessageView.h"
+
+#include <QMimeData>
+#include <QScrollBar>
+#include <QTextBlock>
+#include <QTextLayout>
+
+#include <cmath>
+
+namespace quilmora
+{
+namespace
+{
+
+constexpr int greatestHeight = 320;
+/// Wide enough for the scroll bar to lie beside the text.
+constexpr int sidePadding = 14;
+constexpr int verticalPadding = 6;
+/// The toolkit scrolls as soon as less than this is left below the last line.
+constexpr int roomBelow = 2;
+constexpr int usualWidth = 400;
+/// Screen readers say a name in one go.
+constexpr qsizetype longestName = 1200;
+
+/// Height of a paragraph in a column of that width, in device-independent pixels.
+double paragraphHeight(const QTextBlock &paragraph, const QFont &font, const QTextOption &option,
+                       double width)
+{
+    QTextLayout layout{paragraph.text(), font};
+    layout.setTextOption(option);
+    layout.beginLayout();
+    double height = 0;
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLeadingIncluded(true);
+        line.setLineWidth(width);
+        height += line.height();
+    }
+    layout.endLayout();
+    return height;
+}
+
+} // namespace
+
+MessageView::MessageView(const QString &message, int pixelSize, const QString &nameOfLongText,
+                         QWidget *parent)
+    : TextEditor{pixelSize, parent},
+      lines{message}
+{
+    const bool isLong = message.size() > longestName;
+    setReadOnly(true);
+    setUndoRedoEnabled(false);
+    setViewportMargins(sidePadding, verticalPadding, sidePadding, verticalPadding);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    setAccessibleName(isLong ? nameOfLongText : message);
+    // The Tab key has nothing to do where nothing scrolls.
+    setFocusPolicy(Qt::ClickFocus);
+    QTextOption option = document()->defaultTextOption();
+    option.setAlignment(Qt::AlignHCenter);
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    document()->setDefaultTextOption(option);
+    setPlainText(lines.shown());
+    // The frame comes and goes with the scroll bar.
+    connect(verticalScrollBar(), &QScrollBar::rangeChanged, this, [this](int least, int most) {
+        setFocusPolicy(most > least ? Qt::StrongFocus : Qt::ClickFocus);
+        update();
+    });
+}
+
+QSize MessageView::sizeHint() const
+{
+    return {usualWidth, heightForWidth(usualWidth)};
+}
+
+int MessageView::heightForWidth(int width) const
+{
+    const double column = std::max(1, width - 2 * sidePadding);
+    double height = 2.0 * verticalPadding + roomBelow;
+    // Enough of it to know; the rest of a long message is not looked at.
+    for (QTextBlock block = document()->begin(); block.isValid() && height < greatestHeight;
+         block = block.next()) {
+        height += paragraphHeight(block, font(), document()->defaultTextOption(), column);
+    }
+    return std::min(static_cast<int>(std::ceil(height)), greatestHeight);
+}
+
+bool MessageView::isFramed() const
+{
+    return verticalScrollBar()->maximum() > 0;
+}
+
+QMimeData *MessageView::createMimeDataFromSelection() const
+{
+    const QTextCursor selection = textCursor();
+    auto *copied = new QMimeData;
+    copied->setText(lines.originalBetween(selection.selectionStart(), selection.selectionEnd()));
+    return copied;
+}
+
+} // namespace quilmora

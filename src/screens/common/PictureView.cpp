@@ -1,0 +1,45 @@
+#include "screens/common/PictureView.h"
+
+#include "screens/common/Shapes.h"
+
+#include <QPainter>
+
+namespace quilmora
+{
+
+PictureView::PictureView(const QImage &image, const QString &accessibleName, const Look &theLook,
+                         QWidget *parent)
+    : QWidget{parent},
+      look{theLook},
+      picture{theLook.cornerRadius}
+{
+    picture.setImage(image);
+    setAccessibleName(accessibleName);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+QSize PictureView::sizeHint() const
+{
+    return picture.fittedSize(look.box);
+}
+
+QRect PictureView::pictureBounds() const
+{
+    QRect bounds{{0, 0}, picture.fittedSize(size())};
+    bounds.moveCenter(rect().center());
+    return bounds;
+}
+
+QPainterPath PictureView::outline() const
+{
+    return roundedRect(pictureBounds(), look.cornerRadius);
+}
+
+void PictureView::paintEvent(QPaintEvent * /*event*/)
+{
+    QPainter painter{this};
+    const QRect bounds = pictureBounds();
+    painter.drawPixmap(bounds.topLeft(), picture.pixmap(bounds.size(), devicePixelRatioF()));
+}
+
+} // namespace quilmora

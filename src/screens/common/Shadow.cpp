@@ -1,0 +1,104 @@
+#include "screens/common/Shadow.h"
+
+#include <QImage>
+#include <QPainter>
+#include <QPixmapCache>
+
+#include <cmath>
+#include <vector>
+
+using namespace Qt::StringLiterals;
+
+namespace quilmora
+{
+namespace
+{
+
+/// One pass of a running mean over a line of 8-bit values that lie `step` bytes apart.
+void blurLine(uchar *values, qsizetype count, qsizetype step, qsizetype radius, std::vector<uchar> &line)
+{
+    for (qsizetype i = 0; i < count; ++i) {
+        line[static_cast<std::size_t>(i)] = values[i * step];
+    }
+    const auto at = [&](qsizetype i) -> int {
+        return i < 0 || i >= count ? 0 : line[static_cast<std::size_t>(i)];
+    };
+    int sum = 0;
+    for (qsizetype i = -radius; i <= radius; ++i) {
+        sum += at(i);
+    }
+    const int width = static_cast<int>(2 * radius + 1);
+    for (qsizetype i = 0; i < count; ++i) {
+        values[i * step] = static_cast<uchar>(sum / width);
+        sum += at(i + radius + 1) - at(i - radius);
+    }
+}
+
+/// Three running means in a row come close to a bell curve.
+void blur(QImage &mask, double sigma)
+{
+    const auto radius = static_cast<qsizetype>(std::lround(sigma * 0.94));
+    std::vector<uchar> line(static_cast<std::size_t>(std::max(mask.width(), mask.height())));
+    uchar *bits = mask.bits();
+    const qsizetype stride = mask.bytesPerLine();
+    for (int pass = 0; pass < 3; ++pass) {
+        for (qsizetype y = 0; y < mask.height(); ++y) {
+            blurLine(bits + y * stride, mask.width(), 1, radius, line);
+        }
+        for (qsizetype x = 0; x < mask.width(); ++x) {
+            blurLine(bits + x, mask.height(), stride, radius, line);
+        }
+    }
+}
+
+QPixmap blurredShape(const Shadow &shadow, const QPainterPath &shape, double ratio)
+{
+    const QRectF bounds = shape.boundingRect();
+    const int reach = shadow.reach();
+    const QSizeF size = (bounds.size() + QSizeF(2.0 * reach, 2.0 * reach)) * ratio;
+    QImage mask{size.toSize(), QImage::Format_Alpha8};
+    mask.fill(0);
+    QPainter painter{&mask};
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(ratio, ratio);
+    painter.translate(QPointF(reach, reach) - bounds.topLeft());
+    painter.fillPath(shape, Qt::black);
+    painter.end();
+    blur(mask, shadow.blurRadius / 2 * ratio);
+
+    QImage tinted{mask.size(), QImage::Format_ARGB32_Premultiplied};
+    tinted.fill(shadow.color);
+    QPainter tint{&tinted};
+    tint.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+    tint.drawImage(0, 0, mask);
+    tint.end();
+    tinted.setDevicePixelRatio(ratio);
+    return QPixmap::fromImage(tinted);
+}
+
+} // namespace
+
+int Shadow::reach() const
+{
+    return static_cast<int>(std::ceil(blurRadius * 1.6));
+}
+
+void Shadow::draw(QPainter &painter, const QPainterPath &shape) const
+{
+    const double ratio = painter.device()->devicePixelRatioF();
+    const QRectF bounds = shape.boundingRect();
+    const QString key = u"shadow:%1:%2:%3x%4:%5:%6"_s.arg(color.name(QColor::HexArgb))
+                            .arg(blurRadius)
+                            .arg(bounds.width())
+                            .arg(bounds.height())
+                            .arg(shape.elementCount())
+                            .arg(ratio);
+    QPixmap blurred;
+    if (!QPixmapCache::find(key, &blurred)) {
+        blurred = blurredShape(*this, shape, ratio);
+        QPixmapCache::insert(key, blurred);
+    }
+    painter.drawPixmap(bounds.topLeft() - QPointF(reach(), reach()) + offset, blurred);
+}
+
+} // namespace quilmora

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QColor>
+#include <QPainterPath>
+#include <QPixmap>
+#include <QPointF>
+
+class QPainter;
+
+namespace quilmora
+{
+
+/// A soft shadow behind a shape.
+struct Shadow {
+    QColor color;
+    double blurRadius; ///< In device-independent pixels.
+    QPointF offset;
+
+    /// How far the shadow reaches beyond its shape on each side, offset not counted.
+    int reach() const;
+
+    /// Draws the shadow of `shape`. The blurred picture is kept for the next time.
+    void draw(QPainter &painter, const QPainterPath &shape) const;
+};
+
+} // namespace quilmora

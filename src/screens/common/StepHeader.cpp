@@ -1,0 +1,59 @@
+#include "screens/common/StepHeader.h"
+
+#include "screens/common/Fonts.h"
+#include "screens/common/Theme.h"
+
+#include <QFontMetrics>
+#include <QPainter>
+
+#include <utility>
+
+namespace quilmora
+{
+namespace
+{
+
+constexpr int discDiameter = 22;
+constexpr int spacing = 8;
+
+QFont titleFont()
+{
+    return systemFont(14, QFont::DemiBold);
+}
+
+} // namespace
+
+StepHeader::StepHeader(int stepNumber, QString stepTitle, QWidget *parent)
+    : QWidget{parent},
+      number{stepNumber},
+      title{std::move(stepTitle)}
+{
+    setAccessibleName(title);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+}
+
+QSize StepHeader::sizeHint() const
+{
+    const QFontMetrics metrics{titleFont()};
+    return {discDiameter + spacing + metrics.horizontalAdvance(title),
+            std::max(discDiameter, metrics.height())};
+}
+
+void StepHeader::paintEvent(QPaintEvent * /*event*/)
+{
+    QPainter painter{this};
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF disc{0, (height() - discDiameter) / 2.0, discDiameter, discDiameter};
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(themeColor(ColorRole::step));
+    painter.drawEllipse(disc);
+    painter.setPen(themeColor(ColorRole::onAccent));
+    painter.setFont(systemFont(12, QFont::Bold));
+    painter.drawText(disc, Qt::AlignCenter, QString::number(number));
+    painter.setPen(themeColor(ColorRole::primaryText));
+    painter.setFont(titleFont());
+    painter.drawText(rect().adjusted(discDiameter + spacing, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter,
+                     title);
+}
+
+} // namespace quilmora

@@ -1,0 +1,154 @@
+#include "screens/common/Theme.h"
+
+#include <QApplication>
+
+namespace quilmora
+{
+namespace
+{
+
+QColor black(double opacity)
+{
+    return QColor::fromRgbF(0.0F, 0.0F, 0.0F, static_cast<float>(opacity));
+}
+
+QColor white(double opacity)
+{
+    return QColor::fromRgbF(1.0F, 1.0F, 1.0F, static_cast<float>(opacity));
+}
+
+QColor rgb(double red, double green, double blue, double opacity = 1.0)
+{
+    return QColor::fromRgbF(static_cast<float>(red), static_cast<float>(green), static_cast<float>(blue),
+                            static_cast<float>(opacity));
+}
+
+QColor withOpacity(QColor color, double opacity)
+{
+    color.setAlphaF(static_cast<float>(opacity));
+    return color;
+}
+
+QColor schemeColor(ColorRole role, bool dark)
+{
+    switch (role) {
+    case ColorRole::windowBackground:
+        return QColor{dark ? 0x323232U : 0xECECECU};
+    case ColorRole::controlBackground:
+    case ColorRole::textBackground:
+        return QColor{dark ? 0x1E1E1EU : 0xFFFFFFU};
+    case ColorRole::accent:
+        return QColor{dark ? 0x0A84FFU : 0x007AFFU};
+    case ColorRole::primaryText:
+        return dark ? white(0.85) : black(0.85);
+    case ColorRole::secondaryText:
+        return dark ? white(0.55) : black(0.58);
+    case ColorRole::tertiaryText:
+        return dark ? white(0.25) : black(0.26);
+    case ColorRole::separator:
+        return dark ? white(0.10) : black(0.10);
+    case ColorRole::red:
+        return QColor{dark ? 0xFF453AU : 0xFF3B30U};
+    case ColorRole::green:
+        return QColor{dark ? 0x32D74BU : 0x28CD41U};
+    case ColorRole::controlBorder:
+        return dark ? white(0.16) : black(0.15);
+    case ColorRole::controlPressed:
+        return dark ? white(0.12) : black(0.08);
+    default:
+        return QColor{dark ? 0x98989DU : 0x8E8E93U};
+    }
+}
+
+} // namespace
+
+Theme &Theme::current()
+{
+    static Theme theme;
+    return theme;
+}
+
+Theme::Theme()
+{
+    const QColor window = QApplication::palette().color(QPalette::Window);
+    setScheme(window.lightness() < 128 ? ColorScheme::dark : ColorScheme::light);
+}
+
+QColor Theme::color(ColorRole role) const
+{
+    const bool dark = colorScheme == ColorScheme::dark;
+    switch (role) {
+    case ColorRole::onAccent:
+        return white(1.0);
+    case ColorRole::hoverFill:
+        return withOpacity(schemeColor(ColorRole::grey, dark), 0.15);
+    case ColorRole::optionBorder:
+        return withOpacity(schemeColor(ColorRole::grey, dark), 0.25);
+    case ColorRole::selectedFill:
+        return rgb(1.0, 0.78, 0.2);
+    case ColorRole::selectedBorder:
+        return rgb(0.95, 0.7, 0.1);
+    case ColorRole::selectedPrimaryText:
+        return rgb(0.2, 0.2, 0.1);
+    case ColorRole::selectedSecondaryText:
+        return rgb(0.3, 0.25, 0.05);
+    case ColorRole::selectedChipText:
+        return rgb(0.1, 0.1, 0.1);
+    case ColorRole::step:
+        return rgb(0.18, 0.72, 0.45);
+    case ColorRole::pictureShadow:
+        return black(0.1);
+    case ColorRole::gradientButtonShadow:
+        return rgb(0.45, 0.35, 0.95, 0.25);
+    default:
+        return schemeColor(role, dark);
+    }
+}
+
+void Theme::setScheme(ColorScheme scheme)
+{
+    colorScheme = scheme;
+#ifndef Q_OS_MACOS
+    QApplication::setPalette(palette());
+#endif
+}
+
+QPalette Theme::palette() const
+{
+    const QColor window = color(ColorRole::windowBackground);
+    const QColor control = color(ColorRole::controlBackground);
+    const QColor text = color(ColorRole::primaryText);
+    const QColor faint = color(ColorRole::tertiaryText);
+    QPalette palette{control, window};
+    palette.setColor(QPalette::Window, window);
+    palette.setColor(QPalette::Base, color(ColorRole::textBackground));
+    palette.setColor(QPalette::AlternateBase, window);
+    palette.setColor(QPalette::Button, control);
+    palette.setColor(QPalette::ToolTipBase, control);
+    for (const auto role :
+         {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}) {
+        palette.setColor(role, text);
+        palette.setColor(QPalette::Disabled, role, faint);
+    }
+    palette.setColor(QPalette::PlaceholderText, faint);
+    palette.setColor(QPalette::Highlight, color(ColorRole::accent));
+    palette.setColor(QPalette::HighlightedText, color(ColorRole::onAccent));
+    palette.setColor(QPalette::Link, color(ColorRole::accent));
+    return palette;
+}
+
+QLinearGradient Theme::accentGradient(const QRectF &bounds)
+{
+    QLinearGradient gradient{bounds.topLeft(), bounds.topRight()};
+    gradient.setColorAt(0.0, rgb(0.1, 0.8, 0.85));
+    gradient.setColorAt(0.5, rgb(0.45, 0.35, 0.95));
+    gradient.setColorAt(1.0, rgb(0.95, 0.3, 0.75));
+    return gradient;
+}
+
+QColor themeColor(ColorRole role)
+{
+    return Theme::current().color(role);
+}
+
+} // namespace quilmora

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <QColor>
+#include <QLinearGradient>
+#include <QObject>
+#include <QPalette>
+
+namespace quilmora
+{
+
+enum class ColorScheme { light, dark };
+
+/// What a colour is for. Roles down to `green` differ between the light and the dark scheme, the others are
+/// fixed colours of the product.
+enum class ColorRole {
+    windowBackground,
+    controlBackground,
+    textBackground,
+    accent,
+    primaryText,
+    secondaryText,
+    tertiaryText,
+    separator,
+    grey,
+    red,
+    green,
+    controlBorder,  ///< Hairline around fields and buttons.
+    controlPressed, ///< Laid over a button that is held down.
+    onAccent,       ///< Text and symbols on the accent colour and on the accent gradient.
+    hoverFill,
+    optionBorder, ///< Around options that are not selected, and around every expression chip.
+    selectedFill,
+    selectedBorder,
+    selectedPrimaryText,
+    selectedSecondaryText,
+    selectedChipText,
+    step, ///< Disc of a step number.
+    pictureShadow,
+    gradientButtonShadow,
+};
+
+/// The colours of the application, light or dark as the system has it.
+class Theme final : public QObject
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(Theme)
+
+public:
+    /// The application's theme; needs a QGuiApplication. Main thread only.
+    static Theme &current();
+    ~Theme() override = default;
+
+    QColor color(ColorRole role) const;
+    ColorScheme scheme() const { return colorScheme; }
+
+    /// Takes over a scheme and gives the application its palette; every window is drawn anew.
+    void setScheme(ColorScheme scheme);
+
+    /// The gradient of the product from the left to the right edge of `bounds`.
+    static QLinearGradient accentGradient(const QRectF &bounds);
+
+private:
+    Theme();
+    QPalette palette() const;
+
+    ColorScheme colorScheme = ColorScheme::light;
+};
+
+/// Short for the current theme's colour.
+QColor themeColor(ColorRole role);
+
+} // namespace quilmora

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QAbstractButton>
+
+namespace quilmora
+{
+
+/// A row that opens and closes what lies below it, wherever on it the user clicks.
+class DisclosureHeader final : public QAbstractButton
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(DisclosureHeader)
+
+public:
+    DisclosureHeader(QString iconName, const QString &title, bool expanded, QWidget *parent = nullptr);
+    ~DisclosureHeader() override = default;
+
+    bool isExpanded() const { return expanded; }
+    QSize sizeHint() const override;
+
+Q_SIGNALS:
+    void expandedChanged(bool expanded);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    void setExpanded(bool value);
+
+    const QString iconName;
+    bool expanded;
+};
+
+} // namespace quilmora

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QList>
+#include <QPointF>
+#include <QRectF>
+#include <QSizeF>
+
+#include <limits>
+
+namespace quilmora
+{
+
+/// Places children of given sizes from left to right in rows, and starts a new row when the next one no
+/// longer fits. Lengths in device-independent pixels. Knows no widgets and keeps nothing between calls.
+struct FlowLayout {
+    double spacing = 8;     ///< Gap after each child in a row.
+    double lineSpacing = 8; ///< Gap between two rows.
+
+    /// No width proposed.
+    static constexpr double unlimited = std::numeric_limits<double>::infinity();
+
+    /// The size needed for children of the ideal sizes `children` in a width of `proposedWidth`. Without a
+    /// limit the width includes one trailing gap; with one it is the limit itself.
+    QSizeF sizeThatFits(double proposedWidth, const QList<QSizeF> &children) const;
+
+    /// The top left corner of each child inside `bounds`. A child wider than `bounds` goes to the start of a
+    /// new row, even below an empty one, and hangs over to the right.
+    QList<QPointF> placeSubviews(const QRectF &bounds, const QList<QSizeF> &children) const;
+};
+
+} // namespace quilmora

@@ -1,0 +1,17 @@
+#include "screens/generate/FormSection.h"
+
+#include "screens/common/StepHeader.h"
+
+namespace quilmora
+{
+
+FormSection::FormSection(int number, const QString &title, QWidget *parent)
+    : QWidget{parent},
+      layoutColumn{new QVBoxLayout{this}}
+{
+    layoutColumn->setContentsMargins(0, 0, 0, 0);
+    layoutColumn->setSpacing(12);
+    layoutColumn->addWidget(new StepHeader{number, title, this});
+}
+
+} // namespace quilmora

@@ -1,0 +1,51 @@
+#include "screens/generate/ResultSection.h"
+
+#include "screens/common/GradientButton.h"
+#include "screens/common/PictureView.h"
+#include "screens/common/TextLabel.h"
+
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+namespace quilmora
+{
+namespace
+{
+
+constexpr int verticalPadding = 30;
+constexpr int spacing = 18;
+constexpr int buttonSpacing = 14;
+constexpr double buttonShadowOpacity = 0.25;
+constexpr QSize pictureBox{600, 500};
+
+} // namespace
+
+ResultSection::ResultSection(const QImage &image, QWidget *parent) : ShadowGround{parent}
+{
+    const Shadow shadow{themeColor(ColorRole::pictureShadow), 10, {0, 4}};
+    auto *picture = new PictureView{image, u"生成的封面"_s, {pictureBox, 10, shadow}, this};
+    auto *back = new GradientButton{u"arrow.counterclockwise"_s, u"返回表单"_s, buttonShadowOpacity, this};
+    auto *save = new GradientButton{u"square.and.arrow.down"_s, u"保存图片"_s, buttonShadowOpacity, this};
+    connect(back, &GradientButton::clicked, this, &ResultSection::returnRequested);
+    connect(save, &GradientButton::clicked, this, &ResultSection::saveRequested);
+    setFocusProxy(save);
+
+    auto *buttons = new QHBoxLayout;
+    buttons->setSpacing(buttonSpacing);
+    buttons->addStretch();
+    buttons->addWidget(back);
+    buttons->addWidget(save);
+    buttons->addStretch();
+
+    auto *column = new QVBoxLayout{this};
+    column->setContentsMargins(0, verticalPadding, 0, verticalPadding);
+    column->setSpacing(spacing);
+    column->addWidget(new TextLabel{u"生成成功"_s, {16, QFont::DemiBold, ColorRole::green}, this}, 0,
+                      Qt::AlignHCenter);
+    column->addWidget(picture, 0, Qt::AlignHCenter);
+    column->addLayout(buttons);
+    column->addStretch();
+}
+
+} // namespace quilmora

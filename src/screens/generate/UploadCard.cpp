@@ -1,0 +1,101 @@
+#include "screens/generate/UploadCard.h"
+
+#include "platform/ImageCodec.h"
+#include "screens/common/ActionButton.h"
+#include "screens/common/FilePanels.h"
+#include "screens/common/TextLabel.h"
+#include "screens/generate/UploadFace.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QPointer>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+namespace quilmora
+{
+namespace
+{
+
+constexpr double maximumMegabytes = 10.0;
+
+/// Why the file's attributes cannot be read; nothing when they can.
+std::optional<QString> attributesError(const QString &path)
+{
+    if (QFileInfo::exists(path)) {
+        return std::nullopt;
+    }
+    // Attributes are read without a reason for failing; opening gives it.
+    QFile file{path};
+    return file.open(QIODevice::ReadOnly) ? std::nullopt : std::optional{file.errorString()};
+}
+
+} // namespace
+
+UploadCard::UploadCard(const QString &title, const QString &iconName, FilePanels &thePanels, QWidget *parent)
+    : QWidget{parent},
+      panels{thePanels},
+      face{new UploadFace{title, iconName, this}},
+      errorLine{new TextLabel{{}, {11, QFont::Normal, ColorRole::red}, this}},
+      removeButton{new ActionButton{
+          u"xmark.circle"_s, u"移除"_s, {ActionButton::Kind::plainRed, 11, QFont::Normal, 4, {2, 2}}, this}}
+{
+    errorLine->setWordWrap(true);
+    errorLine->hide();
+    removeButton->hide();
+    connect(face, &UploadFace::clicked, this, &UploadCard::chooseFile);
+    connect(removeButton, &ActionButton::clicked, this, [this] {
+        face->setFocus();
+        setImage({});
+    });
+
+    auto *column = new QVBoxLayout{this};
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(8);
+    column->addWidget(new TextLabel{title, {12, QFont::Normal, ColorRole::secondaryText}, this});
+    column->addWidget(face);
+    column->addWidget(errorLine);
+    column->addWidget(removeButton, 0, Qt::AlignLeft);
+    column->addStretch();
+}
+
+void UploadCard::chooseFile()
+{
+    setErrorMessage({});
+    // The panel is modal, but the window can still be closed under it.
+    const QPointer<UploadCard> self{this};
+    const auto path = panels.chooseReferenceImage(this);
+    if (self != nullptr && path) {
+        load(*path);
+    }
+}
+
+void UploadCard::load(const QString &path)
+{
+    if (const auto error = attributesError(path)) {
+        setErrorMessage(u"读取文件失败："_s + *error);
+        return;
+    }
+    const double megabytes = static_cast<double>(QFileInfo{path}.size()) * (1.0 / 1024) * (1.0 / 1024);
+    if (megabytes > maximumMegabytes) {
+        setErrorMessage(u"图片过大（%1M），不能超过 10M"_s.arg(megabytes, 0, 'f', 1));
+        return;
+    }
+    setImage(imageCodec::decodeFile(path));
+}
+
+void UploadCard::setImage(const QImage &image)
+{
+    picture = image;
+    face->setImage(image);
+    removeButton->setVisible(!image.isNull());
+}
+
+void UploadCard::setErrorMessage(const QString &message)
+{
+    errorLine->setText(message);
+    errorLine->setVisible(!message.isEmpty());
+}
+
+} // namespace quilmora

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "screens/common/ScaledPicture.h"
+#include "screens/common/Symbol.h"
+
+#include <QAbstractButton>
+
+namespace quilmora
+{
+
+/// The button of an upload card: an invitation to pick a picture, or the picture.
+class UploadFace final : public QAbstractButton
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(UploadFace)
+
+public:
+    UploadFace(const QString &accessibleName, const QString &iconName, QWidget *parent = nullptr);
+    ~UploadFace() override = default;
+
+    /// Null for none.
+    void setImage(const QImage &image);
+
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    void paintInvitation(QPainter &painter) const;
+    void paintPicture(QPainter &painter);
+
+    const Symbol symbol;
+    ScaledPicture picture;
+};
+
+} // namespace quilmora

@@ -1,0 +1,130 @@
+#include "screens/settings/SettingsView.h"
+
+#include "model/VolcengineConfig.h"
+#include "screens/common/ActionButton.h"
+#include "screens/common/AlertPanel.h"
+#include "screens/common/Card.h"
+#include "screens/common/LabelledField.h"
+#include "store/DatabaseManager.h"
+
+#include <QShowEvent>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+namespace quilmora
+{
+namespace
+{
+
+constexpr int padding = 32;
+constexpr int spacing = 16;
+constexpr int titleBottomPadding = 4;
+constexpr int cardPadding = 20;
+constexpr int groupSpacing = 18;
+
+LabelledField *makeField(const QString &label, const QString &placeholder, const QString &hint)
+{
+    return new LabelledField{{label, placeholder, hint},
+                             {.label = {13, QFont::Medium},
+                              .fieldPixelSize = 12,
+                              .hint = {11, QFont::Normal, ColorRole::secondaryText}}};
+}
+
+} // namespace
+
+SettingsView::SettingsView(DatabaseManager &store, QWidget *parent)
+    : ScrollPage{parent},
+      database{store},
+      url{makeField(u"API URL"_s, VolcengineConfig::defaultURL(),
+                    u"默认："_s + VolcengineConfig::defaultURL())},
+      key{makeField(u"API Key"_s, u"Bearer 长效 API Key"_s,
+                    u"请在火山方舟控制台「获取 API Key」页面创建长效 Key"_s)},
+      model{makeField(u"Model ID"_s, VolcengineConfig::defaultModelID(),
+                      u"如：doubao-seedream-4-0-250828、doubao-seedream-3-0-t2i-250415 等"_s)},
+      validationError{new TextLabel{{}, {13, QFont::Normal, ColorRole::red}, content()}}
+{
+    key->field()->setEchoMode(QLineEdit::Password);
+    validationError->hide();
+    auto *card = makeCard();
+    // Made after the fields: the Tab key goes in the order of making.
+    auto *save = new ActionButton{u"checkmark.circle.fill"_s,
+                                  u"保存设置"_s,
+                                  {ActionButton::Kind::prominent, 14, QFont::DemiBold, 6, {16, 6}},
+                                  content()};
+    connect(save, &ActionButton::clicked, this, &SettingsView::saveSettings);
+
+    auto *column = new QVBoxLayout{content()};
+    column->setContentsMargins(padding, padding, padding, padding);
+    column->setSpacing(spacing);
+    column->addWidget(new TextLabel{u"功能设置"_s, {22, QFont::Bold}, content()});
+    column->addSpacing(titleBottomPadding);
+    column->addWidget(card);
+    column->addWidget(validationError);
+    column->addWidget(save, 0, Qt::AlignLeft);
+    column->addStretch(1);
+}
+
+QWidget *SettingsView::makeCard()
+{
+    auto *card = new Card{content()};
+    auto *column = new QVBoxLayout{card};
+    column->setContentsMargins(cardPadding, cardPadding, cardPadding, cardPadding);
+    column->setSpacing(groupSpacing);
+    auto *header = new QVBoxLayout;
+    header->setSpacing(4);
+    header->addWidget(new TextLabel{u"火山引擎图片生成"_s, {16, QFont::DemiBold}, card});
+    header->addWidget(new TextLabel{
+        u"调用接口：POST /api/v3/images/generations"_s, {11, QFont::Normal, ColorRole::secondaryText}, card});
+    column->addLayout(header);
+    for (LabelledField *field : {url, key, model}) {
+        column->addWidget(field);
+    }
+    return card;
+}
+
+void SettingsView::showEvent(QShowEvent *event)
+{
+    ScrollPage::showEvent(event);
+    // Not when the window merely comes back from the dock: that would throw away what is being typed.
+    if (!event->spontaneous()) {
+        load();
+    }
+}
+
+void SettingsView::load()
+{
+    const VolcengineConfig config = database.getConfig();
+    url->field()->setText(config.apiURL);
+    key->field()->setText(config.apiKey);
+    model->field()->setText(config.modelID);
+    for (LabelledField *field : {url, key, model}) {
+        field->field()->setCursorPosition(0);
+    }
+}
+
+void SettingsView::saveSettings()
+{
+    setValidationError({});
+    const QString trimmedUrl = url->text().trimmed();
+    const QString trimmedKey = key->text().trimmed();
+    const QString trimmedModel = model->text().trimmed();
+    if (trimmedUrl.isEmpty()) {
+        setValidationError(u"请填写 API URL"_s);
+    } else if (trimmedKey.isEmpty()) {
+        setValidationError(u"请填写 API Key"_s);
+    } else if (trimmedModel.isEmpty()) {
+        setValidationError(u"请填写 Model ID"_s);
+    } else {
+        database.saveConfig(trimmedUrl, trimmedKey, trimmedModel);
+        (new AlertPanel{u"已保存"_s, u"火山引擎配置已成功保存"_s, u"好的"_s, this})->open();
+    }
+}
+
+void SettingsView::setValidationError(const QString &message)
+{
+    validationError->setText(message);
+    validationError->setVisible(!message.isEmpty());
+}
+
+} // namespace quilmora

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+struct _AtspiAccessible;
+
+namespace quilmora::test
+{
+
+/// What a screen reader sees of the applications on this desktop. Names are those that it would say.
+class AccessibleDesktop final
+{
+public:
+    /// Connects to the accessibility bus.
+    AccessibleDesktop();
+    Q_DISABLE_COPY_MOVE(AccessibleDesktop)
+    ~AccessibleDesktop();
+
+    /// Whether something of that name is on screen, be it a control or a text.
+    bool isShowing(const QString &name);
+
+    /// Whether a control of that name is on screen and can be used.
+    bool isUsable(const QString &name);
+
+    /// Whether the control of that name is checked.
+    bool isChecked(const QString &name);
+
+    /// Presses or toggles the control of that name; false when that is not possible.
+    bool act(const QString &name);
+
+    /// Replaces the text of the field of that name.
+    bool setText(const QString &name, const QString &text);
+
+private:
+    struct Release {
+        void operator()(_AtspiAccessible *object) const;
+    };
+    using Object = std::unique_ptr<_AtspiAccessible, Release>;
+
+    /// The shown object of that name that can do most: one that can be acted upon before a mere text.
+    Object find(const QString &name);
+    void collect(Object object, const QByteArray &name, std::vector<Object> &found);
+};
+
+} // namespace quilmora::test

@@ -1,0 +1,170 @@
+#include "screens/common/MessageView.h"
+
+#include "support/AccessibleFinder.h"
+#include "support/ScreenCapture.h"
+#include "support/ScreenTest.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QScrollBar>
+#include <QTextBlock>
+#include <QVBoxLayout>
+
+#include <ctime>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+using namespace quilmora;
+using namespace quilmora::test;
+
+class MessageViewTest final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aShortMessageIsItsOwnNameAndNeverScrolls_data();
+    void aShortMessageIsItsOwnNameAndNeverScrolls();
+    void theHeightFollowsTheWidth();
+    void aLongMessageScrollsInsideAFrame();
+    void linesStandInTheMiddle();
+    void markupAndAmpersandsAreText();
+    void theKeyboardCopiesThePartThatIsSelected();
+    void nothingCanBeTyped();
+    void aMessageOfAMillionLineBreaksIsShownSwiftly();
+
+private:
+    MessageView *show(const QString &message, QSize size = {600, 500});
+
+    std::unique_ptr<QWidget> window;
+};
+
+MessageView *MessageViewTest::show(const QString &message, QSize size)
+{
+    window = std::make_unique<QWidget>();
+    auto *column = new QVBoxLayout{window.get()};
+    column->setContentsMargins(0, 0, 0, 0);
+    auto *view = new MessageView{message, 13, u"错误信息"_s, window.get()};
+    column->addWidget(view);
+    column->addStretch();
+    showWindow(*window, size);
+    return view;
+}
+
+void MessageViewTest::aShortMessageIsItsOwnNameAndNeverScrolls_data()
+{
+    QTest::addColumn<QString>("message");
+    QTest::newRow("one line") << u"请求超时"_s;
+    QTest::newRow("several lines") << u"一\n二\n三\n四\n五"_s;
+    QTest::newRow("a wrapping sentence") << u"连接被远程主机关闭。"_s.repeated(30);
+    QTest::newRow("one word of 600 letters") << QString{600, u'x'};
+    QTest::newRow("compact JSON") << u"响应缺少 data 字段："_s + u"{\"a\":\"b\",\"c\":[1,2]}"_s.repeated(25);
+}
+
+void MessageViewTest::aShortMessageIsItsOwnNameAndNeverScrolls()
+{
+    QFETCH(const QString, message);
+    const MessageView *view = show(message);
+    QVERIFY(accessible::find<MessageView>(window.get(), message) != nullptr);
+    QCOMPARE(view->toPlainText(), message);
+    QCOMPARE(window->width(), 600);
+    QCOMPARE(view->width(), 600);
+    QTRY_COMPARE(view->verticalScrollBar()->maximum(), 0);
+    for (QTextBlock block = view->document()->begin(); block.isValid(); block = block.next()) {
+        for (int line = 0; line < block.layout()->lineCount(); ++line) {
+            QVERIFY(block.layout()->lineAt(line).naturalTextWidth() <= view->viewport()->width());
+        }
+    }
+}
+
+void MessageViewTest::theHeightFollowsTheWidth()
+{
+    const MessageView *view = show(u"连接被远程主机关闭。"_s.repeated(10));
+    const int wide = view->height();
+    window->resize(300, 500);
+    QTRY_VERIFY(view->height() > wide);
+    QTRY_COMPARE(view->verticalScrollBar()->maximum(), 0);
+    QCOMPARE(show(u"一"_s)->height() < show(u"一\n二"_s)->height(), true);
+}
+
+void MessageViewTest::aLongMessageScrollsInsideAFrame()
+{
+    const QString message = u"<p>502 Bad Gateway</p>\n"_s.repeated(2000);
+    MessageView *view = show(message);
+    QCOMPARE(view->height(), 320);
+    QTRY_VERIFY(view->verticalScrollBar()->maximum() > 1000);
+    QVERIFY(accessible::find<MessageView>(window.get(), u"错误信息"_s) == view);
+    QCOMPARE(view->toPlainText(), message);
+    QCOMPARE(screenCapture::colorAt(screenCapture::capture(view), {8, 160}), QColor(Qt::white));
+    // The keyboard can scroll it.
+    view->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(view, Qt::Key_PageDown);
+    QVERIFY(view->verticalScrollBar()->value() > 0);
+}
+
+void MessageViewTest::linesStandInTheMiddle()
+{
+    MessageView *view = show(u"一"_s);
+    const QImage shown = screenCapture::capture(view);
+    const auto ink = [&](QRect area) {
+        return area.width() * area.height() - screenCapture::countOf(shown, Qt::transparent, area, 0);
+    };
+    QVERIFY(ink({290, 0, 20, shown.height()}) > 5);
+    QCOMPARE(ink({0, 0, 280, shown.height()}), 0);
+    QCOMPARE(ink({320, 0, 280, shown.height()}), 0);
+}
+
+void MessageViewTest::markupAndAmpersandsAreText()
+{
+    const QString message = u"<h1>&amp; &File</h1><img src=\"file:///etc/hostname\">\n&&"_s;
+    const MessageView *view = show(message);
+    QCOMPARE(view->toPlainText(), message);
+    QCOMPARE(view->document()->blockCount(), 2);
+    QVERIFY(accessible::find<MessageView>(window.get(), message) != nullptr);
+}
+
+void MessageViewTest::theKeyboardCopiesThePartThatIsSelected()
+{
+    const QString message = u"一\u00a0二\r\n三\u3000四"_s + QString{5000, u'x'};
+    MessageView *view = show(message);
+    click(view->viewport());
+    QTest::keySequence(view, QKeySequence{QKeySequence::SelectAll});
+    QTest::keySequence(view, QKeySequence{QKeySequence::Copy});
+    QCOMPARE(QGuiApplication::clipboard()->text(), message);
+    QTextCursor part = view->textCursor();
+    part.setPosition(2);
+    part.setPosition(6, QTextCursor::KeepAnchor);
+    view->setTextCursor(part);
+    view->copy();
+    QCOMPARE(QGuiApplication::clipboard()->text(), u"二\r\n三\u3000"_s);
+}
+
+void MessageViewTest::nothingCanBeTyped()
+{
+    MessageView *view = show(u"一"_s);
+    view->setFocus();
+    QTest::keyClick(view, Qt::Key_A);
+    QCOMPARE(view->toPlainText(), u"一"_s);
+}
+
+void MessageViewTest::aMessageOfAMillionLineBreaksIsShownSwiftly()
+{
+    const QString message = u"\n"_s.repeated(1000000);
+    const std::clock_t before = std::clock();
+    const MessageView *view = show(message);
+    window->repaint();
+    const double seconds = static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC;
+    QCOMPARE(view->toPlainText(), message);
+    qInfo() << "shown in" << seconds << "s of processor time";
+#if defined(__SANITIZE_ADDRESS__)
+    QVERIFY(seconds < 3.0);
+#else
+    QVERIFY(seconds < 0.6);
+#endif
+}
+
+int main(int argc, char *argv[])
+{
+    return runScreenTest<MessageViewTest>(argc, argv);
+}
+
+#include "MessageViewTest.moc"

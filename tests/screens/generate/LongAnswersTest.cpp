@@ -1,0 +1,179 @@
+#include "GenerateScreen.h"
+#include "screens/common/MessageView.h"
+#include "screens/generate/LoadingSection.h"
+#include "support/SamplePictures.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QRandomGenerator>
+#include <QScrollBar>
+
+#include <ctime>
+
+using namespace Qt::StringLiterals;
+using namespace quilmora;
+using namespace quilmora::test;
+
+namespace
+{
+
+constexpr qsizetype megabyte = 1'048'576;
+
+QByteArray htmlOfOneMegabyte(const QByteArray &lineEnd)
+{
+    QByteArray html{"<!DOCTYPE html>"};
+    for (int i = 0; html.size() < megabyte; ++i) {
+        html += "<tr><td>&amp; " + QByteArray::number(i) +
+                " \xe9\x94\x99\xe8\xaf\xaf</td><img src='file:///etc/hostname'></tr>" + lineEnd;
+    }
+    return html;
+}
+
+/// Remembers the longest time for which the main thread worked from one event to the next, while nothing
+/// else could run. Processor time, so that a busy machine does not count.
+class LongestTurn final : public QObject
+{
+public:
+    LongestTurn() { QCoreApplication::instance()->installEventFilter(this); }
+    double milliseconds() const { return longest; }
+    bool eventFilter(QObject * /*watched*/, QEvent * /*event*/) override
+    {
+        const double now = spentTime();
+        longest = std::max(longest, now - before);
+        before = now;
+        return false;
+    }
+
+private:
+    static double spentTime()
+    {
+        timespec time{};
+        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+        return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+    }
+
+    double before = spentTime();
+    double longest = 0;
+};
+
+/// What a turn may take; instrumented programs are several times slower.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr double longestGoodTurn = 1500;
+#else
+constexpr double longestGoodTurn = 300;
+#endif
+
+/// Says whether the loading section has been painted, and with which size first.
+class FirstPaint final : public QObject
+{
+public:
+    FirstPaint() { QCoreApplication::instance()->installEventFilter(this); }
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint && qobject_cast<LoadingSection *>(watched) != nullptr &&
+            !painted) {
+            painted = true;
+            size = static_cast<QWidget *>(watched)->size();
+        }
+        return false;
+    }
+
+    bool painted = false;
+    QSize size;
+};
+
+} // namespace
+
+/// Answers and pictures that are large enough to hold up a window that is careless about them.
+class LongAnswersTest final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void anErrorPageOfAMegabyteIsShownWholeAndKeepsTheWindowUsable_data();
+    void anErrorPageOfAMegabyteIsShownWholeAndKeepsTheWindowUsable();
+    void anAnswerOfThirtyMegabytesWorks();
+    void theProgressIsPaintedBeforeThePicturesAreEncoded();
+};
+
+void LongAnswersTest::anErrorPageOfAMegabyteIsShownWholeAndKeepsTheWindowUsable_data()
+{
+    QTest::addColumn<QByteArray>("lineEnd");
+    QTest::newRow("in one line") << QByteArray{};
+    QTest::newRow("in many lines") << QByteArray{"\r\n"};
+}
+
+void LongAnswersTest::anErrorPageOfAMegabyteIsShownWholeAndKeepsTheWindowUsable()
+{
+    QFETCH(const QByteArray, lineEnd);
+    const QByteArray html = htmlOfOneMegabyte(lineEnd);
+    GenerateScreen screen{GenerateScreen::answerWithText(html)};
+    const QSize before = screen.window.size();
+    const LongestTurn turn;
+    screen.generate(u"标题"_s);
+    QTRY_VERIFY(screen.shows(u"生成失败"_s));
+    auto *message = screen.find<MessageView>(u"错误信息"_s);
+    QVERIFY(message != nullptr);
+    QTRY_VERIFY(message->verticalScrollBar()->maximum() > 100);
+    screen.window.repaint();
+    message->verticalScrollBar()->setValue(message->verticalScrollBar()->maximum());
+    screen.window.repaint();
+    qInfo() << "longest turn of the event loop:" << turn.milliseconds() << "ms";
+    QVERIFY(turn.milliseconds() < longestGoodTurn);
+    QCOMPARE(screen.window.size(), before);
+    QVERIFY(screen.view->widget()->width() <= screen.view->viewport()->width());
+    QVERIFY(message->height() <= 320);
+
+    message->selectAll();
+    message->copy();
+    QCOMPARE(QGuiApplication::clipboard()->text(), QString::fromUtf8(html));
+    click(screen.find(u"返回表单"_s));
+    QVERIFY(screen.titleField() != nullptr);
+}
+
+void LongAnswersTest::anAnswerOfThirtyMegabytesWorks()
+{
+    // Noise does not compress.
+    QImage noise{3200, 2500, QImage::Format_RGB32};
+    QRandomGenerator random{7};
+    random.fillRange(reinterpret_cast<quint32 *>(noise.bits()), noise.sizeInBytes() / 4);
+    noise = noise.convertToFormat(QImage::Format_RGB888);
+    const QByteArray body = R"({"data":[{"b64_json":")" + samplePictures::png(noise).toBase64() + R"("}]})";
+    QVERIFY(body.size() > 30 * megabyte);
+    GenerateScreen screen{[body](const auto &) {
+        return ScriptedAnswer::whole(body);
+    }};
+    screen.generate(u"标题"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(screen.shows(u"生成成功"_s), 60000);
+    QCOMPARE(screen.flow->generatedImage().size(), noise.size());
+    QCOMPARE(screen.database.fetchAllHistory().size(), 1);
+}
+
+void LongAnswersTest::theProgressIsPaintedBeforeThePicturesAreEncoded()
+{
+    GenerateScreen screen{[](const auto &) {
+        return ScriptedAnswer::silence();
+    }};
+    QImage photo{8000, 6000, QImage::Format_RGB32};
+    photo.fill(Qt::darkYellow);
+    screen.panels.answerReference(
+        samplePictures::write(screen.home.path(u"photo.png"_s), samplePictures::png(photo)));
+    click(screen.find<QAbstractButton>(u"人脸形象（必填）"_s));
+    typeInto(screen.titleField(), u"标题"_s);
+
+    const FirstPaint paint;
+    click(screen.generateButton());
+    // The press itself painted it; encoding and sending come in a later turn of the event loop.
+    QVERIFY(paint.painted);
+    QCOMPARE(screen.server.requestCount(), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(screen.server.requestCount(), 1, 60000);
+    // It was painted where it stays.
+    QCOMPARE(paint.size, screen.window.findChild<LoadingSection *>()->size());
+}
+
+int main(int argc, char *argv[])
+{
+    return runScreenTest<LongAnswersTest>(argc, argv);
+}
+
+#include "LongAnswersTest.moc"

@@ -1,0 +1,49 @@
+#include "support/ScreenTest.h"
+
+#include "platform/ChineseCatalogue.h"
+#include "screens/common/ControlStyle.h"
+#include "screens/common/Fonts.h"
+#include "screens/common/Theme.h"
+
+#include <QInputMethodEvent>
+
+namespace quilmora::test
+{
+
+ScreenTestApplication::ScreenTestApplication(int &argc, char **argv) : application{argc, argv}
+{
+    installChineseCatalogue(application);
+#ifndef Q_OS_MACOS
+    QApplication::setStyle(new ControlStyle);
+#endif
+    installApplicationFont();
+    Theme::current();
+}
+
+void showWindow(QWidget &window, QSize size)
+{
+    window.resize(size);
+    window.show();
+    window.activateWindow();
+    if (!QTest::qWaitForWindowActive(&window)) {
+        qFatal("The window does not become active");
+    }
+}
+
+void click(QWidget *widget)
+{
+    QTest::mouseClick(widget, Qt::LeftButton);
+}
+
+void typeInto(QWidget *field, const QString &text)
+{
+    click(field);
+    QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(field, Qt::Key_Delete);
+    // Chinese letters have no key of their own: they come as an input method commits them.
+    QInputMethodEvent commit;
+    commit.setCommitString(text);
+    QApplication::sendEvent(field, &commit);
+}
+
+} // namespace quilmora::test

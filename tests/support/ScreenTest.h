@@ -1,0 +1,42 @@
+#pragma once
+
+#include "support/TemporaryHome.h"
+
+#include <QApplication>
+#include <QTest>
+
+namespace quilmora::test
+{
+
+/// An application that looks like the real one, in a home folder of its own.
+class ScreenTestApplication final
+{
+public:
+    ScreenTestApplication(int &argc, char **argv);
+    Q_DISABLE_COPY_MOVE(ScreenTestApplication)
+    ~ScreenTestApplication() = default;
+
+private:
+    const TemporaryHome home;
+    QApplication application;
+};
+
+/// The main function of a test program for screens.
+template <typename Test>
+int runScreenTest(int argc, char **argv)
+{
+    const ScreenTestApplication application{argc, argv};
+    Test test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+/// Shows a window of that size, active, and waits until it is on screen; fails the test program otherwise.
+void showWindow(QWidget &window, QSize size);
+
+/// Clicks into the middle of a widget.
+void click(QWidget *widget);
+
+/// Puts the focus into a field by a click and types the text in place of what is there.
+void typeInto(QWidget *field, const QString &text);
+
+} // namespace quilmora::test
