@@ -1,0 +1,62 @@
+#include "BenchWindow.h"
+
+#include "generation/CoverGenerationFlow.h"
+#include "screens/generate/GenerateCoverView.h"
+
+#include <QAbstractButton>
+#include <QLineEdit>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace quilmora::bench
+{
+
+std::optional<QString> OneFilePanels::chooseReferenceImage(QWidget * /*parent*/)
+{
+    return path;
+}
+
+std::optional<QString> OneFilePanels::chooseCoverDestination(QWidget * /*parent*/, const QString & /*name*/)
+{
+    return std::nullopt;
+}
+
+BenchWindow::BenchWindow() : database{folder.filePath(u"data"_s)}, storage{folder.filePath(u"covers"_s)}
+{
+    // Nothing listens on the discard port.
+    database.saveConfig(u"http://127.0.0.1:9/"_s, u"key"_s, u"model"_s);
+    screen = std::make_unique<GenerateCoverView>(CoverGenerationFlow::create(database, storage, generator),
+                                                 panels);
+    screen->resize(1000, 1000);
+    screen->show();
+    if (!QTest::qWaitForWindowExposed(screen.get())) {
+        qFatal("The window does not appear");
+    }
+}
+
+BenchWindow::~BenchWindow() = default;
+
+QWidget *BenchWindow::control(const QString &accessibleName)
+{
+    for (QWidget *widget : screen->findChildren<QWidget *>()) {
+        if (widget->accessibleName() == accessibleName && widget->isVisible() &&
+            widget->focusPolicy() != Qt::NoFocus) {
+            return widget;
+        }
+    }
+    qFatal("No control %s", qUtf8Printable(accessibleName));
+}
+
+void BenchWindow::typeTitle(const QString &title)
+{
+    qobject_cast<QLineEdit *>(control(u"视频封面标题文本"_s))->setText(title);
+}
+
+void BenchWindow::pickFace(const QString &path)
+{
+    panels.path = path;
+    qobject_cast<QAbstractButton *>(control(u"人脸形象（必填）"_s))->click();
+}
+
+} // namespace quilmora::bench

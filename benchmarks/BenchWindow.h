@@ -1,0 +1,51 @@
+#pragma once
+
+#include "generation/ImageGeneratorService.h"
+#include "screens/common/FilePanels.h"
+#include "store/DatabaseManager.h"
+#include "store/ImageStorageService.h"
+
+#include <QTemporaryDir>
+#include <QWidget>
+
+#include <memory>
+
+namespace quilmora::bench
+{
+
+/// Answers every open panel with one file.
+class OneFilePanels final : public FilePanels
+{
+public:
+    std::optional<QString> chooseReferenceImage(QWidget *parent) override;
+    std::optional<QString> chooseCoverDestination(QWidget *parent, const QString &proposedName) override;
+
+    QString path;
+};
+
+/// The generate screen in a window, on stores of its own and a service that refuses connections.
+class BenchWindow final
+{
+public:
+    BenchWindow();
+    Q_DISABLE_COPY_MOVE(BenchWindow)
+    ~BenchWindow();
+
+    QWidget &window() { return *screen; }
+
+    /// The visible control of that accessible name.
+    QWidget *control(const QString &accessibleName);
+
+    void typeTitle(const QString &title);
+    void pickFace(const QString &path);
+
+private:
+    QTemporaryDir folder;
+    DatabaseManager database;
+    ImageStorageService storage;
+    ImageGeneratorService generator;
+    OneFilePanels panels;
+    std::unique_ptr<QWidget> screen;
+};
+
+} // namespace quilmora::bench

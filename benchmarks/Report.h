@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+namespace quilmora::bench
+{
+
+/// Milliseconds that `work` takes: the median of `runs`.
+double medianMilliseconds(int runs, const std::function<void()> &work);
+
+/// Prints one line of the table: ours beside what it is measured against, and their ratio beside the goal.
+void report(const QString &what, double ours, double baseline, double goal);
+
+} // namespace quilmora::bench

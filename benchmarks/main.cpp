@@ -1,0 +1,157 @@
+#include "BenchWindow.h"
+#include "Report.h"
+#include "generation/RequestBody.h"
+#include "platform/Console.h"
+#include "platform/ImageCodec.h"
+#include "screens/common/ControlStyle.h"
+#include "screens/common/Fonts.h"
+#include "screens/common/Theme.h"
+#include "screens/generate/LoadingSection.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QEvent>
+#include <QEventLoop>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <chrono>
+#include <ctime>
+
+using namespace Qt::StringLiterals;
+using namespace quilmora;
+using namespace quilmora::bench;
+
+namespace
+{
+
+/// A picture with the gradients and the grain of a photo.
+QImage photo(QSize size)
+{
+    QImage image{size, QImage::Format_RGB32};
+    QRandomGenerator random{1};
+    for (int y = 0; y < size.height(); ++y) {
+        auto *line = static_cast<QRgb *>(static_cast<void *>(image.scanLine(y)));
+        for (int x = 0; x < size.width(); ++x) {
+            const auto grain = static_cast<int>(random.generate() % 8U);
+            line[x] = qRgb(x * 200 / size.width() + grain, y * 200 / size.height() + grain, 120 + grain);
+        }
+    }
+    return image;
+}
+
+QString writePhoto(const QTemporaryDir &folder, QSize size)
+{
+    QString path = folder.filePath(u"photo%1x%2.jpg"_s.arg(size.width()).arg(size.height()));
+    if (!photo(size).save(path, "jpeg", 80)) {
+        qFatal("Cannot write the photo");
+    }
+    return path;
+}
+
+/// Notes when the loading section has been painted for the first time.
+class LoadingPaint final : public QObject
+{
+public:
+    explicit LoadingPaint(const QElapsedTimer &sinceClick) : timer{sinceClick}
+    {
+        qApp->installEventFilter(this);
+    }
+
+    double milliseconds = -1;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint && milliseconds < 0 &&
+            qobject_cast<LoadingSection *>(watched) != nullptr) {
+            milliseconds = static_cast<double>(timer.nsecsElapsed()) / 1e6;
+        }
+        return false;
+    }
+
+private:
+    const QElapsedTimer &timer;
+};
+
+void benchLoadingBeforeEncoding(const QTemporaryDir &folder)
+{
+    const QString path = writePhoto(folder, {8000, 6000});
+    BenchWindow bench;
+    bench.typeTitle(u"标题"_s);
+    bench.pickFace(path);
+    const QImage face = imageCodec::decodeFile(path);
+    const double encoding = medianMilliseconds(1, [&] { encodeRequestBody({{}, 1, 1, {face}, {}}); });
+
+    QElapsedTimer sinceClick;
+    LoadingPaint paint{sinceClick};
+    sinceClick.start();
+    qobject_cast<QAbstractButton *>(bench.control(u"开始生成封面"_s))->click();
+    if (paint.milliseconds < 0) {
+        qFatal("The loading section was not painted before the click returned");
+    }
+    report(u"click to painted loading section, against encoding 48 MP"_s, paint.milliseconds, encoding, 0.05);
+}
+
+void benchPickingAPhoto(const QTemporaryDir &folder)
+{
+    const QString path = writePhoto(folder, {4000, 3000});
+    BenchWindow bench;
+    const double decoding = medianMilliseconds(5, [&] { imageCodec::decodeFile(path); });
+    const double picking = medianMilliseconds(5, [&] { bench.pickFace(path); });
+    report(u"picking a 12 MP photo, against decoding it once"_s, picking, decoding, 1.3);
+}
+
+void benchPaintingTheForm(const QTemporaryDir &folder)
+{
+    BenchWindow bench;
+    constexpr int runs = 50;
+    const auto paint = [&] {
+        bench.window().repaint();
+    };
+    paint();
+    const double without = medianMilliseconds(runs, paint);
+    bench.pickFace(writePhoto(folder, {4000, 3000}));
+    paint();
+    const double with = medianMilliseconds(runs, paint);
+    report(u"painting the form with a 12 MP photo, against without"_s, with, without, 1.5);
+}
+
+void benchIdle()
+{
+    BenchWindow bench;
+    constexpr std::chrono::milliseconds span{3000};
+    const auto waitFor = [](std::chrono::milliseconds time) {
+        QEventLoop loop;
+        QTimer::singleShot(time, &loop, &QEventLoop::quit);
+        loop.exec();
+    };
+    waitFor(std::chrono::milliseconds{500});
+    const std::clock_t before = std::clock();
+    waitFor(span);
+    const double used = 1000.0 * static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC;
+    report(u"processor time of an idle window, against time passed"_s, used,
+           static_cast<double>(span.count()), 0.005);
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    QApplication application{argc, argv};
+    QApplication::setStyle(new ControlStyle);
+    installApplicationFont();
+    Theme::current();
+    const QTemporaryDir folder;
+    console::printLine(u"%1 %2  %3"_s.arg(u"measured"_s, -58).arg(u"ours"_s, 12).arg(u"baseline"_s, 12));
+    benchPickingAPhoto(folder);
+    benchPaintingTheForm(folder);
+    benchIdle();
+    benchLoadingBeforeEncoding(folder);
+    return 0;
+}

@@ -1,0 +1,77 @@
+#include "DemoFolder.h"
+
+#include "model/VolcengineConfig.h"
+#include "platform/UserFolders.h"
+#include "store/DatabaseManager.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QImage>
+#include <QPainter>
+#include <QSvgRenderer>
+
+using namespace Qt::StringLiterals;
+
+namespace quilmora
+{
+namespace
+{
+
+void draw(const QString &drawing, QSize size, const QString &path)
+{
+    QImage image{size, QImage::Format_RGB32};
+    image.fill(Qt::white);
+    QSvgRenderer renderer{drawing};
+    QPainter painter{&image};
+    renderer.render(&painter);
+    painter.end();
+    if (!renderer.isValid() || !image.save(path, nullptr, 92)) {
+        qFatal("Cannot write %s", qUtf8Printable(path));
+    }
+}
+
+} // namespace
+
+DemoFolder::DemoFolder(const QString &path) : root{QFileInfo{path}.absoluteFilePath()}
+{
+    QDir{file(u"home"_s)}.removeRecursively();
+    for (const QString &left : QDir{root}.entryList({u"*.png"_s, u"*.jpg"_s}, QDir::Files)) {
+        QFile::remove(file(left));
+    }
+    if (!QDir{}.mkpath(file(u"home"_s))) {
+        qFatal("Cannot create %s", qUtf8Printable(root));
+    }
+}
+
+void DemoFolder::enterHome() const
+{
+    // The permission to draw on the screen stays that of the user.
+    if (!qEnvironmentVariableIsSet("XAUTHORITY")) {
+        qputenv("XAUTHORITY", QFile::encodeName(QDir::homePath() + u"/.Xauthority"_s));
+    }
+    const QByteArray home = QFile::encodeName(file(u"home"_s));
+    qputenv("HOME", home);
+    qputenv("CFFIXED_USER_HOME", home);
+    for (const char *folder : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME"}) {
+        qunsetenv(folder);
+    }
+}
+
+void DemoFolder::drawPictures() const
+{
+    draw(u":/demo/presenter.svg"_s, {1200, 1200}, presenterPhoto());
+    draw(u":/demo/sample-cover.svg"_s, {1600, 900}, sampleCover());
+}
+
+void DemoFolder::configure(const QUrl &service, const QString &key) const
+{
+    DatabaseManager database{userFolders::applicationSupport() + u"/Quilmora"_s};
+    database.saveConfig(service.toString(), key, VolcengineConfig::defaultModelID());
+}
+
+QString DemoFolder::file(const QString &name) const
+{
+    return root + u'/' + name;
+}
+
+} // namespace quilmora
