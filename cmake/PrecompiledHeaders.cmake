@@ -1,0 +1,22 @@
+# Headers that are compiled once for many sources. Those that most sources need and no more: with all of Qt in them they
+# take longer to read in than they save.
+set(quilmora_core_headers
+  <QByteArray> <QDateTime> <QDir> <QFile> <QFileInfo> <QHash> <QImage> <QList> <QObject> <QString> <QStringList>
+  <algorithm> <chrono> <functional> <memory> <optional> <utility>)
+set(quilmora_widget_headers
+  ${quilmora_core_headers}
+  <QAbstractButton> <QApplication> <QBoxLayout> <QFontMetrics> <QLabel> <QPainter> <QPainterPath> <QWidget>)
+set(quilmora_core_test_headers ${quilmora_core_headers} <QSignalSpy> <QTest>)
+set(quilmora_widget_test_headers ${quilmora_widget_headers} <QSignalSpy> <QTest>)
+
+# quilmora_precompile(TARGET KIND): the headers of that kind, which is one of those above without "quilmora_" and
+# "_headers". All targets of a kind must be compiled with the same options and definitions.
+function(quilmora_precompile target kind)
+  get_property(precompiled GLOBAL PROPERTY QUILMORA_PRECOMPILED_${kind})
+  if(precompiled)
+    target_precompile_headers(${target} REUSE_FROM ${precompiled})
+  else()
+    target_precompile_headers(${target} PRIVATE ${quilmora_${kind}_headers})
+    set_property(GLOBAL PROPERTY QUILMORA_PRECOMPILED_${kind} ${target})
+  endif()
+endfunction()
