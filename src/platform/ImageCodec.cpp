@@ -49,6 +49,11 @@ QImage toSrgb(QImage image)
     return image;
 }
 
+bool isTooLarge(QSize size)
+{
+    return qint64{size.width()} * size.height() > maximumPixels;
+}
+
 enum class Cut { given, refused };
 
 QImage decodeBytes(const QByteArray &bytes, Cut cutPictures)
@@ -61,7 +66,8 @@ QImage decodeBytes(const QByteArray &bytes, Cut cutPictures)
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);
     const QByteArray format = reader.format();
-    if (!isBitmapFormat(format) || (cutPictures == Cut::refused && !holdsWholePicture(bytes, format))) {
+    if (!isBitmapFormat(format) || isTooLarge(reader.size()) ||
+        (cutPictures == Cut::refused && !holdsWholePicture(bytes, format))) {
         return {};
     }
     return toSrgb(reader.read());

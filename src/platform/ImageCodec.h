@@ -13,6 +13,9 @@ namespace quilmora::imageCodec
 /// photo of 200 megapixels at four bytes a pixel.
 constexpr int maximumBitmapMebibytes = 1024;
 
+/// The most pixels that a picture may have, however few bytes each takes: drawing it takes four.
+constexpr qint64 maximumPixels = qint64{maximumBitmapMebibytes} * 1024 * 1024 / 4;
+
 /// The largest picture file that is read, in bytes; larger ones are refused.
 constexpr qint64 maximumFileBytes = qint64{512} * 1024 * 1024;
 

@@ -79,9 +79,18 @@ QColor Theme::color(ColorRole role) const
     const bool dark = colorScheme == ColorScheme::dark;
     switch (role) {
     case ColorRole::onAccent:
+    case ColorRole::onBackdrop:
         return white(1.0);
+    case ColorRole::onBackdropSecondary:
+        return white(0.7);
+    case ColorRole::previewBackdrop:
+        return black(0.92);
+    case ColorRole::previewPictureShadow:
+        return black(0.6);
     case ColorRole::hoverFill:
         return withOpacity(schemeColor(ColorRole::grey, dark), 0.15);
+    case ColorRole::tileBorder:
+        return withOpacity(schemeColor(ColorRole::grey, dark), 0.20);
     case ColorRole::optionBorder:
         return withOpacity(schemeColor(ColorRole::grey, dark), 0.25);
     case ColorRole::selectedFill:

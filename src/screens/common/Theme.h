@@ -28,6 +28,7 @@ enum class ColorRole {
     controlPressed, ///< Laid over a button that is held down.
     onAccent,       ///< Text and symbols on the accent colour and on the accent gradient.
     hoverFill,
+    tileBorder,
     optionBorder, ///< Around options that are not selected, and around every expression chip.
     selectedFill,
     selectedBorder,
@@ -37,6 +38,10 @@ enum class ColorRole {
     step, ///< Disc of a step number.
     pictureShadow,
     gradientButtonShadow,
+    previewBackdrop, ///< Laid over the window background behind a cover that is shown large.
+    onBackdrop,      ///< Text on that.
+    onBackdropSecondary,
+    previewPictureShadow,
 };
 
 /// The colours of the application, light or dark as the system has it.

@@ -1,0 +1,81 @@
+#include "screens/common/Sheet.h"
+
+#include "screens/common/Shapes.h"
+#include "screens/common/Theme.h"
+
+#include <QBitmap>
+#include <QGuiApplication>
+#include <QPainter>
+#include <QScreen>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace quilmora
+{
+namespace
+{
+
+/// Translucent corners need a compositor there; a cut shape does not.
+bool cutsItsShape()
+{
+    return QGuiApplication::platformName() == u"xcb"_s;
+}
+
+QBitmap shapeOf(const QRect &bounds)
+{
+    QBitmap shape{bounds.size()};
+    shape.clear();
+    QPainter painter{&shape};
+    painter.fillPath(roundedRect(bounds, Sheet::cornerRadius), Qt::color1);
+    return shape;
+}
+
+/// Over the window's middle, a little higher, and not beyond the screen as long as it fits there.
+QPoint placeOver(const QWidget &window, QSize size)
+{
+    const QRect over = window.frameGeometry();
+    const QRect screen = window.screen()->availableGeometry();
+    const int x = over.center().x() - size.width() / 2;
+    const int y = over.y() + (over.height() - size.height()) / 3;
+    return {std::max(screen.left(), std::min(x, screen.right() + 1 - size.width())),
+            std::max(screen.top(), std::min(y, screen.bottom() + 1 - size.height()))};
+}
+
+} // namespace
+
+Sheet::Sheet(QWidget *parent) : QDialog{parent, Qt::Sheet | Qt::FramelessWindowHint}
+{
+    setAttribute(Qt::WA_DeleteOnClose);
+    setAttribute(Qt::WA_TranslucentBackground, !cutsItsShape());
+    setWindowModality(Qt::WindowModal);
+}
+
+QPainterPath Sheet::ground(const QRect &bounds)
+{
+    QPainterPath whole;
+    whole.addRect(bounds);
+    // Where the window is cut to shape, softened corners would let a line of its background through.
+    return cutsItsShape() ? whole : roundedRect(bounds, cornerRadius);
+}
+
+void Sheet::showEvent(QShowEvent *event)
+{
+    QDialog::showEvent(event);
+    move(placeOver(*parentWidget()->window(), size()));
+    if (cutsItsShape()) {
+        setMask(shapeOf(rect()));
+    }
+}
+
+void Sheet::paintEvent(QPaintEvent * /*event*/)
+{
+    QPainter painter{this};
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillPath(ground(rect()), themeColor(ColorRole::windowBackground));
+    painter.strokePath(roundedRect(insideLine(rect(), 1), cornerRadius - 0.5),
+                       QPen{themeColor(ColorRole::controlBorder), 1});
+}
+
+} // namespace quilmora

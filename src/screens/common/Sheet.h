@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QDialog>
+#include <QPainterPath>
+
+namespace quilmora
+{
+
+/// A panel with rounded corners over a window, modal to it, in the middle of its upper part. Closed by Escape
+/// and by code; deletes itself when it is closed.
+class Sheet : public QDialog
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(Sheet)
+
+public:
+    /// In device-independent pixels.
+    static constexpr double cornerRadius = 12;
+
+    /// `parent` is anything in the window that the sheet belongs to.
+    explicit Sheet(QWidget *parent);
+    ~Sheet() override = default;
+
+    /// The shape to be painted by a content that covers a sheet of these bounds.
+    static QPainterPath ground(const QRect &bounds);
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+};
+
+} // namespace quilmora

@@ -1,0 +1,37 @@
+#include "screens/common/SymbolButton.h"
+
+#include "screens/common/FocusRing.h"
+#include "screens/common/Shapes.h"
+
+#include <QPainter>
+
+namespace quilmora
+{
+
+SymbolButton::SymbolButton(const Symbol &shown, ColorRole role, const QString &accessibleName,
+                           QWidget *parent)
+    : QAbstractButton{parent},
+      symbol{shown},
+      color{role}
+{
+    setAccessibleName(accessibleName);
+    setFocusPolicy(Qt::StrongFocus);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+void SymbolButton::paintEvent(QPaintEvent * /*event*/)
+{
+    QPainter painter{this};
+    painter.setRenderHint(QPainter::Antialiasing);
+    QColor ink = themeColor(color);
+    if (isDown()) {
+        constexpr float pressedShare = 0.6F;
+        ink.setAlphaF(ink.alphaF() * pressedShare);
+    }
+    symbol.draw(painter, rect(), ink);
+    if (hasFocus()) {
+        drawFocusRing(painter, capsule(rect()));
+    }
+}
+
+} // namespace quilmora

@@ -1,0 +1,29 @@
+#include "screens/history/EmptyHistoryView.h"
+
+#include "screens/common/SymbolLabel.h"
+#include "screens/common/TextLabel.h"
+
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+namespace quilmora
+{
+
+EmptyHistoryView::EmptyHistoryView(QWidget *parent) : QWidget{parent}
+{
+    auto *column = new QVBoxLayout{this};
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(12);
+    column->addStretch();
+    column->addWidget(new SymbolLabel{Symbol{u"photo.stack"_s, 50}, ColorRole::tertiaryText, this}, 0,
+                      Qt::AlignHCenter);
+    column->addWidget(new TextLabel{u"暂无生成记录"_s, {16, QFont::Medium, ColorRole::secondaryText}, this},
+                      0, Qt::AlignHCenter);
+    column->addWidget(
+        new TextLabel{u"前往「生成封面」开始创作吧"_s, {13, QFont::Normal, ColorRole::tertiaryText}, this}, 0,
+        Qt::AlignHCenter);
+    column->addStretch();
+}
+
+} // namespace quilmora

@@ -1,0 +1,248 @@
+#include "screens/history/HistoryGrid.h"
+
+#include "screens/history/HistoryGridAccessible.h"
+#include "screens/history/HistoryThumbnail.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QResizeEvent>
+#include <QScrollBar>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+
+using namespace std::chrono_literals;
+
+namespace quilmora
+{
+namespace
+{
+
+/// Decoding waits for so long after the last scrolling, which it would hold up.
+constexpr auto restAfterScrolling = 60ms;
+constexpr int scrollStep = 40;
+
+} // namespace
+
+HistoryGrid::HistoryGrid(HistoryModel &model, QWidget *parent) : QAbstractItemView{parent}, records{model}
+{
+    HistoryGridAccessible::install();
+    setModel(&records);
+    setItemDelegate(new HistoryThumbnail{records, pictures, this});
+    setFrameShape(QFrame::NoFrame);
+    setSelectionMode(NoSelection);
+    setEditTriggers(NoEditTriggers);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollMode(ScrollPerPixel);
+    // The window's background shows through.
+    viewport()->setAutoFillBackground(false);
+    fillTimer.setSingleShot(true);
+    connect(&fillTimer, &QTimer::timeout, this, &HistoryGrid::fillNext);
+    connect(this, &HistoryGrid::clicked, this,
+            [this](const QModelIndex &index) { Q_EMIT opened(index.row()); });
+}
+
+GridGeometry HistoryGrid::geometryOf(int width) const
+{
+    return {width, records.rowCount(), HistoryThumbnail::textHeight()};
+}
+
+int HistoryGrid::verticalOffset() const
+{
+    return verticalScrollBar()->value();
+}
+
+QRect HistoryGrid::visualRect(const QModelIndex &index) const
+{
+    return index.isValid() ? grid().tile(index.row()).translated(0, -verticalOffset()) : QRect{};
+}
+
+QModelIndex HistoryGrid::indexAt(const QPoint &point) const
+{
+    const int position = grid().positionAt(point + QPoint{0, verticalOffset()});
+    return position < 0 ? QModelIndex{} : records.index(position);
+}
+
+void HistoryGrid::scrollTo(const QModelIndex &index, ScrollHint hint)
+{
+    const QRect tile = visualRect(index);
+    const int room = viewport()->height() - tile.height();
+    int shift = 0;
+    if (hint == PositionAtTop || (hint == EnsureVisible && (tile.top() < 0 || room < 0))) {
+        shift = tile.top();
+    } else if (hint == PositionAtBottom || (hint == EnsureVisible && tile.top() > room)) {
+        shift = tile.top() - room;
+    } else if (hint == PositionAtCenter) {
+        shift = tile.top() - room / 2;
+    }
+    verticalScrollBar()->setValue(verticalOffset() + shift);
+}
+
+void HistoryGrid::reset()
+{
+    const int offset = verticalOffset();
+    QAbstractItemView::reset();
+    updateGeometries();
+    verticalScrollBar()->setValue(offset);
+}
+
+QModelIndex HistoryGrid::moveCursor(CursorAction action, Qt::KeyboardModifiers /*modifiers*/)
+{
+    const int last = records.rowCount() - 1;
+    if (last < 0) {
+        return {};
+    }
+    if (!currentIndex().isValid()) {
+        return records.index(positionsInSight().first);
+    }
+    const int current = currentIndex().row();
+    const int page = std::max(1, viewport()->height() / grid().rowHeight()) * GridGeometry::columns;
+    const auto upBy = [&](int step) {
+        return current < step ? current % GridGeometry::columns : current - step;
+    };
+    switch (action) {
+    case MoveLeft:
+    case MovePrevious:
+        return records.index(std::max(0, current - 1));
+    case MoveRight:
+    case MoveNext:
+        return records.index(std::min(last, current + 1));
+    case MoveUp:
+        return records.index(upBy(GridGeometry::columns));
+    case MoveDown:
+        return records.index(std::min(last, current + GridGeometry::columns));
+    case MovePageUp:
+        return records.index(upBy(page));
+    case MovePageDown:
+        return records.index(std::min(last, current + page));
+    case MoveHome:
+        return records.index(0);
+    case MoveEnd:
+        return records.index(last);
+    }
+    return currentIndex();
+}
+
+// Tiles are opened, not selected.
+void HistoryGrid::setSelection(const QRect & /*area*/, QItemSelectionModel::SelectionFlags /*flags*/) {}
+
+QRegion HistoryGrid::visualRegionForSelection(const QItemSelection & /*selection*/) const
+{
+    return {};
+}
+
+void HistoryGrid::updateGeometries()
+{
+    QAbstractItemView::updateGeometries();
+    const int height = viewport()->height();
+    verticalScrollBar()->setRange(0, std::max(0, grid().contentHeight() - height));
+    verticalScrollBar()->setPageStep(height);
+    verticalScrollBar()->setSingleStep(scrollStep);
+}
+
+void HistoryGrid::scrollContentsBy(int /*dx*/, int /*dy*/)
+{
+    viewport()->update();
+    if (fillTimer.isActive()) {
+        fillTimer.start(restAfterScrolling);
+    }
+}
+
+void HistoryGrid::currentChanged(const QModelIndex &current, const QModelIndex &previous)
+{
+    QAbstractItemView::currentChanged(current, previous);
+    viewport()->update();
+    if (current.isValid() && hasFocus()) {
+        HistoryGridAccessible::notifyFocus(*this, current.row());
+    }
+}
+
+void HistoryGrid::resizeEvent(QResizeEvent *event)
+{
+    // Keeps the tiles in sight that are: they all grow and shrink alike.
+    const double share =
+        static_cast<double>(verticalOffset()) / geometryOf(event->oldSize().width()).rowHeight();
+    QAbstractItemView::resizeEvent(event);
+    verticalScrollBar()->setValue(qRound(share * grid().rowHeight()));
+}
+
+void HistoryGrid::keyPressEvent(QKeyEvent *event)
+{
+    focusByKeyboard = true;
+    viewport()->update();
+    const int key = event->key();
+    if (currentIndex().isValid() && (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space)) {
+        Q_EMIT opened(currentIndex().row());
+        return;
+    }
+    QAbstractItemView::keyPressEvent(event);
+}
+
+void HistoryGrid::focusInEvent(QFocusEvent *event)
+{
+    focusByKeyboard = event->reason() != Qt::MouseFocusReason;
+    QAbstractItemView::focusInEvent(event);
+}
+
+void HistoryGrid::paintEvent(QPaintEvent *event)
+{
+    const GridGeometry geometry = grid();
+    const int offset = verticalOffset();
+    const QRect exposed = event->rect();
+    const auto [first, end] = geometry.positionsIn(exposed.top() + offset, exposed.bottom() + 1 + offset);
+    QPainter painter{viewport()};
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    for (int position = first; position < end; ++position) {
+        option.rect = geometry.tile(position).translated(0, -offset);
+        const bool focused = hasFocus() && focusByKeyboard && currentIndex().row() == position;
+        option.state.setFlag(QStyle::State_HasFocus, focused);
+        itemDelegate()->paint(&painter, option, records.index(position));
+    }
+    // Files may have changed, so every drawing looks for pictures to load.
+    if (!fillTimer.isActive()) {
+        fillTimer.start(0ms);
+    }
+}
+
+std::pair<int, int> HistoryGrid::positionsInSight() const
+{
+    return grid().positionsIn(verticalOffset(), verticalOffset() + viewport()->height());
+}
+
+ThumbnailCache::Square HistoryGrid::square() const
+{
+    return {grid().tileSize().width(), HistoryThumbnail::cornerRadius, devicePixelRatioF()};
+}
+
+void HistoryGrid::fillNext()
+{
+    const auto [first, end] = positionsInSight();
+    const GridGeometry geometry = grid();
+    const QPoint middle{viewport()->width() / 2, verticalOffset() + viewport()->height() / 2};
+    QSet<QString> inSight;
+    int nearest = -1;
+    int distance = 0;
+    for (int position = first; position < end; ++position) {
+        const QString &path = records.record(position).imagePath;
+        inSight.insert(path);
+        const auto state = pictures.find(path, square()).state;
+        const int away = (geometry.tile(position).center() - middle).manhattanLength();
+        const bool wanted =
+            state == ThumbnailCache::State::unknown || state == ThumbnailCache::State::outdated;
+        if (wanted && (nearest < 0 || away < distance)) {
+            nearest = position;
+            distance = away;
+        }
+    }
+    if (nearest < 0) {
+        return;
+    }
+    pictures.load(records.record(nearest).imagePath, square());
+    pictures.trim(inSight);
+    viewport()->update(visualRect(records.index(nearest)));
+    fillTimer.start(0ms);
+}
+
+} // namespace quilmora

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "screens/history/GridGeometry.h"
+#include "screens/history/HistoryModel.h"
+#include "screens/history/ThumbnailCache.h"
+
+#include <QAbstractItemView>
+#include <QTimer>
+
+namespace quilmora
+{
+
+/// The covers of the history as a scrolling grid of tiles. Only the tiles in sight are drawn, and their
+/// pictures are decoded one at a time between events.
+class HistoryGrid final : public QAbstractItemView
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(HistoryGrid)
+
+public:
+    /// `model` must outlive the grid.
+    explicit HistoryGrid(HistoryModel &model, QWidget *parent = nullptr);
+    ~HistoryGrid() override = default;
+
+    QRect visualRect(const QModelIndex &index) const override;
+    void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
+    QModelIndex indexAt(const QPoint &point) const override;
+    void reset() override;
+
+    /// Whether every picture in sight is there, decoded for its present size.
+    bool isFilled() const { return !fillTimer.isActive(); }
+
+Q_SIGNALS:
+    /// A tile was clicked, or Return or Space was pressed on it, or a screen reader pressed it.
+    void opened(int position);
+
+protected:
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+    int horizontalOffset() const override { return 0; }
+    int verticalOffset() const override;
+    bool isIndexHidden(const QModelIndex & /*index*/) const override { return false; }
+    void setSelection(const QRect &area, QItemSelectionModel::SelectionFlags flags) override;
+    QRegion visualRegionForSelection(const QItemSelection &selection) const override;
+    void updateGeometries() override;
+    void scrollContentsBy(int dx, int dy) override;
+    void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    GridGeometry geometryOf(int width) const;
+    GridGeometry grid() const { return geometryOf(viewport()->width()); }
+    std::pair<int, int> positionsInSight() const;
+    ThumbnailCache::Square square() const;
+    void fillNext();
+
+    HistoryModel &records;
+    ThumbnailCache pictures;
+    QTimer fillTimer;
+    bool focusByKeyboard = false;
+};
+
+} // namespace quilmora

@@ -1,0 +1,125 @@
+#include "screens/history/HistoryThumbnail.h"
+
+#include "screens/common/ClampedText.h"
+#include "screens/common/FocusRing.h"
+#include "screens/common/Fonts.h"
+#include "screens/common/Shapes.h"
+#include "screens/common/Symbol.h"
+#include "screens/common/Theme.h"
+#include "screens/history/HistoryModel.h"
+#include "screens/history/ThumbnailCache.h"
+
+#include <QFontMetrics>
+#include <QPainter>
+#include <QStyleOptionViewItem>
+
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace quilmora
+{
+namespace
+{
+
+constexpr int spacing = 6;
+constexpr int promptPixelSize = 12;
+constexpr int promptLines = 2;
+constexpr int footerPixelSize = 10;
+constexpr int footerSpacing = 8;
+constexpr int placeholderPixelSize = 30;
+
+/// `size` in the middle of `square`, on whole device pixels.
+QRectF centred(QSizeF size, const QRect &square, double ratio)
+{
+    const QPointF corner = QRectF{square}.center() - QPointF{size.width(), size.height()} / 2;
+    return {{std::round(corner.x() * ratio) / ratio, std::round(corner.y() * ratio) / ratio}, size};
+}
+
+void paintPicture(QPainter &painter, const QRect &square, const ThumbnailCache::Thumbnail &picture)
+{
+    const double ratio = painter.device()->devicePixelRatioF();
+    QSizeF size = picture.pixmap.deviceIndependentSize();
+    if (picture.state == ThumbnailCache::State::outdated) {
+        size.scale(square.size(), Qt::KeepAspectRatio);
+    }
+    painter.drawPixmap(centred(size, square, ratio), picture.pixmap, picture.pixmap.rect());
+}
+
+int paintPrompt(QPainter &painter, const QRect &place, const QString &prompt)
+{
+    const ClampedText text{prompt, systemFont(promptPixelSize), promptLines};
+    text.draw(painter, place, themeColor(ColorRole::secondaryText));
+    return text.height(place.width());
+}
+
+void paintFooter(QPainter &painter, const QRect &place, const HistoryRecord &record)
+{
+    const QFont font = systemFont(footerPixelSize);
+    const QFontMetrics metrics{font};
+    const QString time = HistoryModel::timeText(record);
+    const int timeWidth = metrics.horizontalAdvance(time);
+    painter.setFont(font);
+    painter.setPen(themeColor(ColorRole::tertiaryText));
+    painter.drawText(place, Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine, time);
+    const QRect left = place.adjusted(0, 0, -timeWidth - footerSpacing, 0);
+    const ClampedText modelID{record.modelID, font, 1};
+    modelID.draw(painter, left, themeColor(ColorRole::tertiaryText));
+}
+
+} // namespace
+
+HistoryThumbnail::HistoryThumbnail(const HistoryModel &shown, ThumbnailCache &cache, QObject *parent)
+    : QAbstractItemDelegate{parent},
+      model{shown},
+      pictures{cache}
+{
+}
+
+int HistoryThumbnail::textHeight()
+{
+    return spacing + ClampedText::heightOfLines(systemFont(promptPixelSize), promptLines) + spacing +
+           ClampedText::heightOfLines(systemFont(footerPixelSize), 1);
+}
+
+void HistoryThumbnail::paintSquare(QPainter &painter, const QRect &square, const QString &path,
+                                   bool focused) const
+{
+    painter.fillPath(continuousRoundedRect(square, cornerRadius), themeColor(ColorRole::controlBackground));
+    const auto picture =
+        pictures.find(path, {square.width(), cornerRadius, painter.device()->devicePixelRatioF()});
+    if (!picture.pixmap.isNull()) {
+        paintPicture(painter, square, picture);
+    } else if (picture.state == ThumbnailCache::State::absent) {
+        Symbol{u"photo"_s, placeholderPixelSize}.draw(painter, square, themeColor(ColorRole::tertiaryText));
+    }
+    const QPainterPath outline = continuousRoundedRect(insideLine(square, 1), cornerRadius);
+    painter.strokePath(outline, QPen{themeColor(ColorRole::tileBorder), 1});
+    if (focused) {
+        drawFocusRing(painter, outline);
+    }
+}
+
+void HistoryThumbnail::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                             const QModelIndex &index) const
+{
+    const HistoryRecord &record = model.record(index.row());
+    const QRect tile = option.rect;
+    painter->save();
+    painter->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    const QRect square{tile.topLeft(), QSize{tile.width(), tile.width()}};
+    paintSquare(*painter, square, record.imagePath, option.state.testFlag(QStyle::State_HasFocus));
+
+    QRect below = tile.adjusted(0, square.height() + spacing, 0, 0);
+    below.translate(0, paintPrompt(*painter, below, record.prompt) + spacing);
+    below.setHeight(ClampedText::heightOfLines(systemFont(footerPixelSize), 1));
+    paintFooter(*painter, below, record);
+    painter->restore();
+}
+
+QSize HistoryThumbnail::sizeHint(const QStyleOptionViewItem &option, const QModelIndex & /*index*/) const
+{
+    return {option.rect.width(), option.rect.width() + textHeight()};
+}
+
+} // namespace quilmora

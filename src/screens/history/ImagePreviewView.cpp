@@ -1,0 +1,177 @@
+#include "screens/history/ImagePreviewView.h"
+
+#include "screens/common/ClampedLabel.h"
+#include "screens/common/CoverExport.h"
+#include "screens/common/Fonts.h"
+#include "screens/common/GradientButton.h"
+#include "screens/common/PictureView.h"
+#include "screens/common/Sheet.h"
+#include "screens/common/SymbolButton.h"
+#include "screens/common/TextLabel.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace quilmora
+{
+namespace
+{
+
+constexpr QSize viewSize{900, 760};
+constexpr int padding = 40;
+constexpr int spacing = 18;
+constexpr int closeRowPadding = 8;
+constexpr int textSpacing = 6;
+constexpr int promptPadding = 24;
+constexpr int promptLines = 3;
+constexpr int actionRowPadding = 6;
+constexpr int buttonSpacing = 14;
+constexpr double buttonShadowOpacity = 0.30;
+constexpr QSize pictureBox{800, 540};
+constexpr double pictureCornerRadius = 10;
+constexpr int contentWidth = viewSize.width() - 2 * padding;
+
+QString metaLine(const HistoryRecord &record)
+{
+    const QString model = record.modelID.isEmpty() ? u"—"_s : record.modelID;
+    return model + u" · "_s + localDateText(record.createdAt, u"yyyy-MM-dd HH:mm"_s);
+}
+
+/// A widget whose clicks do not reach what lies behind it.
+template <typename Widget>
+Widget *inFront(Widget *widget)
+{
+    widget->setAttribute(Qt::WA_NoMousePropagation);
+    return widget;
+}
+
+} // namespace
+
+ImagePreviewView::ImagePreviewView(HistoryRecord shown, std::function<void()> close, FilePanels &filePanels,
+                                   QWidget *parent)
+    : ShadowGround{parent},
+      record{std::move(shown)},
+      onClose{std::move(close)},
+      panels{filePanels}
+{
+    setFixedSize(viewSize);
+    auto *column = new QVBoxLayout{this};
+    column->setContentsMargins(padding, padding, padding, padding);
+    column->setSpacing(0);
+    column->addStretch();
+    column->addLayout(makeCloseRow());
+    column->addSpacing(spacing);
+    column->addLayout(makeTexts());
+    column->addSpacing(spacing);
+    column->addLayout(makeActionRow());
+    column->addStretch();
+    if (const QImage image = record.image(); !image.isNull()) {
+        insertPicture(*column, image);
+    }
+}
+
+QLayout *ImagePreviewView::makeCloseRow()
+{
+    auto *close =
+        new SymbolButton{Symbol{u"xmark.circle.fill"_s, 22}, ColorRole::onBackdropSecondary, u"关闭"_s, this};
+    connect(close, &SymbolButton::clicked, this, [this] { onClose(); });
+    auto *row = new QHBoxLayout;
+    row->setContentsMargins(closeRowPadding, 0, closeRowPadding, 0);
+    row->addStretch();
+    row->addWidget(inFront(close));
+    return row;
+}
+
+/// Below the close row, in the room that the other items leave.
+void ImagePreviewView::insertPicture(QVBoxLayout &column, const QImage &image)
+{
+    const int taken = column.heightForWidth(viewSize.width());
+    const int room = viewSize.height() - taken - spacing;
+    auto *picture = new PictureView{image,
+                                    u"封面"_s,
+                                    {{pictureBox.width(), std::min(pictureBox.height(), room)},
+                                     pictureCornerRadius,
+                                     {themeColor(ColorRole::previewPictureShadow), 14, {0, 6}}},
+                                    this};
+    constexpr int afterCloseRow = 2;
+    column.insertSpacing(afterCloseRow, spacing);
+    column.insertWidget(afterCloseRow + 1, inFront(picture), 0, Qt::AlignHCenter);
+}
+
+QLayout *ImagePreviewView::makeTexts()
+{
+    auto *prompt = new ClampedLabel{record.prompt, systemFont(14), ColorRole::onBackdrop, promptLines, this};
+    auto *promptRow = new QHBoxLayout;
+    promptRow->setContentsMargins(promptPadding, 0, promptPadding, 0);
+    promptRow->addWidget(inFront(prompt));
+    auto *meta = new TextLabel{metaLine(record), {11, QFont::Normal, ColorRole::onBackdropSecondary}, this};
+    meta->setMaximumWidth(contentWidth);
+    auto *texts = new QVBoxLayout;
+    texts->setSpacing(textSpacing);
+    texts->addLayout(promptRow);
+    texts->addWidget(inFront(meta), 0, Qt::AlignHCenter);
+    return texts;
+}
+
+QLayout *ImagePreviewView::makeActionRow()
+{
+    auto *save = new GradientButton{u"square.and.arrow.down"_s, u"保存图片"_s, buttonShadowOpacity, this};
+    auto *close = new GradientButton{u"xmark"_s, u"关闭预览"_s, buttonShadowOpacity, this};
+    connect(save, &GradientButton::clicked, this, &ImagePreviewView::saveImage);
+    connect(close, &GradientButton::clicked, this, [this] { onClose(); });
+    save->setFocus();
+    auto *row = new QHBoxLayout;
+    row->setContentsMargins(0, actionRowPadding, 0, 0);
+    row->setSpacing(buttonSpacing);
+    row->addStretch();
+    row->addWidget(inFront(save));
+    row->addWidget(inFront(close));
+    row->addStretch();
+    return row;
+}
+
+void ImagePreviewView::saveImage()
+{
+    if (const QImage image = record.image(); !image.isNull()) {
+        exportCover(image, record.createdAt, panels, this);
+    }
+}
+
+void ImagePreviewView::paintEvent(QPaintEvent *event)
+{
+    {
+        QPainter painter{this};
+        painter.setRenderHint(QPainter::Antialiasing);
+        const QPainterPath outline = Sheet::ground(rect());
+        painter.fillPath(outline, themeColor(ColorRole::windowBackground));
+        painter.fillPath(outline, themeColor(ColorRole::previewBackdrop));
+    }
+    ShadowGround::paintEvent(event);
+}
+
+void ImagePreviewView::mousePressEvent(QMouseEvent *event)
+{
+    pressedOnBackdrop = event->button() == Qt::LeftButton;
+}
+
+void ImagePreviewView::mouseReleaseEvent(QMouseEvent *event)
+{
+    const bool clicked = std::exchange(pressedOnBackdrop, false) && event->button() == Qt::LeftButton &&
+                         rect().contains(event->position().toPoint());
+    if (clicked && childAt(event->position().toPoint()) == nullptr) {
+        onClose();
+    }
+}
+
+void ImagePreviewView::mouseDoubleClickEvent(QMouseEvent * /*event*/)
+{
+    // The second half of a double click on the tile that opened the preview: no wish to close it.
+}
+
+} // namespace quilmora

@@ -1,0 +1,171 @@
+#include "HistoryScreen.h"
+
+#include <QAbstractButton>
+#include <QMouseEvent>
+
+using namespace Qt::StringLiterals;
+using namespace quilmora;
+using namespace quilmora::test;
+
+class PreviewSheetTest final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup() { screen.reset(); }
+    void aClickAnywhereOnATileOpensThePreview_data();
+    void aClickAnywhereOnATileOpensThePreview();
+    void aClickBetweenTilesOpensNothing();
+    void aPressThatIsLetGoOnAnotherTileOpensNothing();
+    void theRightButtonOpensNothing();
+    void thePreviewLiesOverTheWindowAndIsModalToIt();
+    void everyWayOfClosingLetsTheNextPreviewOpen_data();
+    void everyWayOfClosingLetsTheNextPreviewOpen();
+    void theListIsNotReadAnewWhenThePreviewCloses();
+    void aDoubleClickOpensOnePreviewThatStays();
+    void leavingTheScreenTakesThePreviewAlong();
+
+private:
+    void openPreview(int position);
+
+    std::unique_ptr<HistoryScreen> screen;
+};
+
+void PreviewSheetTest::init()
+{
+    screen = std::make_unique<HistoryScreen>();
+    screen->addCovers(6);
+    screen->open();
+}
+
+void PreviewSheetTest::openPreview(int position)
+{
+    screen->clickTile(position);
+    QTRY_VERIFY(HistoryScreen::preview() != nullptr);
+    QVERIFY(QTest::qWaitForWindowExposed(HistoryScreen::preview()));
+}
+
+void PreviewSheetTest::aClickAnywhereOnATileOpensThePreview_data()
+{
+    QTest::addColumn<QPointF>("place"); // In shares of the tile's width and height.
+    QTest::newRow("the picture") << QPointF{0.5, 0.4};
+    QTest::newRow("the band above it") << QPointF{0.5, 0.02};
+    QTest::newRow("the top left corner") << QPointF{0.0, 0.0};
+    QTest::newRow("the prompt") << QPointF{0.1, 0.82};
+    QTest::newRow("bare ground beside the prompt") << QPointF{0.95, 0.82};
+    QTest::newRow("the bottom right corner") << QPointF{0.999, 0.999};
+}
+
+void PreviewSheetTest::aClickAnywhereOnATileOpensThePreview()
+{
+    QFETCH(const QPointF, place);
+    const QRect tile = screen->tileRect(1);
+    const QPoint clicked =
+        tile.topLeft() + QPointF{place.x() * tile.width(), place.y() * tile.height()}.toPoint();
+    QTest::mouseClick(screen->grid()->viewport(), Qt::LeftButton, {},
+                      {std::min(clicked.x(), tile.right()), std::min(clicked.y(), tile.bottom())});
+    QTRY_VERIFY(HistoryScreen::preview() != nullptr);
+    QVERIFY(accessible::find(HistoryScreen::preview(), u"提示词 1.png"_s) != nullptr);
+    QVERIFY(accessible::find(HistoryScreen::preview(), u"封面"_s) != nullptr);
+}
+
+void PreviewSheetTest::aClickBetweenTilesOpensNothing()
+{
+    const QRect tile = screen->tileRect(0);
+    QTest::mouseClick(screen->grid()->viewport(), Qt::LeftButton, {}, {tile.right() + 8, tile.center().y()});
+    QTest::mouseClick(screen->grid()->viewport(), Qt::LeftButton, {}, {10, tile.center().y()});
+    QVERIFY(HistoryScreen::preview() == nullptr);
+}
+
+void PreviewSheetTest::aPressThatIsLetGoOnAnotherTileOpensNothing()
+{
+    QTest::mousePress(screen->grid()->viewport(), Qt::LeftButton, {}, screen->tileRect(0).center());
+    QTest::mouseRelease(screen->grid()->viewport(), Qt::LeftButton, {}, screen->tileRect(1).center());
+    QVERIFY(HistoryScreen::preview() == nullptr);
+}
+
+void PreviewSheetTest::theRightButtonOpensNothing()
+{
+    QTest::mouseClick(screen->grid()->viewport(), Qt::RightButton, {}, screen->tileRect(0).center());
+    QVERIFY(HistoryScreen::preview() == nullptr);
+}
+
+void PreviewSheetTest::thePreviewLiesOverTheWindowAndIsModalToIt()
+{
+    openPreview(0);
+    QDialog *sheet = HistoryScreen::preview();
+    QCOMPARE(sheet->size(), QSize(900, 760));
+    QCOMPARE(sheet->windowModality(), Qt::WindowModal);
+    QVERIFY(sheet->windowFlags().testFlag(Qt::FramelessWindowHint));
+    QCOMPARE(sheet->parentWidget()->window(), &screen->window);
+    // Across the middle of the window as far as the screen allows.
+    const QRect available = sheet->screen()->availableGeometry();
+    const int wanted = screen->window.frameGeometry().center().x() - 450;
+    const int left =
+        std::clamp(wanted, available.left(), std::max(available.left(), available.right() - 899));
+    QVERIFY(std::abs(sheet->x() - left) <= 1);
+    QVERIFY(sheet->y() >= available.top());
+}
+
+void PreviewSheetTest::everyWayOfClosingLetsTheNextPreviewOpen_data()
+{
+    QTest::addColumn<QString>("way");
+    for (const auto *way : {"symbol", "button", "backdrop", "escape", "window"}) {
+        QTest::newRow(way) << QString::fromLatin1(way);
+    }
+}
+
+void PreviewSheetTest::everyWayOfClosingLetsTheNextPreviewOpen()
+{
+    QFETCH(const QString, way);
+    openPreview(0);
+    const QPointer<QDialog> sheet = HistoryScreen::preview();
+    if (way == u"symbol"_s) {
+        click(accessible::find(sheet, u"关闭"_s));
+    } else if (way == u"button"_s) {
+        click(accessible::find(sheet, u"关闭预览"_s));
+    } else if (way == u"backdrop"_s) {
+        QWidget *view = accessible::find(sheet, u"关闭"_s)->parentWidget();
+        QTest::mouseClick(view, Qt::LeftButton, {}, {12, 400});
+    } else if (way == u"escape"_s) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    } else {
+        sheet->close();
+    }
+    QTRY_VERIFY(sheet == nullptr);
+    openPreview(2);
+    QVERIFY(accessible::find(HistoryScreen::preview(), u"提示词 2.png"_s) != nullptr);
+}
+
+void PreviewSheetTest::theListIsNotReadAnewWhenThePreviewCloses()
+{
+    openPreview(0);
+    screen->addRow(u"新"_s, {}, 2.0e9);
+    click(accessible::find(HistoryScreen::preview(), u"关闭预览"_s));
+    QTRY_VERIFY(HistoryScreen::preview() == nullptr);
+    QCOMPARE(screen->grid()->model()->rowCount(), 6);
+}
+
+void PreviewSheetTest::aDoubleClickOpensOnePreviewThatStays()
+{
+    openPreview(0);
+    const QPointer<QDialog> sheet = HistoryScreen::preview();
+    screen->clickTile(1);
+    QCOMPARE(HistoryScreen::preview(), sheet.data());
+    QCOMPARE(screen->view->findChildren<QDialog *>().size(), 1);
+}
+
+void PreviewSheetTest::leavingTheScreenTakesThePreviewAlong()
+{
+    openPreview(0);
+    const QPointer<QDialog> sheet = HistoryScreen::preview();
+    screen->view.reset();
+    QVERIFY(sheet == nullptr);
+}
+
+int main(int argc, char **argv)
+{
+    return runScreenTest<PreviewSheetTest>(argc, argv);
+}
+#include "PreviewSheetTest.moc"
