@@ -36,4 +36,12 @@ void report(const QString &what, double ours, double baseline, double goal)
                            .arg(ratio <= goal ? u"met"_s : u"NOT MET"_s));
 }
 
+void reportMemory(const QString &what, double mebibytes, double goal)
+{
+    console::printLine(u"%1 %2 MiB %3 MiB  %4"_s.arg(what, -58)
+                           .arg(mebibytes, 8, 'f', 1)
+                           .arg(goal, 8, 'f', 1)
+                           .arg(mebibytes <= goal ? u"met"_s : u"NOT MET"_s));
+}
+
 } // namespace quilmora::bench

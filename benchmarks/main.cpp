@@ -1,4 +1,5 @@
 #include "BenchWindow.h"
+#include "HistoryBench.h"
 #include "Report.h"
 #include "generation/RequestBody.h"
 #include "platform/Console.h"
@@ -149,6 +150,7 @@ int main(int argc, char *argv[])
     Theme::current();
     const QTemporaryDir folder;
     console::printLine(u"%1 %2  %3"_s.arg(u"measured"_s, -58).arg(u"ours"_s, 12).arg(u"baseline"_s, 12));
+    benchHistory();
     benchPickingAPhoto(folder);
     benchPaintingTheForm(folder);
     benchIdle();

@@ -27,6 +27,7 @@ DemoWalk::DemoWalk(const DemoFolder &theFolder, bool theWholeWay) : folder{theFo
     addFormSteps();
     if (wholeWay) {
         addGenerationSteps();
+        addHistorySteps();
     }
 }
 
@@ -68,6 +69,20 @@ void DemoWalk::addGenerationSteps()
         u"The cover is saved"_s,
         [this] { return !windowDriver::filePanelIsOpen() && QFileInfo{folder.exportedCover()}.size() > 0; },
         [] {});
+}
+
+void DemoWalk::addHistorySteps()
+{
+    addClick(u"Opening the history"_s, u"已生成列表"_s);
+    addStep(u"Picture of the screen: history"_s, windowDriver::historyIsFilled,
+            [this] { windowDriver::saveScreenshot(folder.file(u"screen-history.png"_s)); });
+    addStep(u"Opening the preview"_s, windowDriver::historyIsFilled, windowDriver::clickFirstCover);
+    addScreenshot(u"preview"_s, u"关闭预览"_s);
+    addClick(u"Closing the preview"_s, u"关闭预览"_s);
+    addClick(u"Opening the help"_s, u"帮助说明"_s);
+    addStep(
+        u"Picture of the screen: help"_s, [] { return windowDriver::historyIsGone(); },
+        [this] { windowDriver::saveScreenshot(folder.file(u"screen-help.png"_s)); });
 }
 
 void DemoWalk::addStep(const QString &description, const std::function<bool()> &isReady,

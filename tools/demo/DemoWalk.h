@@ -47,6 +47,7 @@ private:
     void addScreenshot(const QString &name, const QString &control);
     void addFormSteps();
     void addGenerationSteps();
+    void addHistorySteps();
     void advance();
 
     const DemoFolder &folder;

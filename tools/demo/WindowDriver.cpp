@@ -1,5 +1,7 @@
 #include "WindowDriver.h"
 
+#include "screens/history/HistoryGrid.h"
+
 #include <QApplication>
 #include <QDialogButtonBox>
 #include <QFileDialog>
@@ -31,6 +33,16 @@ void scrollIntoSight(QWidget *control)
     }
 }
 
+HistoryGrid *historyGrid()
+{
+    for (QWidget *widget : QApplication::allWidgets()) {
+        if (auto *grid = qobject_cast<HistoryGrid *>(widget); grid != nullptr && grid->isVisible()) {
+            return grid;
+        }
+    }
+    return nullptr;
+}
+
 } // namespace
 
 QWidget *find(const QString &accessibleName)
@@ -47,7 +59,7 @@ QWidget *find(const QString &accessibleName)
 bool isReady(const QString &accessibleName)
 {
     const QWidget *control = find(accessibleName);
-    return control != nullptr && control->isEnabled();
+    return control != nullptr && control->isEnabled() && control->window()->windowHandle()->isExposed();
 }
 
 void reveal(const QString &accessibleName)
@@ -89,12 +101,33 @@ void answerFilePanel(const QString &path)
     QTest::mouseClick(panel->findChild<QDialogButtonBox *>()->button(kind), Qt::LeftButton);
 }
 
+bool historyIsFilled()
+{
+    const HistoryGrid *grid = historyGrid();
+    return grid != nullptr && grid->isFilled();
+}
+
+bool historyIsGone()
+{
+    return historyGrid() == nullptr;
+}
+
+void clickFirstCover()
+{
+    HistoryGrid *grid = historyGrid();
+    const QPoint place = grid->visualRect(grid->model()->index(0, 0)).center();
+    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, place);
+}
+
 void saveScreenshot(const QString &path)
 {
     const QWidget *window = QApplication::activeWindow();
     QScreen *screen = window == nullptr ? QGuiApplication::primaryScreen() : window->screen();
     QRect area;
-    for (const QWidget *shown : QApplication::topLevelWidgets()) {
+    for (QWidget *shown : QApplication::topLevelWidgets()) {
+        if (shown->isVisible()) {
+            shown->repaint();
+        }
         area = shown->isVisible() ? area.united(shown->frameGeometry()) : area;
     }
     area = area.intersected(screen->geometry());

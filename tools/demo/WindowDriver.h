@@ -31,6 +31,15 @@ bool filePanelIsOpen();
 /// Names `path` in the open file panel and confirms it.
 void answerFilePanel(const QString &path);
 
+/// Whether the history is shown with the pictures of all covers in sight.
+bool historyIsFilled();
+
+/// Whether the history is not shown any more.
+bool historyIsGone();
+
+/// Clicks the first cover of the history.
+void clickFirstCover();
+
 /// Saves what the screen shows of the application's windows as a PNG file.
 void saveScreenshot(const QString &path);
 

@@ -201,6 +201,7 @@ void HistoryGrid::paintEvent(QPaintEvent *event)
         itemDelegate()->paint(&painter, option, records.index(position));
     }
     // Files may have changed, so every drawing looks for pictures to load.
+    filled = false;
     if (!fillTimer.isActive()) {
         fillTimer.start(0ms);
     }
@@ -237,6 +238,7 @@ void HistoryGrid::fillNext()
         }
     }
     if (nearest < 0) {
+        filled = true;
         return;
     }
     pictures.load(records.record(nearest).imagePath, square());

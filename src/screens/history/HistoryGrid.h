@@ -27,8 +27,8 @@ public:
     QModelIndex indexAt(const QPoint &point) const override;
     void reset() override;
 
-    /// Whether every picture in sight is there, decoded for its present size.
-    bool isFilled() const { return !fillTimer.isActive(); }
+    /// Whether what was drawn last showed every picture in sight, decoded for its present size.
+    bool isFilled() const { return filled; }
 
 Q_SIGNALS:
     /// A tile was clicked, or Return or Space was pressed on it, or a screen reader pressed it.
@@ -59,6 +59,7 @@ private:
     HistoryModel &records;
     ThumbnailCache pictures;
     QTimer fillTimer;
+    bool filled = false;
     bool focusByKeyboard = false;
 };
 

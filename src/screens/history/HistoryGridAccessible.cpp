@@ -57,7 +57,8 @@ QAccessibleInterface *HistoryGridAccessible::child(int position) const
     auto known = tiles.constFind(position);
     if (known == tiles.constEnd()) {
         auto *tile = new HistoryTileAccessible{grid, position};
-        known = tiles.insert(position, QAccessible::registerAccessibleInterface(tile));
+        tiles.insert(position, QAccessible::registerAccessibleInterface(tile));
+        known = tiles.constFind(position);
     }
     return QAccessible::accessibleInterface(*known);
 }

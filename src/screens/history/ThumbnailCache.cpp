@@ -46,13 +46,11 @@ qsizetype bytesOf(const QPixmap &pixmap)
 ThumbnailCache::Thumbnail ThumbnailCache::find(const QString &path, const Square &square)
 {
     const auto stamp = fileStamp(userFolders::expandTilde(path));
-    const auto entry = entries.find(path);
     if (!stamp) {
-        if (entry != entries.end()) {
-            entries.erase(entry);
-        }
+        entries.remove(path);
         return {State::absent, {}};
     }
+    const auto entry = entries.find(path);
     if (entry == entries.end() || entry->stamp != *stamp) {
         return {State::unknown, {}};
     }
@@ -80,14 +78,14 @@ void ThumbnailCache::trim(const QSet<QString> &inUse)
 {
     qsizetype total = bytes();
     while (total > maximumBytes) {
-        auto oldest = entries.end();
-        for (auto entry = entries.begin(); entry != entries.end(); ++entry) {
+        auto oldest = entries.cend();
+        for (auto entry = entries.cbegin(); entry != entries.cend(); ++entry) {
             if (!inUse.contains(entry.key()) &&
-                (oldest == entries.end() || entry->lastUse < oldest->lastUse)) {
+                (oldest == entries.cend() || entry->lastUse < oldest->lastUse)) {
                 oldest = entry;
             }
         }
-        if (oldest == entries.end()) {
+        if (oldest == entries.cend()) {
             return;
         }
         total -= bytesOf(oldest->pixmap);

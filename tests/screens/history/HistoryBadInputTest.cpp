@@ -148,7 +148,7 @@ void HistoryBadInputTest::aRowWithAnAbsolutePathShowsItsPicture()
 
 void HistoryBadInputTest::rowsOfUnexpectedTypesAreShown()
 {
-    databaseFile::run(screen->home.path(u"data/quilmora.db"_s),
+    databaseFile::run(screen->databasePath(),
                       "INSERT INTO history (prompt, image_path, created_at, model_id) VALUES "
                       "(17, x'00ff00', 'yesterday', 3.5), (x'e4bda0', 12, x'01', ''), ('', '', -5, ''), "
                       "('p', 'a', 9e999, 'm'), ('p', 'a', -9e999, 'm')");

@@ -1,6 +1,7 @@
 #include "HistoryScreen.h"
 #include "support/ScreenCapture.h"
 
+#include <QAbstractButton>
 #include <QScrollBar>
 #include <QSignalSpy>
 

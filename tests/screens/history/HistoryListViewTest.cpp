@@ -5,6 +5,9 @@
 #include "support/ScreenCapture.h"
 
 #include <QAbstractButton>
+#include <QDir>
+#include <QFile>
+#include <QLabel>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTimeZone>
@@ -206,7 +209,7 @@ void HistoryListViewTest::tenThousandRowsTakePartWithoutBeingDrawn()
     for (int number = 0; number < 10'000; ++number) {
         values += u"('提示 %1', '~/Pictures/Quilmora/coverimg/one.png', %1.0, '')"_s.arg(number);
     }
-    SqliteConnection{screen->home.path(u"data/quilmora.db"_s)}.execute(
+    SqliteConnection{screen->databasePath()}.execute(
         u"INSERT INTO history (prompt, image_path, created_at, model_id) VALUES "_s + values.join(u',') +
         u';');
     screen->open();
@@ -224,7 +227,7 @@ void HistoryListViewTest::tenThousandRowsTakePartWithoutBeingDrawn()
 void HistoryListViewTest::theScreenOnlyReads()
 {
     screen->addCovers(3);
-    const QString databasePath = screen->home.path(u"data/quilmora.db"_s);
+    const QString databasePath = screen->databasePath();
     const auto fileBytes = [](const QString &path) {
         QFile file{path};
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray{};

@@ -13,6 +13,28 @@ using namespace Qt::StringLiterals;
 
 namespace quilmora::test
 {
+namespace
+{
+
+QString rowInsertion(const QString &prompt, const QString &imagePath, double createdAt,
+                     const QString &modelID)
+{
+    return u"INSERT INTO history (prompt, image_path, created_at, model_id) VALUES ("_s +
+           SqliteConnection::quoted(prompt) + u", "_s + SqliteConnection::quoted(imagePath) + u", "_s +
+           shortestDecimal(createdAt) + u", "_s + SqliteConnection::quoted(modelID) + u");"_s;
+}
+
+QString storedPath(const QString &name)
+{
+    return u"~/Pictures/Quilmora/coverimg/"_s + name;
+}
+
+} // namespace
+
+QString HistoryScreen::databasePath() const
+{
+    return home.path(u"data/quilmora.db"_s);
+}
 
 HistoryScreen::HistoryScreen() : database{home.path(u"data"_s)}
 {
@@ -42,14 +64,9 @@ bool HistoryScreen::waitUntilFilled()
 qint64 HistoryScreen::addRow(const QString &prompt, const QString &imagePath, double createdAt,
                              const QString &modelID)
 {
-    const QString sql = u"INSERT INTO history (prompt, image_path, created_at, model_id) VALUES ("_s +
-                        SqliteConnection::quoted(prompt) + u", "_s + SqliteConnection::quoted(imagePath) +
-                        u", "_s + shortestDecimal(createdAt) + u", "_s + SqliteConnection::quoted(modelID) +
-                        u"); SELECT last_insert_rowid();"_s;
-    return databaseFile::run(home.path(u"data/quilmora.db"_s), sql.toUtf8())
-        .constFirst()
-        .constFirst()
-        .toLongLong();
+    const QString sql =
+        rowInsertion(prompt, imagePath, createdAt, modelID) + u" SELECT last_insert_rowid();"_s;
+    return databaseFile::run(databasePath(), sql.toUtf8()).constFirst().constFirst().toLongLong();
 }
 
 QString HistoryScreen::coverFile(const QString &name) const
@@ -67,16 +84,21 @@ void HistoryScreen::writeCover(const QString &name, QSize size, const QColor &co
 QString HistoryScreen::addCover(const QString &name, QSize size, double createdAt, const QColor &color)
 {
     writeCover(name, size, color);
-    addRow(u"提示词 "_s + name, u"~/Pictures/Quilmora/coverimg/"_s + name, createdAt);
+    addRow(u"提示词 "_s + name, storedPath(name), createdAt);
     return coverFile(name);
 }
 
 void HistoryScreen::addCovers(int count)
 {
     constexpr double newest = 1.7e9;
+    // At once: each by itself would wait for the disk.
+    QString sql = u"BEGIN;"_s;
     for (int number = 0; number < count; ++number) {
-        addCover(u"%1.png"_s.arg(number), {16, 9}, newest - number);
+        const QString name = u"%1.png"_s.arg(number);
+        writeCover(name, {16, 9}, Qt::red);
+        sql += rowInsertion(u"提示词 "_s + name, storedPath(name), newest - number, u"模型"_s);
     }
+    databaseFile::run(databasePath(), QString{sql + u"COMMIT;"_s}.toUtf8());
 }
 
 QAccessibleInterface *HistoryScreen::tile(int position)

@@ -40,6 +40,7 @@ public:
 
     /// Writes a picture of one colour to a cover file.
     void writeCover(const QString &name, QSize size, const QColor &color) const;
+    QString databasePath() const;
     QString coverFile(const QString &name) const;
 
     HistoryGrid *grid() { return window.findChild<HistoryGrid *>(); }

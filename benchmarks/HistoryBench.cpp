@@ -1,0 +1,230 @@
+#include "HistoryBench.h"
+
+#include "BenchWindow.h"
+#include "Report.h"
+#include "ResidentMemory.h"
+#include "app/MainView.h"
+#include "app/NavTabButton.h"
+#include "generation/CoverInputs.h"
+#include "generation/CoverPrompt.h"
+#include "platform/ImageCodec.h"
+#include "screens/history/HistoryGrid.h"
+#include "screens/history/HistoryListView.h"
+#include "screens/history/ImagePreviewView.h"
+#include "screens/settings/SettingsView.h"
+#include "store/SqliteConnection.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QRandomGenerator>
+#include <QScrollBar>
+#include <QTest>
+
+#include <algorithm>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace quilmora::bench
+{
+namespace
+{
+
+constexpr QSize coverSize{2848, 1600};
+constexpr QSize windowSize{1000, 700};
+constexpr int runs = 9;
+
+/// A database with `count` covers and their files, which are all the same picture.
+class History final
+{
+public:
+    explicit History(int count) : database{folder.path()}
+    {
+        const QString first = coverFile(0);
+        QImage cover{coverSize, QImage::Format_RGB32};
+        QRandomGenerator random{1};
+        for (int y = 0; y < cover.height(); ++y) {
+            for (int x = 0; x < cover.width(); ++x) {
+                const auto grain = static_cast<int>(random.generate() % 8U);
+                cover.setPixel(x, y, qRgb(x / 16 + grain, y / 8 + grain, 90 + grain));
+            }
+        }
+        if (!cover.save(first, "png")) {
+            qFatal("Cannot write a cover");
+        }
+        const QString prompt = composePrompt({CoverSize::presets().constFirst(),
+                                              u"这个秘密改变了一切"_s,
+                                              u"未来科技感"_s,
+                                              Emotion::presets().constFirst(),
+                                              {},
+                                              {},
+                                              {},
+                                              {}});
+        SqliteConnection connection{folder.filePath(u"quilmora.db"_s)};
+        connection.execute(u"BEGIN;"_s);
+        for (int number = 0; number < count; ++number) {
+            if (number > 0) {
+                QFile::link(first, coverFile(number));
+            }
+            connection.execute(
+                u"INSERT INTO history (prompt, image_path, created_at, model_id) VALUES "
+                "('%1', '%2', %3.5, 'doubao-seedream-4-0-250828');"_s.arg(prompt, coverFile(number))
+                    .arg(1700000000 + number));
+        }
+        connection.execute(u"COMMIT;"_s);
+    }
+
+    QString coverFile(int number) const { return folder.filePath(u"cover_%1.png"_s.arg(number)); }
+
+    const QTemporaryDir folder;
+    DatabaseManager database;
+};
+
+/// Tells how long it takes until a widget of a class is painted for the first time.
+template <typename Widget>
+class FirstPaint final : public QObject
+{
+public:
+    FirstPaint()
+    {
+        qApp->installEventFilter(this);
+        timer.start();
+    }
+
+    double wait()
+    {
+        if (!QTest::qWaitFor([this] { return milliseconds >= 0; })) {
+            qFatal("Nothing was painted");
+        }
+        return milliseconds;
+    }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        const auto *widget = event->type() == QEvent::Paint ? qobject_cast<QWidget *>(watched) : nullptr;
+        if (widget == nullptr || milliseconds >= 0 || isInside) {
+            return false;
+        }
+        if (qobject_cast<const Widget *>(widget) != nullptr ||
+            qobject_cast<const Widget *>(widget->parentWidget()) != nullptr) {
+            // Painted here, so that the time ends with the painting and not with its start.
+            isInside = true;
+            QCoreApplication::sendEvent(watched, event);
+            isInside = false;
+            milliseconds = static_cast<double>(timer.nsecsElapsed()) / 1e6;
+            return true;
+        }
+        return false;
+    }
+
+private:
+    QElapsedTimer timer;
+    double milliseconds = -1;
+    bool isInside = false;
+};
+
+/// The window after a click on the tab of the history. The tab that was left is the settings.
+class Screen final
+{
+public:
+    explicit Screen(History &history)
+        : window{[&](NavigationTab tab, QWidget *parent) -> QWidget * {
+              if (tab == NavigationTab::history) {
+                  return new HistoryListView{history.database, panels, parent};
+              }
+              return new SettingsView{history.database, parent};
+          }}
+    {
+        window.resize(windowSize);
+        window.show();
+        if (!QTest::qWaitForWindowActive(&window)) {
+            qFatal("The window does not appear");
+        }
+        const auto buttons = window.findChildren<NavTabButton *>();
+        FirstPaint<HistoryGrid> paint;
+        buttons.at(1)->click();
+        milliseconds = paint.wait();
+    }
+
+    HistoryGrid &grid() { return *window.findChild<HistoryGrid *>(); }
+
+    void fill()
+    {
+        if (!QTest::qWaitFor([this] { return grid().isFilled(); }, 60000)) {
+            qFatal("The pictures do not come");
+        }
+    }
+
+    double milliseconds = 0;
+
+private:
+    OneFilePanels panels;
+    MainView window;
+};
+
+double openingTime(History &history)
+{
+    std::vector<double> times;
+    for (int run = 0; run < runs; ++run) {
+        times.push_back(Screen{history}.milliseconds);
+    }
+    std::sort(times.begin(), times.end());
+    return times[times.size() / 2];
+}
+
+double peakMemory(History &history)
+{
+    residentMemory::resetPeak();
+    Screen screen{history};
+    screen.fill();
+    // Through the list from its start to its end.
+    constexpr int stops = 20;
+    QScrollBar *bar = screen.grid().verticalScrollBar();
+    for (int stop = 1; stop <= stops; ++stop) {
+        bar->setValue(bar->maximum() * stop / stops);
+        screen.grid().viewport()->repaint();
+        screen.fill();
+    }
+    return residentMemory::peak();
+}
+
+double previewTime(History &history)
+{
+    std::vector<double> times;
+    for (int run = 0; run < runs; ++run) {
+        Screen screen{history};
+        screen.fill();
+        HistoryGrid &grid = screen.grid();
+        FirstPaint<ImagePreviewView> paint;
+        QTest::mouseClick(grid.viewport(), Qt::LeftButton, {},
+                          grid.visualRect(grid.model()->index(0, 0)).center());
+        times.push_back(paint.wait());
+    }
+    std::sort(times.begin(), times.end());
+    return times[times.size() / 2];
+}
+
+} // namespace
+
+void benchHistory()
+{
+    constexpr int many = 10'000;
+    History ten{10};
+    History tenThousand{many};
+    // The first one after the start also loads fonts and symbols.
+    openingTime(ten);
+    report(u"history with 10,000 covers to its first paint, against 10"_s, openingTime(tenThousand),
+           openingTime(ten), 2.0);
+    const double decoding = medianMilliseconds(runs, [&] { imageCodec::decodeFile(ten.coverFile(0)); });
+    constexpr double allowed = 20;
+    report(u"click to painted preview, its time beside decoding"_s, previewTime(ten) - decoding, allowed,
+           1.0);
+    const double peakOfTen = peakMemory(ten);
+    constexpr double allowedMebibytes = 60;
+    reportMemory(u"history with 10,000 covers, its peak above that with 10"_s,
+                 peakMemory(tenThousand) - peakOfTen, allowedMebibytes);
+}
+
+} // namespace quilmora::bench
