@@ -21,7 +21,6 @@
 #include <QScrollBar>
 #include <QTest>
 
-#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -166,12 +165,7 @@ private:
 
 double openingTime(History &history)
 {
-    std::vector<double> times;
-    for (int run = 0; run < runs; ++run) {
-        times.push_back(Screen{history}.milliseconds);
-    }
-    std::sort(times.begin(), times.end());
-    return times[times.size() / 2];
+    return medianOf(runs, [&] { return Screen{history}.milliseconds; });
 }
 
 double peakMemory(History &history)
@@ -192,18 +186,15 @@ double peakMemory(History &history)
 
 double previewTime(History &history)
 {
-    std::vector<double> times;
-    for (int run = 0; run < runs; ++run) {
+    return medianOf(runs, [&] {
         Screen screen{history};
         screen.fill();
         HistoryGrid &grid = screen.grid();
         FirstPaint<ImagePreviewView> paint;
         QTest::mouseClick(grid.viewport(), Qt::LeftButton, {},
                           grid.visualRect(grid.model()->index(0, 0)).center());
-        times.push_back(paint.wait());
-    }
-    std::sort(times.begin(), times.end());
-    return times[times.size() / 2];
+        return paint.wait();
+    });
 }
 
 } // namespace

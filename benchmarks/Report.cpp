@@ -12,17 +12,22 @@ using namespace Qt::StringLiterals;
 namespace quilmora::bench
 {
 
+double medianOf(int runs, const std::function<double()> &measure)
+{
+    std::vector<double> values(static_cast<std::size_t>(runs));
+    std::generate(values.begin(), values.end(), measure);
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
 double medianMilliseconds(int runs, const std::function<void()> &work)
 {
-    std::vector<double> times;
-    for (int run = 0; run < runs; ++run) {
+    return medianOf(runs, [&] {
         QElapsedTimer timer;
         timer.start();
         work();
-        times.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e6);
-    }
-    std::sort(times.begin(), times.end());
-    return times[times.size() / 2];
+        return static_cast<double>(timer.nsecsElapsed()) / 1e6;
+    });
 }
 
 void report(const QString &what, double ours, double baseline, double goal)

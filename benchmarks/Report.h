@@ -7,6 +7,9 @@
 namespace quilmora::bench
 {
 
+/// The median of what `measure` gives in `runs` calls.
+double medianOf(int runs, const std::function<double()> &measure);
+
 /// Milliseconds that `work` takes: the median of `runs`.
 double medianMilliseconds(int runs, const std::function<void()> &work);
 

@@ -7,8 +7,6 @@
 #include <QTextBoundaryFinder>
 #include <QTextLayout>
 
-#include <utility>
-
 using namespace Qt::StringLiterals;
 
 namespace quilmora
@@ -75,8 +73,8 @@ QStringList brokenParagraph(const QString &paragraph, const QFont &font, double 
 
 } // namespace
 
-ClampedText::ClampedText(QString shown, const QFont &textFont, int lineCount, Qt::Alignment align)
-    : text{shortened(std::move(shown))},
+ClampedText::ClampedText(const QString &shown, const QFont &textFont, int lineCount, Qt::Alignment align)
+    : text{shortened(shown)},
       font{textFont},
       maximumLines{lineCount},
       alignment{align}

@@ -16,7 +16,8 @@ namespace quilmora
 class ClampedText final
 {
 public:
-    ClampedText(QString text, const QFont &font, int maximumLines, Qt::Alignment alignment = Qt::AlignLeft);
+    ClampedText(const QString &text, const QFont &font, int maximumLines,
+                Qt::Alignment alignment = Qt::AlignLeft);
 
     /// The height that the text takes at that width, both in device-independent pixels.
     int height(int width) const;

@@ -5,13 +5,14 @@
 
 #include <QPainter>
 
+#include <utility>
+
 namespace quilmora
 {
 
-SymbolButton::SymbolButton(const Symbol &shown, ColorRole role, const QString &accessibleName,
-                           QWidget *parent)
+SymbolButton::SymbolButton(Symbol shown, ColorRole role, const QString &accessibleName, QWidget *parent)
     : QAbstractButton{parent},
-      symbol{shown},
+      symbol{std::move(shown)},
       color{role}
 {
     setAccessibleName(accessibleName);

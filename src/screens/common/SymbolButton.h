@@ -16,8 +16,7 @@ class SymbolButton final : public QAbstractButton
 
 public:
     /// `accessibleName` is what screen readers say.
-    SymbolButton(const Symbol &symbol, ColorRole color, const QString &accessibleName,
-                 QWidget *parent = nullptr);
+    SymbolButton(Symbol symbol, ColorRole color, const QString &accessibleName, QWidget *parent = nullptr);
     ~SymbolButton() override = default;
 
     QSize sizeHint() const override { return {symbol.extent(), symbol.extent()}; }

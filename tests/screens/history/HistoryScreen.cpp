@@ -62,7 +62,7 @@ bool HistoryScreen::waitUntilFilled()
 }
 
 qint64 HistoryScreen::addRow(const QString &prompt, const QString &imagePath, double createdAt,
-                             const QString &modelID)
+                             const QString &modelID) const
 {
     const QString sql =
         rowInsertion(prompt, imagePath, createdAt, modelID) + u" SELECT last_insert_rowid();"_s;
@@ -81,14 +81,14 @@ void HistoryScreen::writeCover(const QString &name, QSize size, const QColor &co
     samplePictures::write(coverFile(name), samplePictures::png(image));
 }
 
-QString HistoryScreen::addCover(const QString &name, QSize size, double createdAt, const QColor &color)
+QString HistoryScreen::addCover(const QString &name, QSize size, double createdAt, const QColor &color) const
 {
     writeCover(name, size, color);
     addRow(u"提示词 "_s + name, storedPath(name), createdAt);
     return coverFile(name);
 }
 
-void HistoryScreen::addCovers(int count)
+void HistoryScreen::addCovers(int count) const
 {
     constexpr double newest = 1.7e9;
     // At once: each by itself would wait for the disk.

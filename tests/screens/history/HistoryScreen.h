@@ -31,12 +31,12 @@ public:
 
     /// A row of the history, `createdAt` in seconds since 1970-01-01 UTC. Gives its id.
     qint64 addRow(const QString &prompt, const QString &imagePath, double createdAt,
-                  const QString &modelID = QStringLiteral("模型"));
+                  const QString &modelID = QStringLiteral("模型")) const;
 
     /// A row together with its picture file below the covers folder. Gives the file's absolute path.
-    QString addCover(const QString &name, QSize size, double createdAt, const QColor &color = Qt::red);
+    QString addCover(const QString &name, QSize size, double createdAt, const QColor &color = Qt::red) const;
     /// Row after row, `count` in all, each with a small picture; number 0 is the newest.
-    void addCovers(int count);
+    void addCovers(int count) const;
 
     /// Writes a picture of one colour to a cover file.
     void writeCover(const QString &name, QSize size, const QColor &color) const;
