@@ -5,6 +5,7 @@
 #include "platform/ImageCodec.h"
 #include "platform/PointInTime.h"
 #include "platform/UserFolders.h"
+#include "store/CoversFolder.h"
 
 #include <QDir>
 #include <QFile>
@@ -36,7 +37,7 @@ ImageStorageService::ImageStorageService(QString directory) : coverImageDirector
 
 ImageStorageService &ImageStorageService::shared()
 {
-    static ImageStorageService instance{userFolders::pictures() + u"/Quilmora/coverimg"_s};
+    static ImageStorageService instance{coversFolder::path()};
     return instance;
 }
 
@@ -51,7 +52,7 @@ std::optional<QString> ImageStorageService::saveImage(const QImage &image)
         console::printLine(u"保存图片失败: "_s + *error);
         return std::nullopt;
     }
-    return u"~/Pictures/Quilmora/coverimg/"_s + name;
+    return coversFolder::storedPath(name);
 }
 
 QImage ImageStorageService::loadImage(const QString &path) const
