@@ -22,7 +22,9 @@ std::optional<QString> OneFilePanels::chooseCoverDestination(QWidget * /*parent*
     return std::nullopt;
 }
 
-BenchWindow::BenchWindow() : database{folder.filePath(u"data"_s)}, storage{folder.filePath(u"covers"_s)}
+BenchWindow::BenchWindow()
+    : database{folder.filePath(u"data"_s), folder.filePath(u"covers"_s)},
+      storage{folder.filePath(u"covers"_s)}
 {
     // Nothing listens on the discard port.
     database.saveConfig(u"http://127.0.0.1:9/"_s, u"key"_s, u"model"_s);

@@ -38,7 +38,7 @@ constexpr int runs = 9;
 class History final
 {
 public:
-    explicit History(int count) : database{folder.path()}
+    explicit History(int count) : database{folder.path(), folder.filePath(u"none"_s)}
     {
         const QString first = coverFile(0);
         QImage cover{coverSize, QImage::Format_RGB32};

@@ -1,8 +1,11 @@
 #include "store/DatabaseManager.h"
 
-#include "platform/DecimalText.h"
 #include "platform/PointInTime.h"
 #include "platform/UserFolders.h"
+#include "store/CoversFolder.h"
+#include "store/HistoryInsertion.h"
+#include "store/HistoryMigration.h"
+#include "store/OrphanBackfill.h"
 
 #include <QDir>
 #include <QFile>
@@ -41,15 +44,18 @@ QString requiredText(const SqliteStatement &row, int column)
 
 } // namespace
 
-DatabaseManager::DatabaseManager(const QString &folder) : database{databaseFileIn(folder)}
+DatabaseManager::DatabaseManager(const QString &folder, const QString &covers)
+    : database{databaseFileIn(folder)}
 {
     createTables();
+    migrateHistoryTableIfNeeded(database);
     ensureDefaultConfig();
+    backfillOrphanImages(database, covers);
 }
 
 DatabaseManager &DatabaseManager::shared()
 {
-    static DatabaseManager instance{userFolders::applicationSupport() + u"/Quilmora"_s};
+    static DatabaseManager instance{userFolders::applicationSupport() + u"/Quilmora"_s, coversFolder::path()};
     return instance;
 }
 
@@ -110,10 +116,7 @@ VolcengineConfig DatabaseManager::getConfig()
 
 void DatabaseManager::insertHistory(const QString &prompt, const QString &imagePath, const QString &modelID)
 {
-    database.execute(u"INSERT INTO history (prompt, image_path, created_at, model_id)\nVALUES ("_s +
-                     SqliteConnection::quoted(prompt) + u", "_s + SqliteConnection::quoted(imagePath) +
-                     u", "_s + shortestDecimal(secondsSince1970(now())) + u", "_s +
-                     SqliteConnection::quoted(modelID) + u");"_s);
+    database.execute(historyInsertion(prompt, imagePath, now(), modelID));
 }
 
 QList<HistoryRecord> DatabaseManager::fetchAllHistory()

@@ -16,14 +16,15 @@ namespace quilmora
 class DatabaseManager final
 {
 public:
-    /// Opens and prepares "quilmora.db" in `folder`, creating both if missing. The folder is made the owner's
-    /// alone, because the settings hold the key in plain text.
-    explicit DatabaseManager(const QString &folder);
+    /// Opens "quilmora.db" in `folder`, creating both if missing, brings a history of an older version to the
+    /// present layout, and adds a row for each file in `covers`, the folder of the covers, that has none. The
+    /// folder of the database is made the owner's alone, because the settings hold the key in plain text.
+    DatabaseManager(const QString &folder, const QString &covers);
     Q_DISABLE_COPY_MOVE(DatabaseManager)
     ~DatabaseManager() = default;
 
-    /// The one instance of the running application, in the user's application-support folder; opened on first
-    /// use.
+    /// The one instance of the running application, in the user's application-support folder and with the
+    /// user's covers; opened on first use.
     static DatabaseManager &shared();
 
     /// Stores the settings exactly as given.
@@ -38,7 +39,8 @@ public:
     /// All covers, newest first.
     QList<HistoryRecord> fetchAllHistory();
 
-    /// Removes the row; the picture file stays. An unknown id changes nothing.
+    /// Removes the row; the picture file stays, and a cover in the folder of the covers comes back at the
+    /// next start. An unknown id changes nothing.
     void deleteHistory(qint64 id);
 
 private:

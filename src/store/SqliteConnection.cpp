@@ -20,7 +20,9 @@ SqliteStatement::SqliteStatement(sqlite3_stmt *prepared) : statement{prepared} {
 
 bool SqliteStatement::step()
 {
-    return sqlite3_step(statement.get()) == SQLITE_ROW;
+    const int result = sqlite3_step(statement.get());
+    failed = result != SQLITE_ROW && result != SQLITE_DONE;
+    return result == SQLITE_ROW;
 }
 
 bool SqliteStatement::isNull(int column) const

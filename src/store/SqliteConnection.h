@@ -22,6 +22,9 @@ public:
     /// Moves to the next row; false when there is none or the read failed.
     bool step();
 
+    /// Whether the last move ended in an error rather than at a row or behind the last one.
+    bool hasFailed() const { return failed; }
+
     bool isNull(int column) const;
     QString text(int column) const; ///< Empty for NULL.
     qint64 integer(int column) const;
@@ -32,6 +35,7 @@ private:
         void operator()(sqlite3_stmt *pointer) const;
     };
     std::unique_ptr<sqlite3_stmt, Finalize> statement;
+    bool failed = false;
 };
 
 /// One open database file. Failures are printed to standard output where stated and never thrown.

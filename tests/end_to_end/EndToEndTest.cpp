@@ -1,5 +1,6 @@
 #include "AccessibleDesktop.h"
 #include "platform/UserFolders.h"
+#include "store/CoversFolder.h"
 #include "store/DatabaseManager.h"
 #include "support/SamplePictures.h"
 #include "support/TemporaryHome.h"
@@ -51,7 +52,7 @@ void EndToEndTest::startService()
 void EndToEndTest::initTestCase()
 {
     startService();
-    DatabaseManager{userFolders::applicationSupport() + u"/Quilmora"_s}.saveConfig(
+    DatabaseManager{userFolders::applicationSupport() + u"/Quilmora"_s, coversFolder::path()}.saveConfig(
         endpoint, u"a key"_s, u"doubao-seedream-4-0-250828"_s);
 
     desktop = std::make_unique<AccessibleDesktop>();
@@ -104,7 +105,7 @@ void EndToEndTest::aCoverIsMadeStoredAndRecorded()
     QVERIFY(desktop->act(u"开始生成封面"_s));
     QTRY_VERIFY_WITH_TIMEOUT(desktop->isShowing(u"生成成功"_s), 60000);
 
-    DatabaseManager database{userFolders::applicationSupport() + u"/Quilmora"_s};
+    DatabaseManager database{userFolders::applicationSupport() + u"/Quilmora"_s, coversFolder::path()};
     const QList<HistoryRecord> history = database.fetchAllHistory();
     QCOMPARE(history.size(), 1);
     QCOMPARE(history.first().prompt,

@@ -64,8 +64,9 @@ private Q_SLOTS:
     void init()
     {
         home.emplace();
-        database.emplace(home->path(u"data"_s));
-        storage.emplace(home->path(u"Pictures/Quilmora/coverimg"_s));
+        const QString covers = home->path(u"Pictures/Quilmora/coverimg"_s);
+        database.emplace(home->path(u"data"_s), covers);
+        storage.emplace(covers);
         generator.emplace();
         script = [](const ReceivedRequest &) {
             return ScriptedAnswer::whole(pictureAnswer());

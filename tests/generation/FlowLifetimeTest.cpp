@@ -45,8 +45,9 @@ struct Surroundings {
     }
 
     TemporaryHome home;
-    DatabaseManager database{home.path(u"data"_s)};
-    ImageStorageService storage{home.path(u"Pictures/Quilmora/coverimg"_s)};
+    const QString covers = home.path(u"Pictures/Quilmora/coverimg"_s);
+    DatabaseManager database{home.path(u"data"_s), covers};
+    ImageStorageService storage{covers};
     ImageGeneratorService generator;
     QList<QThread *> destroyedOn;
 };

@@ -34,7 +34,7 @@ bool readsGiveDefaults(DatabaseManager &database)
 [[noreturn]] void useAndExit(const QString &folder)
 {
     childProcess::becomeOrdinaryUser();
-    DatabaseManager database{folder};
+    DatabaseManager database{folder, folder + u"/covers"_s};
     database.saveConfig(u"https://a"_s, u"key"_s, u"m"_s);
     database.insertHistory(u"p"_s, u"~/a.png"_s, u"m"_s);
     database.deleteHistory(1);
@@ -68,6 +68,7 @@ private Q_SLOTS:
 private:
     QString folder() const { return place->filePath(u"Quilmora"_s); }
     QString file() const { return folder() + u"/quilmora.db"_s; }
+    QString covers() const { return place->filePath(u"covers"_s); }
     QByteArray cannotOpen() const { return "无法打开数据库: " + file().toUtf8() + '\n'; }
 
     std::unique_ptr<QTemporaryDir> place;
@@ -89,7 +90,7 @@ void DatabaseManagerFailureTest::aFolderInTheDatabasesPlaceIsToldOnce()
     QVERIFY(QDir{}.mkpath(file()));
     bool readable = false;
     const QByteArray output = standardOutputOf([&] {
-        DatabaseManager database{folder()};
+        DatabaseManager database{folder(), covers()};
         database.saveConfig(u"https://a"_s, u"key"_s, u"m"_s);
         database.insertHistory(u"p"_s, u"~/a.png"_s, u"m"_s);
         database.deleteHistory(1);
@@ -105,7 +106,7 @@ void DatabaseManagerFailureTest::aFileInTheFoldersPlaceIsToldOnceAndKept()
     setMode(folder(), 0644);
     bool readable = false;
     const QByteArray output = standardOutputOf([&] {
-        DatabaseManager database{folder()};
+        DatabaseManager database{folder(), covers()};
         readable = readsGiveDefaults(database);
     });
     QCOMPARE(output, cannotOpen());
@@ -130,11 +131,11 @@ void DatabaseManagerFailureTest::aFileOfAnotherKindIsToldByEachStatementAndKept(
     QByteArray atStart;
     const QByteArray later = standardOutputOf([&] {
         std::unique_ptr<DatabaseManager> database;
-        atStart = standardOutputOf([&] { database = std::make_unique<DatabaseManager>(folder()); });
+        atStart = standardOutputOf([&] { database = std::make_unique<DatabaseManager>(folder(), covers()); });
         readable = readsGiveDefaults(*database);
         database->insertHistory(u"p"_s, u"~/a.png"_s, u"m"_s);
     });
-    QCOMPARE(atStart, QByteArray{"SQL 错误: file is not a database\nSQL 错误: file is not a database\n"});
+    QCOMPARE(atStart, QByteArray{"SQL 错误: file is not a database\n"}.repeated(3));
     QVERIFY(readable);
     QCOMPARE(later, QByteArray{"SQL 错误: file is not a database\n"});
     QFile kept{file()};
@@ -145,14 +146,14 @@ void DatabaseManagerFailureTest::aFileOfAnotherKindIsToldByEachStatementAndKept(
 void DatabaseManagerFailureTest::aDatabaseThatMayOnlyBeReadIsStillRead()
 {
     {
-        DatabaseManager database{folder()};
+        DatabaseManager database{folder(), covers()};
         database.saveConfig(u"https://a"_s, u"key"_s, u"m"_s);
     }
     setMode(folder(), 0755);
     setMode(file(), 0444);
     const auto outcome = childProcess::run([this] {
         childProcess::becomeOrdinaryUser();
-        DatabaseManager database{folder()};
+        DatabaseManager database{folder(), covers()};
         database.insertHistory(u"p"_s, u"~/a.png"_s, u"m"_s);
         _exit(database.getConfig().apiKey == u"key"_s ? 0 : 1);
     });
@@ -164,7 +165,7 @@ void DatabaseManagerFailureTest::aTableThatHasGoneIsToldByWritesOnly()
 {
     bool readable = false;
     const QByteArray output = standardOutputOf([&] {
-        DatabaseManager database{folder()};
+        DatabaseManager database{folder(), covers()};
         databaseFile::run(file(), "DROP TABLE history; DROP TABLE volc_config");
         readable = readsGiveDefaults(database);
         database.insertHistory(u"p"_s, u"~/a.png"_s, u"m"_s);
@@ -180,7 +181,7 @@ void DatabaseManagerFailureTest::aTableThatHasGoneIsToldByWritesOnly()
 void DatabaseManagerFailureTest::aFullDiskIsToldByTheWrite()
 {
     const auto outcome = childProcess::run([this] {
-        DatabaseManager database{folder()};
+        DatabaseManager database{folder(), covers()};
         childProcess::limitFileSize(65536);
         database.insertHistory(QString{100000, u'x'}, u"~/a.png"_s, u"m"_s);
         const bool refused = database.fetchAllHistory().isEmpty();
@@ -213,7 +214,7 @@ void DatabaseManagerFailureTest::aNullInATextColumnIsFatal()
                               "INSERT INTO history VALUES (" +
                                   values + ")");
     const auto outcome = childProcess::run([this] {
-        DatabaseManager database{folder()};
+        DatabaseManager database{folder(), covers()};
         _exit(database.fetchAllHistory().size() == 1 ? 0 : 1);
     });
     QCOMPARE(outcome.signal, fatal ? SIGABRT : 0);

@@ -53,7 +53,7 @@ private:
 void DatabaseManagerHistoryTest::init()
 {
     folder = std::make_unique<QTemporaryDir>();
-    database = std::make_unique<DatabaseManager>(folder->path());
+    database = std::make_unique<DatabaseManager>(folder->path(), folder->filePath(u"covers"_s));
 }
 
 void DatabaseManagerHistoryTest::cleanup()
@@ -156,7 +156,7 @@ void DatabaseManagerHistoryTest::idsAreNeverUsedAgain()
     database->insertHistory(u"p"_s, u"~/a.png"_s, u"m"_s);
     QCOMPARE(ids(), (QList<qint64>{4, 1}));
     database.reset();
-    database = std::make_unique<DatabaseManager>(folder->path());
+    database = std::make_unique<DatabaseManager>(folder->path(), folder->filePath(u"covers"_s));
     database->deleteHistory(4);
     database->insertHistory(u"p"_s, u"~/a.png"_s, u"m"_s);
     QCOMPARE(ids(), (QList<qint64>{5, 1}));
@@ -201,7 +201,7 @@ void DatabaseManagerHistoryTest::theHistoryOutlivesTheProgram()
     database->insertHistory(u"提示词"_s, u"~/a.png"_s, u"m"_s);
     const HistoryRecord before = database->fetchAllHistory().constFirst();
     database.reset();
-    database = std::make_unique<DatabaseManager>(folder->path());
+    database = std::make_unique<DatabaseManager>(folder->path(), folder->filePath(u"covers"_s));
     const QList<HistoryRecord> records = database->fetchAllHistory();
     QCOMPARE(records.size(), 1);
     QCOMPARE(records.first().id, before.id);

@@ -38,7 +38,7 @@ private:
 void DatabaseManagerSettingsTest::init()
 {
     folder = std::make_unique<QTemporaryDir>();
-    database = std::make_unique<DatabaseManager>(folder->path());
+    database = std::make_unique<DatabaseManager>(folder->path(), folder->filePath(u"covers"_s));
 }
 
 void DatabaseManagerSettingsTest::cleanup()
@@ -114,7 +114,7 @@ void DatabaseManagerSettingsTest::settingsOutliveTheProgram()
 {
     database->saveConfig(u"https://a"_s, u"key"_s, u"m"_s);
     database.reset();
-    database = std::make_unique<DatabaseManager>(folder->path());
+    database = std::make_unique<DatabaseManager>(folder->path(), folder->filePath(u"covers"_s));
     QCOMPARE(database->getConfig().apiURL, u"https://a"_s);
     QCOMPARE(database->getConfig().apiKey, u"key"_s);
     QCOMPARE(database->getConfig().modelID, u"m"_s);

@@ -52,6 +52,7 @@ private Q_SLOTS:
 private:
     QString folder() const { return home->path(u"Library/应用 'data'/Quilmora"_s); }
     QString file() const { return folder() + u"/quilmora.db"_s; }
+    QString covers() const { return home->path(u"Pictures/Quilmora/coverimg"_s); }
 
     std::unique_ptr<TemporaryHome> home;
 };
@@ -68,7 +69,7 @@ void DatabaseManagerTest::cleanup()
 
 void DatabaseManagerTest::aFreshUserGetsFolderFileAndDefaultSettings()
 {
-    DatabaseManager database{folder()};
+    DatabaseManager database{folder(), covers()};
     QVERIFY(QFileInfo{file()}.isFile());
     const VolcengineConfig config = database.getConfig();
     QCOMPARE(config.apiURL, u"https://ark.cn-beijing.volces.com/api/v3/images/generations"_s);
@@ -84,7 +85,7 @@ void DatabaseManagerTest::aFreshUserGetsFolderFileAndDefaultSettings()
 void DatabaseManagerTest::theTablesAreStoredAsGiven()
 {
     {
-        const DatabaseManager database{folder()};
+        const DatabaseManager database{folder(), covers()};
     }
     QCOMPARE(databaseFile::value(file(), "SELECT sql FROM sqlite_master WHERE name = 'volc_config'"),
              QByteArray{"CREATE TABLE volc_config (\n"
@@ -122,7 +123,7 @@ void DatabaseManagerTest::theFolderIsTheOwnersAlone()
     }
     const mode_t formerMask = umask(0);
     {
-        const DatabaseManager database{folder()};
+        const DatabaseManager database{folder(), covers()};
     }
     umask(formerMask);
     QCOMPARE(mode(folder()), u"700"_s);
@@ -134,14 +135,14 @@ void DatabaseManagerTest::aFolderThatIsClosedAlreadyIsLeftAlone()
 {
     QVERIFY(QDir{}.mkpath(folder()));
     QCOMPARE(chmod(folder().toUtf8().constData(), 0500), 0);
-    standardOutputOf([this] { const DatabaseManager database{folder()}; });
+    standardOutputOf([this] { const DatabaseManager database{folder(), covers()}; });
     QCOMPARE(mode(folder()), u"500"_s);
 }
 
 void DatabaseManagerTest::aSecondStartChangesNothing()
 {
     {
-        DatabaseManager database{folder()};
+        DatabaseManager database{folder(), covers()};
         database.saveConfig(u"https://a"_s, u"key"_s, u"m"_s);
         database.insertHistory(u"p"_s, u"~/a.png"_s, u"m"_s);
         database.insertHistory(u"q"_s, u"~/b.png"_s, QString{});
@@ -154,7 +155,9 @@ void DatabaseManagerTest::aSecondStartChangesNothing()
     };
     const QList<databaseFile::Row> before = everything();
     QCOMPARE(before.size(), 7);
-    const QByteArray output = standardOutputOf([this] { const DatabaseManager database{folder()}; });
+    const QByteArray output = standardOutputOf([this] {
+        const DatabaseManager database{folder(), covers()};
+    });
     QCOMPARE(output, QByteArray{});
     QCOMPARE(everything(), before);
 }
@@ -162,12 +165,12 @@ void DatabaseManagerTest::aSecondStartChangesNothing()
 void DatabaseManagerTest::aMissingSettingsRowIsPutBackAtStart()
 {
     {
-        DatabaseManager database{folder()};
+        DatabaseManager database{folder(), covers()};
         database.saveConfig(u"https://a"_s, u"key"_s, u"m"_s);
     }
     databaseFile::run(file(), "DELETE FROM volc_config");
     {
-        const DatabaseManager database{folder()};
+        const DatabaseManager database{folder(), covers()};
     }
     QCOMPARE(databaseFile::value(file(), "SELECT api_url || api_key || model_id FROM volc_config"),
              (VolcengineConfig::defaultURL() + VolcengineConfig::defaultModelID()).toUtf8());
@@ -192,7 +195,7 @@ void DatabaseManagerTest::standardOutputStaysEmpty()
 {
     qsizetype rows = -1;
     const QByteArray output = standardOutputOf([&] {
-        DatabaseManager database{folder()};
+        DatabaseManager database{folder(), covers()};
         database.saveConfig(u"https://a"_s, u"it's"_s, u"m"_s);
         database.getConfig();
         database.insertHistory(u"it's"_s, u"~/a.png"_s, u"m"_s);

@@ -2,6 +2,7 @@
 
 #include "model/VolcengineConfig.h"
 #include "platform/UserFolders.h"
+#include "store/CoversFolder.h"
 #include "store/DatabaseManager.h"
 
 #include <QDir>
@@ -67,7 +68,7 @@ void DemoFolder::drawPictures() const
 
 void DemoFolder::configure(const QUrl &service, const QString &key) const
 {
-    DatabaseManager database{userFolders::applicationSupport() + u"/Quilmora"_s};
+    DatabaseManager database{userFolders::applicationSupport() + u"/Quilmora"_s, coversFolder::path()};
     database.saveConfig(service.toString(), key, VolcengineConfig::defaultModelID());
 }
 

@@ -1,6 +1,7 @@
 #include "GenerateScreen.h"
 
 #include "platform/UserFolders.h"
+#include "store/CoversFolder.h"
 #include "support/SamplePictures.h"
 
 #include <QJsonDocument>
@@ -18,8 +19,8 @@ GenerateScreen::GenerateScreen() : GenerateScreen{answerWithPicture()} {}
 
 GenerateScreen::GenerateScreen(ScriptedHttpServer::Script script)
     : server{std::move(script)},
-      database{userFolders::applicationSupport() + u"/Quilmora"_s},
-      storage{userFolders::pictures() + u"/Quilmora/coverimg"_s},
+      database{userFolders::applicationSupport() + u"/Quilmora"_s, coversFolder::path()},
+      storage{coversFolder::path()},
       flow{CoverGenerationFlow::create(database, storage, generator)},
       view{std::make_unique<GenerateCoverView>(flow, panels)}
 {

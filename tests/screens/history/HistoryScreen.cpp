@@ -36,7 +36,7 @@ QString HistoryScreen::databasePath() const
     return home.path(u"data/quilmora.db"_s);
 }
 
-HistoryScreen::HistoryScreen() : database{home.path(u"data"_s)}
+HistoryScreen::HistoryScreen() : database{home.path(u"data"_s), home.path(u"Pictures/Quilmora/coverimg"_s)}
 {
     auto *column = new QVBoxLayout{&window};
     column->setContentsMargins(0, 0, 0, 0);

@@ -38,7 +38,7 @@ private:
 void SavedAlertTest::init()
 {
     home = std::make_unique<TemporaryHome>();
-    database = std::make_unique<DatabaseManager>(home->path(u"data"_s));
+    database = std::make_unique<DatabaseManager>(home->path(u"data"_s), home->path(u"covers"_s));
     database->saveConfig(u"u"_s, u"k"_s, u"m"_s);
     window = std::make_unique<QWidget>();
     auto *column = new QVBoxLayout{window.get()};

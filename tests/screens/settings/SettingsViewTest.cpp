@@ -53,7 +53,7 @@ private:
 void SettingsViewTest::init()
 {
     home = std::make_unique<TemporaryHome>();
-    database = std::make_unique<DatabaseManager>(home->path(u"data"_s));
+    database = std::make_unique<DatabaseManager>(home->path(u"data"_s), home->path(u"covers"_s));
     window = std::make_unique<QWidget>();
     auto *column = new QVBoxLayout{window.get()};
     view = new SettingsView{*database, window.get()};

@@ -1,0 +1,85 @@
+#include "store/OrphanBackfill.h"
+
+#include "platform/PointInTime.h"
+#include "store/CoversFolder.h"
+#include "store/HistoryInsertion.h"
+#include "store/SqliteConnection.h"
+
+#include <QDateTime>
+#include <QDirIterator>
+#include <QFileInfo>
+#include <QSet>
+
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace quilmora
+{
+namespace
+{
+
+/// Names in the order in which the platform lists them; none when it cannot.
+QStringList pngNames(const QString &folder)
+{
+    QStringList names;
+    // With these filters the entries are not looked at one by one: every start does this with every cover.
+    QDirIterator entries{folder, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot};
+    while (entries.hasNext()) {
+        entries.next();
+        const QString name = entries.fileName();
+        if (name.toLower().endsWith(u".png"_s)) {
+            names.append(name);
+        }
+    }
+    return names;
+}
+
+/// The paths in the history; nothing when it could not be read to its end.
+std::optional<QSet<QString>> knownPaths(SqliteConnection &database)
+{
+    QSet<QString> paths;
+    SqliteStatement rows = database.prepare(u"SELECT image_path FROM history;"_s);
+    if (!rows) {
+        return paths;
+    }
+    while (rows.step()) {
+        if (!rows.isNull(0)) {
+            paths.insert(rows.text(0));
+        }
+    }
+    return rows.hasFailed() ? std::nullopt : std::optional{paths};
+}
+
+/// Not every file system keeps the time of creation; the last change stands for it then.
+PointInTime creationTime(const QString &path)
+{
+    const QFileInfo file{path};
+    for (const QDateTime &moment : {file.birthTime(), file.lastModified()}) {
+        if (moment.isValid()) {
+            return fromSecondsSince1970(static_cast<double>(moment.toMSecsSinceEpoch()) / 1000.0);
+        }
+    }
+    return now();
+}
+
+} // namespace
+
+void backfillOrphanImages(SqliteConnection &database, const QString &covers)
+{
+    const QStringList names = pngNames(covers);
+    const auto known = knownPaths(database);
+    if (!known) {
+        // Every cover after the break would come back as an orphan.
+        return;
+    }
+    for (const QString &name : names) {
+        const QString path = coversFolder::storedPath(name);
+        if (!known->contains(path)) {
+            database.execute(historyInsertion(u"(历史图片，已自动补录)"_s, path,
+                                              creationTime(covers + u'/' + name), QString{}));
+        }
+    }
+}
+
+} // namespace quilmora
