@@ -23,6 +23,7 @@ private Q_SLOTS:
     void initTestCase();
     void cleanupTestCase();
     void aCoverIsMadeStoredAndRecorded();
+    void theCoverIsFoundAgainInTheHistory();
     void whatWasTypedIsGoneAfterAVisitToAnotherTab();
     void standardOutputStaysEmpty();
 
@@ -112,6 +113,29 @@ void EndToEndTest::aCoverIsMadeStoredAndRecorded()
              u"生成一张视频封面图。 封面主标题文字：「标题」，标题需突出醒目、具有冲击力。 背景场景：海边。 "
              "人物表情：惊喜。 整体风格：高质量、电影感、社交媒体爆款封面风格。"_s);
     QCOMPARE(history.first().image().size(), QSize(2304, 1728));
+}
+
+void EndToEndTest::theCoverIsFoundAgainInTheHistory()
+{
+    DatabaseManager database{userFolders::applicationSupport() + u"/Quilmora"_s, coversFolder::path()};
+    const QString prompt = database.fetchAllHistory().constFirst().prompt;
+    QVERIFY(desktop->act(u"已生成列表"_s));
+    QTRY_VERIFY(desktop->isShowing(prompt));
+    QVERIFY(desktop->isUsable(u"刷新"_s));
+    QVERIFY(desktop->act(prompt));
+    QTRY_VERIFY_WITH_TIMEOUT(desktop->isShowing(u"关闭预览"_s), 10000);
+    QVERIFY(desktop->isShowing(u"封面"_s));
+    QVERIFY(desktop->act(u"关闭"_s));
+    QTRY_VERIFY(!desktop->isShowing(u"关闭预览"_s));
+    // Gone from the disk, it is listed still, and asking for it again does no harm.
+    QVERIFY(QFile::remove(userFolders::expandTilde(database.fetchAllHistory().constFirst().imagePath)));
+    QVERIFY(desktop->act(u"刷新"_s));
+    QTRY_VERIFY(desktop->isShowing(prompt));
+    QVERIFY(desktop->act(prompt));
+    QTRY_VERIFY_WITH_TIMEOUT(desktop->isShowing(u"关闭预览"_s), 10000);
+    QVERIFY(!desktop->isShowing(u"封面"_s));
+    QVERIFY(desktop->act(u"关闭预览"_s));
+    QTRY_VERIFY(!desktop->isShowing(u"关闭预览"_s));
 }
 
 void EndToEndTest::whatWasTypedIsGoneAfterAVisitToAnotherTab()
