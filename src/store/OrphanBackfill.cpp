@@ -28,7 +28,7 @@ QStringList pngNames(const QString &folder)
     while (entries.hasNext()) {
         entries.next();
         const QString name = entries.fileName();
-        if (name.toLower().endsWith(u".png"_s)) {
+        if (name.endsWith(u".png"_s, Qt::CaseInsensitive)) {
             names.append(name);
         }
     }
