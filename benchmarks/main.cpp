@@ -1,6 +1,7 @@
 #include "BenchWindow.h"
 #include "HistoryBench.h"
 #include "Report.h"
+#include "StartUpBench.h"
 #include "generation/RequestBody.h"
 #include "platform/Console.h"
 #include "platform/ImageCodec.h"
@@ -151,6 +152,7 @@ int main(int argc, char *argv[])
     const QTemporaryDir folder;
     console::printLine(u"%1 %2  %3"_s.arg(u"measured"_s, -58).arg(u"ours"_s, 12).arg(u"baseline"_s, 12));
     benchHistory();
+    benchStartUp();
     benchPickingAPhoto(folder);
     benchPaintingTheForm(folder);
     benchIdle();

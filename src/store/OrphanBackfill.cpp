@@ -3,6 +3,7 @@
 #include "platform/PointInTime.h"
 #include "store/CoversFolder.h"
 #include "store/HistoryInsertion.h"
+#include "store/QuickCommits.h"
 #include "store/SqliteConnection.h"
 
 #include <QDateTime>
@@ -10,6 +11,8 @@
 #include <QFileInfo>
 #include <QSet>
 
+#include <algorithm>
+#include <iterator>
 #include <optional>
 
 using namespace Qt::StringLiterals;
@@ -18,6 +21,9 @@ namespace quilmora
 {
 namespace
 {
+
+/// A write to the disk for each of so many would hold up the first window noticeably.
+constexpr qsizetype manyOrphans = 100;
 
 /// Names in the order in which the platform lists them; none when it cannot.
 QStringList pngNames(const QString &folder)
@@ -73,12 +79,16 @@ void backfillOrphanImages(SqliteConnection &database, const QString &covers)
         // Every cover after the break would come back as an orphan.
         return;
     }
-    for (const QString &name : names) {
-        const QString path = coversFolder::storedPath(name);
-        if (!known->contains(path)) {
-            database.execute(historyInsertion(u"(历史图片，已自动补录)"_s, path,
-                                              creationTime(covers + u'/' + name), QString{}));
-        }
+    QStringList orphans;
+    std::copy_if(names.begin(), names.end(), std::back_inserter(orphans),
+                 [&](const QString &name) { return !known->contains(coversFolder::storedPath(name)); });
+    std::optional<QuickCommits> quick;
+    if (orphans.size() >= manyOrphans) {
+        quick.emplace(database);
+    }
+    for (const QString &name : orphans) {
+        database.execute(historyInsertion(u"(历史图片，已自动补录)"_s, coversFolder::storedPath(name),
+                                          creationTime(covers + u'/' + name), QString{}));
     }
 }
 

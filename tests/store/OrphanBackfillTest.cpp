@@ -4,6 +4,7 @@
 #include <QDateTime>
 #include <QFileInfo>
 #include <QTest>
+#include <QtEndian>
 
 #include <filesystem>
 #include <unistd.h>
@@ -32,9 +33,20 @@ private Q_SLOTS:
     void repeatedStartsAddNothing();
     void theOrderIsThatOfTheFolder();
     void aFileThatAppearsIsAddedAtTheNextStart();
+    void manyCoversAreNotWaitedForOneByOne();
     void theSharedInstanceAdoptsTheUsersCovers();
 
 private:
+    /// How often the database file was written to as a whole, by its own count.
+    quint32 writeCount() const
+    {
+        constexpr qint64 place = 24;
+        QFile database{file()};
+        if (!database.open(QIODevice::ReadOnly) || !database.seek(place)) {
+            qFatal("Cannot read the database file");
+        }
+        return qFromBigEndian<quint32>(database.read(sizeof(quint32)).constData());
+    }
     /// When the file was made, as far as its file system knows.
     static double timeOf(const QString &path)
     {
@@ -234,6 +246,21 @@ void OrphanBackfillTest::aFileThatAppearsIsAddedAtTheNextStart()
     QCOMPARE(start(), QByteArray{});
     // The row of a file that has gone stays.
     QCOMPARE(paths(), (QByteArrayList{stored("a.png"), stored("b.png")}));
+}
+
+void OrphanBackfillTest::manyCoversAreNotWaitedForOneByOne()
+{
+    start();
+    constexpr int count = 250;
+    for (int number = 0; number < count; ++number) {
+        addCover(u"%1.png"_s.arg(number));
+    }
+    const quint32 before = writeCount();
+    QCOMPARE(start(), QByteArray{});
+    QCOMPARE(history().size(), count);
+    QVERIFY(writeCount() - before < 10);
+    QCOMPARE(QDir{folder()}.entryList(QDir::Files | QDir::Hidden), QStringList{u"quilmora.db"_s});
+    QCOMPARE(databaseFile::value(file(), "PRAGMA journal_mode"), QByteArray{"delete"});
 }
 
 void OrphanBackfillTest::theSharedInstanceAdoptsTheUsersCovers()
