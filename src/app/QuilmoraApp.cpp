@@ -10,6 +10,7 @@
 #include "screens/common/SystemFilePanels.h"
 #include "screens/common/Theme.h"
 #include "screens/generate/GenerateCoverView.h"
+#include "screens/help/HelpView.h"
 #include "screens/history/HistoryListView.h"
 #include "screens/settings/SettingsView.h"
 #include "store/DatabaseManager.h"
@@ -43,7 +44,7 @@ QWidget *makeScreen(NavigationTab tab, FilePanels &panels, QWidget *parent)
     case NavigationTab::history:
         return new HistoryListView{DatabaseManager::shared(), panels, parent};
     case NavigationTab::help:
-        return new QWidget{parent};
+        return new HelpView{HelpContents::ofThisBuild(), parent};
     }
     Q_UNREACHABLE();
 }

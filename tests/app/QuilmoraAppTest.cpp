@@ -2,10 +2,12 @@
 
 #include "app/MainView.h"
 #include "app/NavTabButton.h"
+#include "screens/help/HelpContents.h"
 #include "support/AccessibleFinder.h"
 #include "support/ScreenTest.h"
 
 #include <QAbstractEventDispatcher>
+#include <QClipboard>
 #include <QFile>
 #include <QLineEdit>
 #include <QShortcut>
@@ -86,6 +88,7 @@ private Q_SLOTS:
     void systemTextsAreChinese();
     void aVisitToAnotherTabEmptiesTheForm();
     void unsavedSettingsAreGoneAfterAVisitElsewhere();
+    void theHelpTabTellsTheVersionAndCopiesAnAddress();
     void anIdleWindowDoesNothing_data();
     void anIdleWindowDoesNothing();
     void theCloseKeysCloseTheWindow_data();
@@ -158,6 +161,19 @@ void QuilmoraAppTest::unsavedSettingsAreGoneAfterAVisitElsewhere()
     select(u"已生成列表"_s);
     select(u"功能设置"_s);
     QCOMPARE(field(u"API Key"_s)->text(), QString{});
+}
+
+void QuilmoraAppTest::theHelpTabTellsTheVersionAndCopiesAnAddress()
+{
+    select(u"帮助说明"_s);
+    const HelpContents contents = HelpContents::ofThisBuild();
+    QVERIFY(accessible::find(application.mainWindow(), u"版本号："_s + contents.version) != nullptr);
+    click(accessible::find(application.mainWindow(), u"客服邮箱："_s + contents.email));
+    QCOMPARE(QGuiApplication::clipboard()->text(), contents.email);
+    QVERIFY(accessible::find(application.mainWindow(), u"已复制："_s + contents.email) != nullptr);
+    // Left while the message is still up.
+    select(u"功能设置"_s);
+    QVERIFY(accessible::find(application.mainWindow(), u"已复制："_s + contents.email) == nullptr);
 }
 
 void QuilmoraAppTest::anIdleWindowDoesNothing_data()

@@ -25,6 +25,7 @@ private Q_SLOTS:
     void aCoverIsMadeStoredAndRecorded();
     void theCoverIsFoundAgainInTheHistory();
     void whatWasTypedIsGoneAfterAVisitToAnotherTab();
+    void anAddressOnTheHelpTabIsCopied();
     void standardOutputStaysEmpty();
 
 private:
@@ -151,6 +152,17 @@ void EndToEndTest::whatWasTypedIsGoneAfterAVisitToAnotherTab()
     QTRY_VERIFY(desktop->isShowing(u"开始生成封面"_s));
     QVERIFY(!desktop->isUsable(u"开始生成封面"_s));
     QVERIFY(!desktop->isShowing(u"移除"_s));
+}
+
+void EndToEndTest::anAddressOnTheHelpTabIsCopied()
+{
+    const QString website = QStringLiteral(QUILMORA_WEBSITE);
+    QVERIFY(desktop->act(u"帮助说明"_s));
+    QTRY_VERIFY(desktop->isShowing(u"版本号：1.0.0"_s));
+    QVERIFY(!desktop->isShowing(u"已复制："_s + website));
+    QVERIFY(desktop->act(u"服务帮助："_s + website + u"（仅技术支持与使用说明）"_s));
+    QTRY_VERIFY(desktop->isShowing(u"已复制："_s + website));
+    QTRY_VERIFY(!desktop->isShowing(u"已复制："_s + website));
 }
 
 void EndToEndTest::standardOutputStaysEmpty()

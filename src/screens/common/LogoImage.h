@@ -18,4 +18,10 @@ QPixmap logoPixmap(int side, double cornerRadius, double devicePixelRatio, const
 /// Where the program's own resource files lie beside the installed program.
 QStringList applicationResourceFolders();
 
+/// Where the logo is looked for, see logoPixmap.
+struct LogoFiles {
+    QStringList resourceFolders = applicationResourceFolders();
+    QString assetPath = logoAssetPath();
+};
+
 } // namespace quilmora

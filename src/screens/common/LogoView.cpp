@@ -1,18 +1,19 @@
 #include "screens/common/LogoView.h"
 
-#include "screens/common/LogoImage.h"
-
 #include <QPainter>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace quilmora
 {
 
-LogoView::LogoView(int frameSide, double radius, QWidget *parent)
+LogoView::LogoView(int frameSide, double radius, QWidget *parent, LogoFiles theFiles)
     : QWidget{parent},
       side{frameSide},
-      cornerRadius{radius}
+      cornerRadius{radius},
+      files{std::move(theFiles)}
 {
     setAccessibleName(u"Quilmora"_s);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
@@ -21,7 +22,7 @@ LogoView::LogoView(int frameSide, double radius, QWidget *parent)
 void LogoView::paintEvent(QPaintEvent * /*event*/)
 {
     if (logo.devicePixelRatio() != devicePixelRatioF() || logo.isNull()) {
-        logo = logoPixmap(side, cornerRadius, devicePixelRatioF(), applicationResourceFolders());
+        logo = logoPixmap(side, cornerRadius, devicePixelRatioF(), files.resourceFolders, files.assetPath);
     }
     QPainter painter{this};
     painter.drawPixmap(0, 0, logo);

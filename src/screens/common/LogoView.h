@@ -1,5 +1,7 @@
 #pragma once
 
+#include "screens/common/LogoImage.h"
+
 #include <QPixmap>
 #include <QWidget>
 
@@ -14,7 +16,7 @@ class LogoView final : public QWidget
 
 public:
     /// `side` and `cornerRadius` in device-independent pixels.
-    LogoView(int side, double cornerRadius, QWidget *parent = nullptr);
+    LogoView(int side, double cornerRadius, QWidget *parent = nullptr, LogoFiles files = {});
     ~LogoView() override = default;
 
     QSize sizeHint() const override { return {side, side}; }
@@ -25,6 +27,7 @@ protected:
 private:
     const int side;
     const double cornerRadius;
+    const LogoFiles files;
     QPixmap logo;
 };
 

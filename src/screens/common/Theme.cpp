@@ -80,6 +80,7 @@ QColor Theme::color(ColorRole role) const
     switch (role) {
     case ColorRole::onAccent:
     case ColorRole::onBackdrop:
+    case ColorRole::toastText:
         return white(1.0);
     case ColorRole::onBackdropSecondary:
         return white(0.7);
@@ -109,6 +110,8 @@ QColor Theme::color(ColorRole role) const
         return black(0.1);
     case ColorRole::gradientButtonShadow:
         return rgb(0.45, 0.35, 0.95, 0.25);
+    case ColorRole::toastBackground:
+        return black(0.78);
     default:
         return schemeColor(role, dark);
     }

@@ -42,6 +42,8 @@ enum class ColorRole {
     onBackdrop,      ///< Text on that.
     onBackdropSecondary,
     previewPictureShadow,
+    toastBackground,
+    toastText,
 };
 
 /// The colours of the application, light or dark as the system has it.

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "screens/help/CentredText.h"
+
+#include <QAbstractButton>
+
+namespace quilmora
+{
+
+/// A line of text that acts wherever in its rectangle it is clicked. It is as large as its text: the mark of
+/// the keyboard focus lies around it, and is drawn by the page.
+class ContactLine final : public QAbstractButton
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(ContactLine)
+
+public:
+    explicit ContactLine(const QString &text, QWidget *parent = nullptr);
+    ~ContactLine() override = default;
+
+    /// Whether it has the focus by keyboard; the pointer gives none.
+    bool showsFocus() const { return hasFocus() && focusShown; }
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return {0, 0}; }
+    bool hasHeightForWidth() const override { return true; }
+    int heightForWidth(int width) const override;
+
+Q_SIGNALS:
+    /// showsFocus() may have changed.
+    void focusChanged();
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+
+private:
+    const CentredText line;
+    bool focusShown = false;
+};
+
+} // namespace quilmora
