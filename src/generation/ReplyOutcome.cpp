@@ -16,6 +16,12 @@ int statusOf(const QNetworkReply &reply)
     return reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
 }
 
+/// Whether the answer asks for the body to be posted once more elsewhere.
+bool repeatsTheBody(const QNetworkReply &reply)
+{
+    return statusOf(reply) == 307 || statusOf(reply) == 308;
+}
+
 /// Whether an answer has begun that tells its end by closing the connection.
 bool endsWithTheConnection(const QNetworkReply &reply)
 {
@@ -30,8 +36,10 @@ bool isAnswer(const QNetworkReply &reply)
     case QNetworkReply::NoError:
         return true;
     case QNetworkReply::ContentReSendError:
-        // At times the network layer takes the close that ends an answer for a lost connection.
-        return endsWithTheConnection(reply);
+        // At times the network layer takes the close that ends an answer for a lost connection. For some
+        // redirects it rewinds the body even if it is not to follow them, and is refused that; it does not
+        // say whether their chunks came to an end.
+        return endsWithTheConnection(reply) || repeatsTheBody(reply);
     case QNetworkReply::ProxyAuthenticationRequiredError: // 407, if the server says so itself
     case QNetworkReply::ProtocolInvalidOperationError:    // 400, 418
         break;
@@ -47,10 +55,11 @@ bool isAnswer(const QNetworkReply &reply)
     return statusOf(reply) >= 400;
 }
 
-/// Whether less has come than was promised, which the network layer does not always notice.
+/// Whether less has come than was promised, which the network layer does not always notice. Two kinds of
+/// answer have no body, whatever length they name.
 bool isCut(const QNetworkReply &reply, const QByteArray &body)
 {
-    return reply.hasRawHeader("Content-Length") &&
+    return statusOf(reply) != 204 && statusOf(reply) != 304 && reply.hasRawHeader("Content-Length") &&
            body.size() < reply.rawHeader("Content-Length").toLongLong();
 }
 
@@ -101,7 +110,7 @@ HttpOutcome readOutcome(QNetworkReply &reply)
     if (isCut(reply, body)) {
         return TransportError{connectionClosed()};
     }
-    if (statusOf(reply) == 0) {
+    if (statusOf(reply) == 0 && body.isEmpty()) {
         return std::monostate{};
     }
     return body;
@@ -110,18 +119,14 @@ HttpOutcome readOutcome(QNetworkReply &reply)
 std::variant<std::monostate, Redirect, TransportError> readRedirect(const QNetworkReply &reply)
 {
     const int status = statusOf(reply);
-    const bool withBody = status == 307 || status == 308;
-    const bool withoutBody = status == 301 || status == 302 || status == 303;
-    // The network layer rewinds the body for the former even if it is not to follow, and is refused that.
-    const bool complete = reply.error() == QNetworkReply::NoError ||
-                          (withBody && reply.error() == QNetworkReply::ContentReSendError);
-    if (!complete || !(withBody || withoutBody)) {
+    const bool withBody = repeatsTheBody(reply);
+    if (!isAnswer(reply) || !(withBody || status == 301 || status == 302 || status == 303)) {
         return {};
     }
     const QUrl location = QUrl::fromEncoded(reply.rawHeader("Location"));
     const QUrl target = reply.url().resolved(location);
     if (location.isEmpty() || !target.isValid()) {
-        return TransportError{QCoreApplication::translate("QHttp", "Unknown protocol specified")};
+        return {};
     }
     if (!hasSameOrigin(reply.url(), target)) {
         return TransportError{QCoreApplication::translate("QHttp", "Insecure redirect")};

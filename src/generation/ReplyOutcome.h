@@ -27,7 +27,8 @@ struct Redirect {
     bool withBody; ///< To be posted there again; otherwise asked for.
 };
 
-/// Nothing if `reply` is no redirect; an error if it leads to another origin, where the key must not go.
+/// Nothing if `reply` is no redirect or says of no address to go to, and so is an answer like any other; an
+/// error if it leads to another origin, where the key must not go.
 std::variant<std::monostate, Redirect, TransportError> readRedirect(const QNetworkReply &reply);
 
 } // namespace quilmora

@@ -5,6 +5,8 @@
 #include <QCoreApplication>
 #include <QTest>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
@@ -48,6 +50,10 @@ private Q_SLOTS:
     void toAnotherOriginSendsNothing();
     void toAnotherSchemeSendsNothing_data();
     void toAnotherSchemeSendsNothing();
+    void withoutAnAddressToGoToIsAnAnswer_data();
+    void withoutAnAddressToGoToIsAnAnswer();
+    void cutShortIsALostConnection_data();
+    void cutShortIsALostConnection();
     void inACircleEnds_data() { addStatuses(); }
     void inACircleEnds();
     void aLostConnectionBehindOneIsNotTriedAgain_data() { addStatuses(); }
@@ -100,7 +106,6 @@ void RedirectTest::toAnotherSchemeSendsNothing_data()
     QTest::newRow("file") << QByteArray{"file:///etc/hostname"};
     QTest::newRow("data") << QByteArray{"data:application/json,x"};
     QTest::newRow("ftp") << QByteArray{"ftp://127.0.0.1/x"};
-    QTest::newRow("nothing") << QByteArray{};
     QTest::newRow("another host of that port") << QByteArray{"//localhost/x"};
 }
 
@@ -117,6 +122,69 @@ void RedirectTest::toAnotherSchemeSendsNothing()
         QVERIFY2(isChinese(results.text()), qPrintable(results.text()));
         QCOMPARE(server.headCount(), 1);
     }
+}
+
+void RedirectTest::withoutAnAddressToGoToIsAnAnswer_data()
+{
+    QTest::addColumn<QByteArray>("status");
+    QTest::addColumn<QByteArray>("headers");
+    for (const char *status : {"300", "301", "302", "303", "304", "307", "308"}) {
+        QTest::addRow("%s, none", status) << QByteArray{status} << QByteArray{};
+        QTest::addRow("%s, an empty one", status) << QByteArray{status} << QByteArray{"Location: \r\n"};
+        QTest::addRow("%s, no address", status)
+            << QByteArray{status} << QByteArray{"Location: http://[oops\r\n"};
+    }
+}
+
+void RedirectTest::withoutAnAddressToGoToIsAnAnswer()
+{
+    QFETCH(const QByteArray, status);
+    QFETCH(const QByteArray, headers);
+    const QByteArray body = R"({"error":{"code":"Moved","message":"m"}})";
+    const QByteArray head = "HTTP/1.1 " + status + " Moved\r\n" + headers;
+    const QByteArray size = QByteArray::number(body.size());
+    const QByteArray chunk = QByteArray::number(body.size(), 16) + "\r\n" + body + "\r\n0\r\n\r\n";
+    QList<QByteArray> answers{head + "Content-Length: " + size + "\r\n\r\n" + body,
+                              head + "Transfer-Encoding: chunked\r\n\r\n" + chunk, head + "\r\n" + body};
+    for (const QByteArray &answer : answers) {
+        ScriptedHttpServer server{[answer](const auto &) {
+            return ScriptedAnswer{{{answer}}};
+        }};
+        ImageGeneratorService service;
+        Results results;
+        generate(service, server, results);
+        QTRY_COMPARE(results.all.size(), 1);
+        QVERIFY2(results.isGenError(), qPrintable(results.text()));
+        // An answer of 304 has no body, whatever follows.
+        QCOMPARE(results.text(), status == "304" ? QString{} : u"[Moved] m"_s);
+        QCOMPARE(server.headCount(), 1);
+    }
+}
+
+void RedirectTest::cutShortIsALostConnection_data()
+{
+    QTest::addColumn<QByteArray>("answer");
+    for (const char *status : {"302", "307", "308"}) {
+        const QByteArray head = "HTTP/1.1 " + QByteArray{status} + " Moved\r\n";
+        QTest::addRow("%s, a length promised", status) << head + "Content-Length: 100\r\n\r\n{}";
+    }
+    QTest::newRow("302, in chunks") << QByteArray{
+        "HTTP/1.1 302 Moved\r\nTransfer-Encoding: chunked\r\n\r\n64\r\n{}"};
+}
+
+void RedirectTest::cutShortIsALostConnection()
+{
+    QFETCH(const QByteArray, answer);
+    ScriptedHttpServer server{[answer](const auto &) {
+        return ScriptedAnswer{{{answer}}};
+    }};
+    ImageGeneratorService service;
+    Results results;
+    generate(service, server, results);
+    QTRY_COMPARE(results.all.size(), 1);
+    QVERIFY2(results.isTransportError(), qPrintable(results.text()));
+    QVERIFY2(isChinese(results.text()), qPrintable(results.text()));
+    QCOMPARE(server.headCount(), 1);
 }
 
 void RedirectTest::inACircleEnds()
