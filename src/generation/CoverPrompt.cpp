@@ -43,7 +43,7 @@ QString composePrompt(const CoverInputs &inputs)
         pieces.append(u"背景场景："_s + inputs.sceneText + u"。"_s);
     }
     const QString expression = expressionText(inputs);
-    if (!expression.isEmpty() && expression != u"自定义..."_s) {
+    if (!expression.isEmpty() && !Emotion{expression}.isCustom()) {
         pieces.append(u"人物表情："_s + expression + u"。"_s);
     }
     if (!withoutOuterBlanks(inputs.advancedText).isEmpty()) {

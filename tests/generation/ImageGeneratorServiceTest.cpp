@@ -4,8 +4,10 @@
 
 #include <QCoreApplication>
 #include <QHash>
+#include <QJsonDocument>
 #include <QTest>
-#include <QTimer>
+
+#include <array>
 
 using namespace Qt::StringLiterals;
 using namespace quilmora;
@@ -38,6 +40,7 @@ private Q_SLOTS:
     void aKeyWithALineBreakSendsNothing();
     void addressesThatLeadNowhereFailLater_data();
     void addressesThatLeadNowhereFailLater();
+    void anAnswerOfNothingAtAllIsTold();
     void aPictureComesOnceOnTheMainThread();
     void anErrorOfTheServerComesOnTheMainThread();
     void theCallReturnsBeforePicturesAreEncoded();
@@ -139,6 +142,22 @@ void ImageGeneratorServiceTest::addressesThatLeadNowhereFailLater()
     QCOMPARE(results.threads.first(), QCoreApplication::instance()->thread());
 }
 
+void ImageGeneratorServiceTest::anAnswerOfNothingAtAllIsTold()
+{
+    // Neither a status nor a byte.
+    ScriptedHttpServer server{[](const auto &) {
+        return ScriptedAnswer::whole({}, "000");
+    }};
+    ImageGeneratorService service;
+    Results results;
+    generate(service, configFor(server), results);
+    QTRY_COMPARE(results.all.size(), 1);
+    QVERIFY(results.isGenError());
+    QCOMPARE(std::get<GenError>(results.all.first()).kind(), GenError::Case::noData);
+    QCOMPARE(results.text(), u"未收到响应数据"_s);
+    QCOMPARE(results.threads.first(), QCoreApplication::instance()->thread());
+}
+
 void ImageGeneratorServiceTest::aPictureComesOnceOnTheMainThread()
 {
     ScriptedHttpServer server{goodAnswer};
@@ -177,15 +196,20 @@ void ImageGeneratorServiceTest::theCallReturnsBeforePicturesAreEncoded()
     ScriptedHttpServer server{goodAnswer};
     ImageGeneratorService service;
     Results results;
-    bool shown = false;
+    // A picture whose pixels change under it, so that what is sent tells when it was encoded.
+    std::array<QRgb, 64> pixels{};
+    pixels.fill(qRgb(255, 0, 0));
+    const QImage picture{static_cast<const uchar *>(static_cast<const void *>(pixels.data())), 8, 8,
+                         QImage::Format_RGB32};
     // What was queued before, such as painting, is done before the pictures are encoded and sent.
-    QTimer::singleShot(0, this, [&] { shown = server.connectionCount() == 0; });
-    service.generateImage(u"p"_s, 1, 1, {samplePictures::picture({640, 480})}, configFor(server),
-                          results.collect());
-    QCOMPARE(server.connectionCount(), 0);
+    QMetaObject::invokeMethod(
+        this, [&pixels] { pixels.fill(qRgb(0, 0, 255)); }, Qt::QueuedConnection);
+    service.generateImage(u"p"_s, 1, 1, {picture}, configFor(server), results.collect());
+    pixels.fill(qRgb(0, 255, 0));
     QTRY_COMPARE(results.all.size(), 1);
-    QVERIFY(shown);
-    QVERIFY(server.requests().constFirst().body.contains("data:image/png;base64,"));
+    const QJsonDocument body = QJsonDocument::fromJson(server.requests().constFirst().body);
+    const QByteArray sent = body[u"image"_s].toString().section(u',', 1).toLatin1();
+    QCOMPARE(QImage::fromData(QByteArray::fromBase64(sent), "png").pixelColor(4, 4), QColor(Qt::blue));
 }
 
 void ImageGeneratorServiceTest::eightRequestsEachHaveTheirOwnAnswer()

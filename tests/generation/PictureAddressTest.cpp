@@ -14,13 +14,16 @@ using namespace std::chrono_literals;
 namespace
 {
 
+/// A limit that no test runs into.
+constexpr std::chrono::milliseconds ample = 10s;
+
 QByteArray samplePng()
 {
     return samplePictures::png(samplePictures::picture({40, 20}));
 }
 
 /// The one result of a request whose answer is `body`.
-Results resultOf(const QByteArray &body, std::chrono::milliseconds downloadLimit = 10s)
+Results resultOf(const QByteArray &body, std::chrono::milliseconds downloadLimit = ample)
 {
     ScriptedHttpServer server{[body](const auto &) {
         return ScriptedAnswer::whole(body);
@@ -78,20 +81,22 @@ void PictureAddressTest::anUnusablePictureIsReadFromItsAddress()
 void PictureAddressTest::downloadsThatFailAreNoErrorOfTheirOwn_data()
 {
     QTest::addColumn<ScriptedAnswer>("answer");
-    QTest::newRow("not found") << ScriptedAnswer::whole("not found", "404 Not Found");
-    QTest::newRow("no picture") << ScriptedAnswer::whole("<html>");
-    QTest::newRow("cut picture") << ScriptedAnswer::cut(samplePng().chopped(20), samplePng().size());
-    QTest::newRow("closed") << ScriptedAnswer::hangUp();
-    QTest::newRow("silent") << ScriptedAnswer::silence();
+    QTest::addColumn<std::chrono::milliseconds>("limit");
+    QTest::newRow("not found") << ScriptedAnswer::whole("not found", "404 Not Found") << ample;
+    QTest::newRow("no picture") << ScriptedAnswer::whole("<html>") << ample;
+    QTest::newRow("cut picture") << ScriptedAnswer::cut(samplePng().chopped(20), samplePng().size()) << ample;
+    QTest::newRow("closed") << ScriptedAnswer::hangUp() << ample;
+    QTest::newRow("silent") << ScriptedAnswer::silence() << 150ms;
 }
 
 void PictureAddressTest::downloadsThatFailAreNoErrorOfTheirOwn()
 {
     QFETCH(ScriptedAnswer, answer);
+    QFETCH(const std::chrono::milliseconds, limit);
     ScriptedHttpServer pictures{[answer](const auto &) {
         return answer;
     }};
-    QCOMPARE(resultOf(addressAnswer(pictures.url().toEncoded()), 150ms).text(), u"无法解析图片数据"_s);
+    QCOMPARE(resultOf(addressAnswer(pictures.url().toEncoded()), limit).text(), u"无法解析图片数据"_s);
     QVERIFY(pictures.headCount() >= 1);
 }
 

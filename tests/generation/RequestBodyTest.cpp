@@ -54,6 +54,7 @@ class RequestBodyTest final : public QObject
 
 private Q_SLOTS:
     void noPicturesGiveSixMembersAndNoImage();
+    void watermarkIsFalseInEveryRequest();
     void sizeIsPlainDecimals_data();
     void sizeIsPlainDecimals();
     void theBodyIsCompact();
@@ -77,6 +78,14 @@ void RequestBodyTest::noPicturesGiveSixMembersAndNoImage()
         {u"watermark"_s, false},     {u"sequential_image_generation"_s, u"disabled"_s},
     };
     QCOMPARE(encoded(requestWith({})), expected);
+}
+
+void RequestBodyTest::watermarkIsFalseInEveryRequest()
+{
+    for (const QList<QImage> &images :
+         {QList<QImage>{}, {sample(Qt::red)}, {sample(Qt::red), sample(Qt::blue)}}) {
+        QCOMPARE(encoded(requestWith(images)).value(u"watermark"_s), QJsonValue{false});
+    }
 }
 
 void RequestBodyTest::sizeIsPlainDecimals_data()
