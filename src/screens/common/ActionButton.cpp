@@ -18,7 +18,7 @@ constexpr double cornerRadius = 6;
 } // namespace
 
 ActionButton::ActionButton(const QString &icon, const QString &title, const Look &theLook, QWidget *parent)
-    : QAbstractButton{parent},
+    : PaintedButton{parent},
       look{theLook},
       iconName{icon},
       symbol{icon, theLook.pixelSize, theLook.weight}
@@ -71,7 +71,7 @@ void ActionButton::paintBackground(QPainter &painter) const
     } else if (look.kind == Kind::bordered && underMouse()) {
         painter.fillPath(outline, themeColor(ColorRole::hoverFill));
     }
-    if (hasFocus()) {
+    if (showsFocus()) {
         drawFocusRing(painter, outline,
                       look.kind == Kind::prominent ? ColorRole::onAccent : ColorRole::accent);
     }

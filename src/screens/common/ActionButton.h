@@ -1,14 +1,13 @@
 #pragma once
 
+#include "screens/common/PaintedButton.h"
 #include "screens/common/Symbol.h"
-
-#include <QAbstractButton>
 
 namespace quilmora
 {
 
 /// A push button with an optional symbol before its title.
-class ActionButton final : public QAbstractButton
+class ActionButton final : public PaintedButton
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(ActionButton)

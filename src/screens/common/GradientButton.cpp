@@ -20,7 +20,7 @@ constexpr QSize padding{22, 11};
 } // namespace
 
 GradientButton::GradientButton(const QString &iconName, const QString &title, double opacity, QWidget *parent)
-    : QAbstractButton{parent},
+    : PaintedButton{parent},
       symbol{iconName, pixelSize, QFont::DemiBold},
       shadowOpacity{opacity}
 {
@@ -61,7 +61,7 @@ void GradientButton::paintEvent(QPaintEvent * /*event*/)
     if (isDown()) {
         painter.fillPath(outline(), themeColor(ColorRole::controlPressed));
     }
-    if (hasFocus()) {
+    if (showsFocus()) {
         drawFocusRing(painter, outline(), ColorRole::onAccent);
     }
     iconAndTitle::draw(painter, rect(), &symbol, text(), font(), spacing, themeColor(ColorRole::onAccent));

@@ -1,16 +1,15 @@
 #pragma once
 
+#include "screens/common/PaintedButton.h"
 #include "screens/common/ShadowGround.h"
 #include "screens/common/Symbol.h"
-
-#include <QAbstractButton>
 
 namespace quilmora
 {
 
 /// A capsule on the accent gradient with a symbol and a title. Its shadow shows when it lies on a
 /// ShadowGround.
-class GradientButton final : public QAbstractButton, public ShadowCaster
+class GradientButton final : public PaintedButton, public ShadowCaster
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(GradientButton)

@@ -1,13 +1,13 @@
 #pragma once
 
-#include <QAbstractButton>
+#include "screens/common/PaintedButton.h"
 
 namespace quilmora
 {
 
 /// One of several exclusive choices side by side, of which one is checked. Subclasses draw it; the neighbours
 /// of the same parent are unchecked when this one is checked.
-class OptionButton : public QAbstractButton
+class OptionButton : public PaintedButton
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(OptionButton)
@@ -20,16 +20,6 @@ public:
 Q_SIGNALS:
     /// This one was checked, by mouse, keyboard or screen reader (which toggles without a click).
     void chosen();
-
-protected:
-    /// Whether the focus came by keyboard and is to be shown.
-    bool showsFocus() const;
-
-    void focusInEvent(QFocusEvent *event) override;
-    void focusOutEvent(QFocusEvent *event) override;
-
-private:
-    bool focusByKeyboard = false;
 };
 
 } // namespace quilmora

@@ -15,13 +15,6 @@ SymbolLabel::SymbolLabel(Symbol shown, ColorRole role, QWidget *parent)
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
-void SymbolLabel::setSymbol(const Symbol &newSymbol)
-{
-    symbol = newSymbol;
-    updateGeometry();
-    update();
-}
-
 void SymbolLabel::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter{this};

@@ -18,14 +18,13 @@ public:
     SymbolLabel(Symbol symbol, ColorRole color, QWidget *parent = nullptr);
     ~SymbolLabel() override = default;
 
-    void setSymbol(const Symbol &newSymbol);
     QSize sizeHint() const override { return {symbol.extent(), symbol.extent()}; }
 
 protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    Symbol symbol;
+    const Symbol symbol;
     const ColorRole color;
 };
 

@@ -32,7 +32,7 @@ QFont titleFont()
 
 DisclosureHeader::DisclosureHeader(QString icon, const QString &title, bool initiallyExpanded,
                                    QWidget *parent)
-    : QAbstractButton{parent},
+    : PaintedButton{parent},
       iconName{std::move(icon)},
       expanded{initiallyExpanded}
 {
@@ -71,7 +71,7 @@ void DisclosureHeader::paintEvent(QPaintEvent * /*event*/)
     const Symbol chevron{expanded ? u"chevron.up"_s : u"chevron.down"_s, chevronSize};
     chevron.draw(painter, QRectF{width() - chevron.extent() * 1.0, 0, chevron.extent() * 1.0, height() * 1.0},
                  color);
-    if (hasFocus()) {
+    if (showsFocus()) {
         drawFocusRing(painter, roundedRect(insideLine(rect(), 1), 6));
     }
 }

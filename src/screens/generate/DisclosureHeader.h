@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QAbstractButton>
+#include "screens/common/PaintedButton.h"
 
 namespace quilmora
 {
 
 /// A row that opens and closes what lies below it, wherever on it the user clicks.
-class DisclosureHeader final : public QAbstractButton
+class DisclosureHeader final : public PaintedButton
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(DisclosureHeader)
@@ -15,7 +15,6 @@ public:
     DisclosureHeader(QString iconName, const QString &title, bool expanded, QWidget *parent = nullptr);
     ~DisclosureHeader() override = default;
 
-    bool isExpanded() const { return expanded; }
     QSize sizeHint() const override;
 
 Q_SIGNALS:

@@ -21,7 +21,7 @@ constexpr double disabledOpacity = 0.5;
 
 } // namespace
 
-GenerateButton::GenerateButton(QWidget *parent) : QAbstractButton{parent}
+GenerateButton::GenerateButton(QWidget *parent) : PaintedButton{parent}
 {
     setText(u"开始生成封面"_s);
     setAccessibleName(text());
@@ -46,7 +46,7 @@ void GenerateButton::paintEvent(QPaintEvent * /*event*/)
     if (isDown()) {
         painter.fillPath(outline, themeColor(ColorRole::controlPressed));
     }
-    if (hasFocus()) {
+    if (showsFocus()) {
         drawFocusRing(painter, outline, ColorRole::onAccent);
     }
     painter.setFont(font());

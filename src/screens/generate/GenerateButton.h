@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QAbstractButton>
+#include "screens/common/PaintedButton.h"
 
 namespace quilmora
 {
 
 /// The wide button that starts a generation.
-class GenerateButton final : public QAbstractButton
+class GenerateButton final : public PaintedButton
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(GenerateButton)

@@ -22,7 +22,7 @@ constexpr int spacing = 6;
 } // namespace
 
 UploadFace::UploadFace(const QString &accessibleName, const QString &iconName, QWidget *parent)
-    : QAbstractButton{parent},
+    : PaintedButton{parent},
       symbol{iconName, 22},
       picture{cornerRadius}
 {
@@ -53,7 +53,7 @@ void UploadFace::paintEvent(QPaintEvent * /*event*/)
     } else {
         paintPicture(painter);
     }
-    if (hasFocus()) {
+    if (showsFocus()) {
         drawFocusRing(painter, roundedRect(insideLine(rect(), 1), cornerRadius));
     }
 }

@@ -1,15 +1,14 @@
 #pragma once
 
+#include "screens/common/PaintedButton.h"
 #include "screens/common/ScaledPicture.h"
 #include "screens/common/Symbol.h"
-
-#include <QAbstractButton>
 
 namespace quilmora
 {
 
 /// The button of an upload card: an invitation to pick a picture, or the picture.
-class UploadFace final : public QAbstractButton
+class UploadFace final : public PaintedButton
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(UploadFace)

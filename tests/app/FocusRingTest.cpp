@@ -1,0 +1,230 @@
+#include "app/NavTabButton.h"
+#include "screens/common/ActionButton.h"
+#include "screens/common/GradientButton.h"
+#include "screens/common/PaintedButton.h"
+#include "screens/generate/DisclosureHeader.h"
+#include "screens/generate/EmotionChip.h"
+#include "screens/generate/GenerateButton.h"
+#include "screens/generate/SizeCard.h"
+#include "screens/generate/UploadFace.h"
+#include "support/SamplePictures.h"
+#include "support/ScreenCapture.h"
+#include "support/ScreenTest.h"
+
+#include <QLineEdit>
+#include <QVBoxLayout>
+#include <QWindow>
+
+#include <functional>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+using namespace quilmora;
+using namespace quilmora::test;
+
+namespace
+{
+
+using Make = std::function<PaintedButton *(QWidget *)>;
+
+Make action(ActionButton::Kind kind)
+{
+    return [kind](QWidget *parent) {
+        return new ActionButton{u"xmark.circle"_s, u"移除"_s, {kind, 13, QFont::Normal, 6, {12, 6}}, parent};
+    };
+}
+
+Make upload(const QImage &picture)
+{
+    return [picture](QWidget *parent) {
+        auto *face = new UploadFace{u"人脸形象（必填）"_s, u"square.and.arrow.up"_s, parent};
+        face->setImage(picture);
+        return face;
+    };
+}
+
+template <typename Option, typename Value>
+Make option(const Value &value, bool checked)
+{
+    return [value, checked](QWidget *parent) {
+        auto *button = new Option{value, parent};
+        button->setChecked(checked);
+        return button;
+    };
+}
+
+/// How many pixels differ in a band along the edges, and how many further inside. The outermost pixels do not
+/// count: there any second drawing of the same outline shows a little.
+struct Difference {
+    int atTheEdge = 0;
+    int inside = 0;
+};
+
+Difference difference(const QImage &first, const QImage &second)
+{
+    const QRect outer = first.rect().adjusted(1, 1, -1, -1);
+    const QRect inner = first.rect().adjusted(4, 4, -4, -4);
+    Difference found;
+    for (int y = outer.top(); y <= outer.bottom(); ++y) {
+        for (int x = outer.left(); x <= outer.right(); ++x) {
+            if (!screenCapture::isClose(first.pixelColor(x, y), second.pixelColor(x, y), 24)) {
+                ++(inner.contains(x, y) ? found.inside : found.atTheEdge);
+            }
+        }
+    }
+    return found;
+}
+
+} // namespace
+
+/// How every button that takes the keyboard focus shows it.
+class FocusRingTest final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup() { window.reset(); }
+    void theFocusShowsAlongTheEdge_data() { addButtons(); }
+    void theFocusShowsAlongTheEdge();
+    void aClickLeavesNoRing_data() { addButtons(); }
+    void aClickLeavesNoRing();
+    void focusFromTheProgramShowsAfterAKeyOnly_data() { addButtons(); }
+    void focusFromTheProgramShowsAfterAKeyOnly();
+    void aWindowThatComesBackShowsTheFocusAsTheUserWorks();
+
+private:
+    static void addButtons();
+    PaintedButton *make();
+
+    std::unique_ptr<QWidget> window;
+    QLineEdit *other = nullptr;
+};
+
+void FocusRingTest::init()
+{
+    window = std::make_unique<QWidget>();
+    auto *column = new QVBoxLayout{window.get()};
+    other = new QLineEdit{window.get()};
+    column->addWidget(other);
+    column->addStretch();
+    showWindow(*window, {500, 400});
+}
+
+void FocusRingTest::addButtons()
+{
+    QTest::addColumn<Make>("build");
+    QTest::newRow("bordered") << action(ActionButton::Kind::bordered);
+    QTest::newRow("prominent") << action(ActionButton::Kind::prominent);
+    QTest::newRow("plain red") << action(ActionButton::Kind::plainRed);
+    QTest::newRow("gradient") << Make{[](QWidget *parent) {
+        return new GradientButton{u"arrow.counterclockwise"_s, u"返回表单"_s, 0.25, parent};
+    }};
+    QTest::newRow("disclosure") << Make{[](QWidget *parent) {
+        return new DisclosureHeader{u"gearshape"_s, u"高级选项"_s, true, parent};
+    }};
+    QTest::newRow("generate") << Make{[](QWidget *parent) {
+        return new GenerateButton{parent};
+    }};
+    QTest::newRow("upload, empty") << upload({});
+    QTest::newRow("upload, narrow picture") << upload(samplePictures::picture({60, 80}));
+    QTest::newRow("upload, wide picture") << upload(samplePictures::picture({800, 140}));
+    for (const bool checked : {true, false}) {
+        const char *state = checked ? "checked" : "not checked";
+        QTest::addRow("size card, %s", state) << option<SizeCard>(CoverSize::presets().first(), checked);
+        QTest::addRow("expression chip, %s", state) << option<EmotionChip>(u"震惊"_s, checked);
+        QTest::addRow("tab, %s", state)
+            << option<NavTabButton>(NavigationTab{NavigationTab::settings}, checked);
+    }
+}
+
+PaintedButton *FocusRingTest::make()
+{
+    QFETCH(const Make, build);
+    PaintedButton *button = build(window.get());
+    window->layout()->addWidget(button);
+    // Hovering looks otherwise.
+    QTest::mouseMove(window->windowHandle(), {1, 1});
+    QCoreApplication::processEvents();
+    return button;
+}
+
+void FocusRingTest::theFocusShowsAlongTheEdge()
+{
+    PaintedButton *button = make();
+    QVERIFY(QTest::qWaitFor([button] { return button->isVisible(); }));
+    other->setFocus();
+    const QImage without = screenCapture::capture(button);
+    for (const auto reason : {Qt::TabFocusReason, Qt::BacktabFocusReason}) {
+        button->setFocus(reason);
+        QVERIFY(button->showsFocus());
+        const Difference shown = difference(without, screenCapture::capture(button));
+        QVERIFY2(shown.atTheEdge > button->width() && shown.inside < shown.atTheEdge / 2,
+                 qPrintable(u"%1 at the edge, %2 inside"_s.arg(shown.atTheEdge).arg(shown.inside)));
+        other->setFocus();
+        QVERIFY(!button->showsFocus());
+        QCOMPARE(screenCapture::capture(button), without);
+    }
+}
+
+void FocusRingTest::aClickLeavesNoRing()
+{
+    PaintedButton *button = make();
+    button->setCheckable(false);
+    // As the tabs and options are when they are not checked.
+    button->setFocusPolicy(Qt::StrongFocus);
+    other->setFocus();
+    QTest::keyClick(other, Qt::Key_A);
+    QTest::mousePress(button, Qt::LeftButton);
+    QVERIFY(button->hasFocus());
+    QVERIFY(!button->showsFocus());
+    QTest::mouseRelease(button, Qt::LeftButton);
+    button->clearFocus();
+    const QImage without = screenCapture::capture(button);
+    button->setFocus(Qt::MouseFocusReason);
+    QCOMPARE(screenCapture::capture(button), without);
+}
+
+void FocusRingTest::focusFromTheProgramShowsAfterAKeyOnly()
+{
+    PaintedButton *button = make();
+    click(other);
+    button->setFocus(Qt::OtherFocusReason);
+    QVERIFY(button->hasFocus());
+    QVERIFY(!button->showsFocus());
+    click(other);
+    QTest::keyClick(other, Qt::Key_A);
+    button->setFocus(Qt::OtherFocusReason);
+    QVERIFY(button->showsFocus());
+}
+
+void FocusRingTest::aWindowThatComesBackShowsTheFocusAsTheUserWorks()
+{
+    auto *button = new GenerateButton{window.get()};
+    window->layout()->addWidget(button);
+    QCoreApplication::processEvents();
+    QWidget second;
+    for (const bool byKeyboard : {false, true}) {
+        click(button);
+        QVERIFY(!button->showsFocus());
+        showWindow(second, {100, 100});
+        if (byKeyboard) {
+            QTest::keyClick(&second, Qt::Key_A);
+        } else {
+            click(&second);
+        }
+        second.hide();
+        window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(window.get()));
+        QTRY_VERIFY(button->hasFocus());
+        QCOMPARE(button->showsFocus(), byKeyboard);
+        other->setFocus();
+    }
+}
+
+int main(int argc, char *argv[])
+{
+    return runScreenTest<FocusRingTest>(argc, argv);
+}
+
+#include "FocusRingTest.moc"
