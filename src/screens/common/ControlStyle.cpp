@@ -1,5 +1,6 @@
 #include "screens/common/ControlStyle.h"
 
+#include "screens/common/FieldFrame.h"
 #include "screens/common/FocusRing.h"
 #include "screens/common/Shapes.h"
 #include "screens/common/Theme.h"
@@ -7,6 +8,8 @@
 #include <QPainter>
 #include <QStyleFactory>
 #include <QStyleOption>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -18,19 +21,6 @@ namespace
 constexpr double cornerRadius = 6;
 constexpr int scrollBarExtent = 12;
 constexpr double scrollThumbMargin = 3;
-
-void drawField(QPainter &painter, const QRect &bounds, QStyle::State state)
-{
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    const QPainterPath outline = continuousRoundedRect(insideLine(bounds, 1), cornerRadius);
-    painter.fillPath(outline, themeColor(ColorRole::textBackground));
-    painter.strokePath(outline, QPen{themeColor(ColorRole::controlBorder), 1});
-    if (state.testFlag(QStyle::State_HasFocus)) {
-        drawFocusRing(painter, outline);
-    }
-    painter.restore();
-}
 
 void drawPushButton(QPainter &painter, const QStyleOptionButton &option)
 {
@@ -73,7 +63,7 @@ void ControlStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *o
     case PE_PanelLineEdit:
         if (const auto *frame = qstyleoption_cast<const QStyleOptionFrame *>(option);
             frame == nullptr || frame->lineWidth > 0) {
-            drawField(*painter, option->rect, option->state);
+            drawFieldFrame(*painter, option->rect, option->state.testFlag(State_HasFocus));
             return;
         }
         break;

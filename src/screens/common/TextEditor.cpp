@@ -1,9 +1,7 @@
 #include "screens/common/TextEditor.h"
 
-#include "screens/common/FocusRing.h"
+#include "screens/common/FieldFrame.h"
 #include "screens/common/Fonts.h"
-#include "screens/common/Shapes.h"
-#include "screens/common/Theme.h"
 
 #include <QEvent>
 #include <QPainter>
@@ -13,7 +11,6 @@ namespace quilmora
 namespace
 {
 
-constexpr double cornerRadius = 6;
 constexpr int innerPadding = 4;
 
 } // namespace
@@ -24,9 +21,6 @@ TextEditor::TextEditor(int pixelSize, QWidget *parent) : QPlainTextEdit{parent}
     setFrameShape(QFrame::NoFrame);
     setTabChangesFocus(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    // Never hidden, only without a thumb where nothing scrolls: the toolkit crashes when a screen reader asks
-    // for a bar that has gone since the children were counted.
-    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     document()->setDocumentMargin(0);
     setViewportMargins(innerPadding, innerPadding, innerPadding, innerPadding);
     viewport()->setAutoFillBackground(false);
@@ -62,13 +56,7 @@ bool TextEditor::viewportEvent(QEvent *event)
 void TextEditor::paintFrame()
 {
     QPainter painter{this};
-    painter.setRenderHint(QPainter::Antialiasing);
-    const QPainterPath outline = continuousRoundedRect(insideLine(rect(), 1), cornerRadius);
-    painter.fillPath(outline, themeColor(ColorRole::textBackground));
-    painter.strokePath(outline, QPen{themeColor(ColorRole::controlBorder), 1});
-    if (hasFocus()) {
-        drawFocusRing(painter, outline);
-    }
+    drawFieldFrame(painter, rect(), hasFocus());
 }
 
 } // namespace quilmora
