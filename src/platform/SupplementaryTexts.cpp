@@ -16,6 +16,11 @@ struct Entry {
 };
 
 constexpr std::array entries{
+    Entry{"QAbstractFileIconProvider", "Alias", u"替身"},
+    Entry{"QAbstractFileIconProvider", "Drive", u"驱动器"},
+    Entry{"QAbstractFileIconProvider", "Folder", u"文件夹"},
+    Entry{"QAbstractFileIconProvider", "Shortcut", u"快捷方式"},
+    Entry{"QAbstractFileIconProvider", "Unknown", u"未知"},
     Entry{"QFile", "Cannot create %1 for output: %2", u"无法创建 %1 进行输出：%2"},
     Entry{"QFile", "Failure to write block: %1", u"写入块失败：%1"},
     Entry{"QHttp", "Data downloaded is too large to store", u"下载的数据太大，无法保存"},

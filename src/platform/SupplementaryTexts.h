@@ -5,7 +5,8 @@
 namespace quilmora
 {
 
-/// Chinese for those of the platform's error messages that its own catalogue leaves in English.
+/// Chinese for those of the platform's error messages and panel texts that its own catalogue leaves in
+/// English.
 class SupplementaryTexts final : public QTranslator
 {
     Q_OBJECT

@@ -70,6 +70,9 @@ void ChineseCatalogueTest::platformTextsAreChinese_data()
     row("QHttp", "Unsupported content encoding: %1");
     row("QSslSocket", "Attempted to use an unsupported protocol.");
     row("QFile", "Cannot create %1 for output: %2");
+    for (const char *kind : {"Alias", "Drive", "Folder", "Shortcut", "Unknown"}) {
+        row("QAbstractFileIconProvider", kind);
+    }
 }
 
 void ChineseCatalogueTest::platformTextsAreChinese()

@@ -4,8 +4,12 @@
 #include "support/SamplePictures.h"
 #include "support/ScreenTest.h"
 
+#include <QAbstractButton>
 #include <QFileDialog>
+#include <QFileSystemModel>
 #include <QLineEdit>
+#include <QMessageBox>
+#include <QPointer>
 #include <QTimer>
 
 #include <memory>
@@ -25,11 +29,21 @@ private Q_SLOTS:
     void cancellingGivesNothing();
     void theSavePanelProposesTheNameAndAddsTheEnding();
     void theEndingIsNotAddedTwice();
+    void aFileThatTheAddedEndingNamesIsAskedAbout_data();
+    void aFileThatTheAddedEndingNamesIsAskedAbout();
+    void anAskerThatGoesGetsNoAnswer_data();
+    void anAskerThatGoesGetsNoAnswer();
+    void anAskerThatGoesDuringTheQuestionGetsNoAnswer();
+    void kindsOfFilesAreNamedInChinese();
     void panelsOpenWhereTheLastOneWasClosed();
 
 private:
     /// While the next panel is open, calls `act` with it.
-    void withPanel(const std::function<void(QFileDialog &)> &act);
+    void withPanel(const std::function<void(QFileDialog &)> &act) { whenOpen<QFileDialog>(act); }
+    /// The same with the question that may come behind it.
+    void withQuestion(const std::function<void(QMessageBox &)> &act) { whenOpen<QMessageBox>(act); }
+    template <typename Dialog>
+    void whenOpen(const std::function<void(Dialog &)> &act);
     static void enter(QFileDialog &panel, const QString &name);
 
     std::unique_ptr<TemporaryHome> home;
@@ -45,14 +59,16 @@ void SystemFilePanelsTest::init()
     showWindow(*window, {1000, 700});
 }
 
-void SystemFilePanelsTest::withPanel(const std::function<void(QFileDialog &)> &act)
+template <typename Dialog>
+void SystemFilePanelsTest::whenOpen(const std::function<void(Dialog &)> &act)
 {
-    auto *clock = new QTimer{window.get()};
-    connect(clock, &QTimer::timeout, window.get(), [this, clock, act] {
-        if (auto *panel = qobject_cast<QFileDialog *>(QApplication::activeModalWidget())) {
+    auto *clock = new QTimer{this};
+    connect(clock, &QTimer::timeout, this, [this, clock, act] {
+        if (auto *dialog = qobject_cast<Dialog *>(QApplication::activeModalWidget())) {
             clock->stop();
+            clock->deleteLater();
             ++panelsSeen;
-            act(*panel);
+            act(*dialog);
         }
     });
     clock->start(0);
@@ -117,6 +133,121 @@ void SystemFilePanelsTest::theEndingIsNotAddedTwice()
     SystemFilePanels panels;
     withPanel([&](QFileDialog &panel) { enter(panel, home->path(u"A.PNG"_s)); });
     QCOMPARE(panels.chooseCoverDestination(window.get(), u"x.png"_s), home->path(u"A.PNG"_s));
+}
+
+void SystemFilePanelsTest::aFileThatTheAddedEndingNamesIsAskedAbout_data()
+{
+    QTest::addColumn<QString>("answer");
+    QTest::addColumn<bool>("replaces");
+    QTest::newRow("replace") << u"替换"_s << true;
+    QTest::newRow("cancel") << u"取消"_s << false;
+    QTest::newRow("escape") << QString{} << false;
+}
+
+void SystemFilePanelsTest::aFileThatTheAddedEndingNamesIsAskedAbout()
+{
+    QFETCH(const QString, answer);
+    QFETCH(const bool, replaces);
+    const QString existing = samplePictures::write(home->path(u"<b>封面.jpg.png"_s), "former");
+    SystemFilePanels panels;
+    QString text;
+    Qt::TextFormat format = Qt::AutoText;
+    withPanel([&](QFileDialog &panel) {
+        enter(panel, home->path(u"<b>封面.jpg"_s));
+        withQuestion([&](QMessageBox &question) {
+            text = question.text();
+            format = question.textFormat();
+            if (answer.isEmpty()) {
+                QTest::keyClick(&question, Qt::Key_Escape);
+            }
+            for (QAbstractButton *button : question.buttons()) {
+                if (button->text() == answer) {
+                    click(button);
+                }
+            }
+        });
+    });
+    QCOMPARE(panels.chooseCoverDestination(window.get(), u"x.png"_s),
+             replaces ? std::optional{existing} : std::nullopt);
+    QCOMPARE(panelsSeen, 2);
+    QCOMPARE(text, u"“<b>封面.jpg.png”已存在。要替换它吗？"_s);
+    QCOMPARE(format, Qt::PlainText);
+}
+
+void SystemFilePanelsTest::anAskerThatGoesGetsNoAnswer_data()
+{
+    QTest::addColumn<bool>("withWindow");
+    QTest::addColumn<bool>("toSave");
+    for (const bool toSave : {false, true}) {
+        QTest::addRow("%s, asker", toSave ? "save" : "open") << false << toSave;
+        QTest::addRow("%s, window", toSave ? "save" : "open") << true << toSave;
+    }
+}
+
+void SystemFilePanelsTest::anAskerThatGoesGetsNoAnswer()
+{
+    QFETCH(const bool, withWindow);
+    QFETCH(const bool, toSave);
+    samplePictures::write(home->path(u"a.png"_s), samplePictures::png(samplePictures::picture({8, 8})));
+    QPointer<QWidget> asker = new QWidget{window.get()};
+    SystemFilePanels panels;
+    withPanel([&](QFileDialog &panel) {
+        panel.selectFile(home->path(u"a.png"_s));
+        if (withWindow) {
+            window.reset();
+        } else {
+            delete asker;
+        }
+    });
+    const auto path =
+        toSave ? panels.chooseCoverDestination(asker, u"x.png"_s) : panels.chooseReferenceImage(asker);
+    QVERIFY(asker.isNull());
+    QVERIFY(!path.has_value());
+    QCOMPARE(panelsSeen, 1);
+    QVERIFY(QApplication::activeModalWidget() == nullptr);
+}
+
+void SystemFilePanelsTest::anAskerThatGoesDuringTheQuestionGetsNoAnswer()
+{
+    samplePictures::write(home->path(u"a.jpg.png"_s), "former");
+    SystemFilePanels panels;
+    for (const bool withWindow : {false, true}) {
+        QPointer<QWidget> asker = new QWidget{window.get()};
+        withPanel([&](QFileDialog &panel) {
+            enter(panel, home->path(u"a.jpg"_s));
+            withQuestion([&](QMessageBox &) {
+                if (withWindow) {
+                    window.reset();
+                } else {
+                    delete asker;
+                }
+            });
+        });
+        QVERIFY(!panels.chooseCoverDestination(asker, u"x.png"_s).has_value());
+        QVERIFY(asker.isNull());
+    }
+    QCOMPARE(panelsSeen, 4);
+}
+
+void SystemFilePanelsTest::kindsOfFilesAreNamedInChinese()
+{
+    const QStringList names{u"a.png"_s, u"a.JPG"_s, u"a.jpe"_s, u"a.txt"_s, u"a"_s, u"folder"_s};
+    for (const QString &name : names) {
+        samplePictures::write(home->path(name + (name == u"folder"_s ? u"/a.png"_s : QString{})), "content");
+    }
+    SystemFilePanels panels;
+    QStringList kinds;
+    withPanel([&](QFileDialog &panel) {
+        panel.setDirectory(home->path());
+        const auto *files = panel.findChild<QFileSystemModel *>();
+        for (const QString &name : names) {
+            kinds.append(files->type(files->index(home->path(name))));
+        }
+        panel.reject();
+    });
+    QVERIFY(!panels.chooseReferenceImage(window.get()).has_value());
+    QCOMPARE(kinds, (QStringList{u"PNG 图片"_s, u"JPEG 图片"_s, u"JPEG 图片"_s, u"TXT 文件"_s, u"文件"_s,
+                                 u"文件夹"_s}));
 }
 
 void SystemFilePanelsTest::panelsOpenWhereTheLastOneWasClosed()
