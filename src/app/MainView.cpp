@@ -4,6 +4,7 @@
 #include "screens/common/Divider.h"
 #include "screens/common/Theme.h"
 
+#include <QEvent>
 #include <QPainter>
 #include <QVBoxLayout>
 
@@ -49,6 +50,14 @@ void MainView::showScreen()
     delete currentScreen;
     currentScreen = makeScreen(tab, this);
     column->addWidget(currentScreen, 1);
+}
+
+bool MainView::event(QEvent *event)
+{
+    if (event->type() == QEvent::ThemeChange) {
+        Theme::current().followSystem();
+    }
+    return QWidget::event(event);
 }
 
 void MainView::paintEvent(QPaintEvent * /*event*/)

@@ -28,6 +28,7 @@ public:
     NavigationTab selectedTab() const { return tab; }
 
 protected:
+    bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:

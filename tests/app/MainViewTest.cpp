@@ -6,12 +6,8 @@
 #include "support/ScreenCapture.h"
 #include "support/ScreenTest.h"
 
-#include <QAction>
 #include <QLineEdit>
-#include <QMenu>
-#include <QMenuBar>
 #include <QPointer>
-#include <QShortcut>
 #include <QWindow>
 
 #include <memory>
@@ -36,7 +32,6 @@ private Q_SLOTS:
     void arrowKeysChangeTheTab();
     void theScreenTakesAllTheRoomThereIs();
     void theBarIsLaidOutAsDrawn();
-    void nothingOpensASecondWindow();
 
 private:
     NavTabButton *button(const QString &title) { return accessible::find<NavTabButton>(window.get(), title); }
@@ -177,24 +172,6 @@ void MainViewTest::theBarIsLaidOutAsDrawn()
     QVERIFY(std::abs(left - right) <= 1);
     const QImage whole = screenCapture::capture(window.get());
     QCOMPARE(screenCapture::colorAt(whole, {500, 3}), QColor(0xECECECU));
-}
-
-void MainViewTest::nothingOpensASecondWindow()
-{
-    QVERIFY(window->findChildren<QMenuBar *>().isEmpty());
-    QVERIFY(window->findChildren<QMenu *>().isEmpty());
-    for (const auto *action : window->findChildren<QAction *>()) {
-        QVERIFY(!action->shortcuts().contains(QKeySequence{QKeySequence::New}));
-    }
-    for (const auto *shortcut : window->findChildren<QShortcut *>()) {
-        QVERIFY(shortcut->key() != QKeySequence{QKeySequence::New});
-    }
-    QTest::keySequence(window.get(), QKeySequence{QKeySequence::New});
-    int windows = 0;
-    for (const QWidget *top : QApplication::topLevelWidgets()) {
-        windows += top->isVisible() ? 1 : 0;
-    }
-    QCOMPARE(windows, 1);
 }
 
 int main(int argc, char *argv[])

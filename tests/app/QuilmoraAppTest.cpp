@@ -3,15 +3,24 @@
 #include "app/MainView.h"
 #include "app/NavTabButton.h"
 #include "screens/help/HelpContents.h"
+#include "screens/common/ControlStyle.h"
+#include "screens/common/TextLabel.h"
+#include "screens/common/Theme.h"
 #include "support/AccessibleFinder.h"
+#include "support/ScreenCapture.h"
 #include "support/ScreenTest.h"
 
 #include <QAbstractEventDispatcher>
 #include <QClipboard>
+#include <QAction>
 #include <QFile>
 #include <QLineEdit>
+#include <QProxyStyle>
 #include <QShortcut>
 #include <QStyleHints>
+#include <QWindow>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace quilmora;
@@ -67,6 +76,21 @@ QStringList timerOwners(QObject *root)
     return owners;
 }
 
+/// Stands for a desktop that is light or dark: gives the application's own style the desktop's window colour.
+class DesktopStyle final : public QProxyStyle
+{
+public:
+    explicit DesktopStyle(bool isDark) : QProxyStyle{new ControlStyle}, dark{isDark} {}
+    void polish(QPalette &palette) override
+    {
+        palette.setColor(QPalette::Window, dark ? Qt::black : Qt::white);
+    }
+    using QProxyStyle::polish;
+
+private:
+    const bool dark;
+};
+
 } // namespace
 
 /// The application as main() starts it. Its steps build on each other.
@@ -85,10 +109,12 @@ private Q_SLOTS:
     void startingOpensNoDatabaseAndNoWindow();
     void theMainWindowOpensTheDatabase();
     void theWindowIsUsableAtOnce();
+    void nothingOpensASecondWindow();
     void systemTextsAreChinese();
     void aVisitToAnotherTabEmptiesTheForm();
     void unsavedSettingsAreGoneAfterAVisitElsewhere();
     void theHelpTabTellsTheVersionAndCopiesAnAddress();
+    void theSchemeOfTheSystemIsFollowedLive();
     void anIdleWindowDoesNothing_data();
     void anIdleWindowDoesNothing();
     void theCloseKeysCloseTheWindow_data();
@@ -135,6 +161,31 @@ void QuilmoraAppTest::theWindowIsUsableAtOnce()
     QVERIFY(field(u"视频封面标题文本"_s) != nullptr);
 }
 
+void QuilmoraAppTest::nothingOpensASecondWindow()
+{
+    const auto visibleWindows = [] {
+        QWidgetList windows = QApplication::topLevelWidgets();
+        windows.removeIf([](const QWidget *window) { return !window->isVisible(); });
+        return windows;
+    };
+    for (const auto key : {Qt::Key_N, Qt::Key_T, Qt::Key_O}) {
+        for (const auto modifiers : {Qt::KeyboardModifiers{Qt::ControlModifier},
+                                     Qt::KeyboardModifiers{Qt::ControlModifier | Qt::ShiftModifier}}) {
+            QTest::keyClick(application.mainWindow(), key, modifiers);
+            QCoreApplication::processEvents();
+            QCOMPARE(visibleWindows(), QWidgetList{application.mainWindow()});
+        }
+    }
+    // No menu and no other command that could.
+    for (const QWidget *widget : QApplication::allWidgets()) {
+        QVERIFY2(!widget->inherits("QMenuBar") && !widget->inherits("QMenu"),
+                 widget->metaObject()->className());
+        for (const auto *action : widget->actions()) {
+            QVERIFY(!action->shortcuts().contains(QKeySequence{Qt::CTRL | Qt::Key_N}));
+        }
+    }
+}
+
 void QuilmoraAppTest::systemTextsAreChinese()
 {
     QFile missing{home.path(u"missing"_s)};
@@ -174,6 +225,35 @@ void QuilmoraAppTest::theHelpTabTellsTheVersionAndCopiesAnAddress()
     // Left while the message is still up.
     select(u"功能设置"_s);
     QVERIFY(accessible::find(application.mainWindow(), u"已复制："_s + contents.email) == nullptr);
+}
+
+void QuilmoraAppTest::theSchemeOfTheSystemIsFollowedLive()
+{
+#ifdef Q_OS_MACOS
+    QSKIP("The system cannot be made dark from here.");
+#endif
+    select(u"功能设置"_s);
+    auto *heading = accessible::find<TextLabel>(application.mainWindow(), u"火山引擎图片生成"_s);
+    if (heading == nullptr) {
+        QFAIL("The settings have no heading");
+    }
+    const auto colours = [this, heading] {
+        const QImage shown = screenCapture::capture(application.mainWindow());
+        return std::pair{screenCapture::colorAt(shown, {500, 3}),
+                         heading->palette().color(QPalette::WindowText).rgba()};
+    };
+    const auto changeSystemTo = [this](bool dark) {
+        QApplication::setStyle(new DesktopStyle{dark});
+        QEvent change{QEvent::ThemeChange};
+        QCoreApplication::sendEvent(application.mainWindow()->windowHandle(), &change);
+    };
+    QCOMPARE(colours(), std::pair(QColor{0xECECECU}, qRgba(0, 0, 0, 217)));
+    changeSystemTo(true);
+    QCOMPARE(Theme::current().scheme(), ColorScheme::dark);
+    QCOMPARE(colours(), std::pair(QColor{0x323232U}, qRgba(255, 255, 255, 217)));
+    changeSystemTo(false);
+    QCOMPARE(Theme::current().scheme(), ColorScheme::light);
+    QCOMPARE(colours(), std::pair(QColor{0xECECECU}, qRgba(0, 0, 0, 217)));
 }
 
 void QuilmoraAppTest::anIdleWindowDoesNothing_data()

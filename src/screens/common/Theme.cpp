@@ -1,6 +1,8 @@
 #include "screens/common/Theme.h"
 
 #include <QApplication>
+#include <QEvent>
+#include <QWidget>
 
 namespace quilmora
 {
@@ -70,6 +72,15 @@ Theme &Theme::current()
 
 Theme::Theme()
 {
+    followSystem();
+}
+
+void Theme::followSystem()
+{
+#ifndef Q_OS_MACOS
+    // Takes back what setScheme() gave, so that the system's own shows.
+    QApplication::setPalette(QPalette{});
+#endif
     const QColor window = QApplication::palette().color(QPalette::Window);
     setScheme(window.lightness() < 128 ? ColorScheme::dark : ColorScheme::light);
 }
@@ -123,6 +134,12 @@ void Theme::setScheme(ColorScheme scheme)
 #ifndef Q_OS_MACOS
     QApplication::setPalette(palette());
 #endif
+    // Some colours are no part of the palette, which may not have changed.
+    for (QWidget *widget : QApplication::allWidgets()) {
+        QEvent change{QEvent::ApplicationPaletteChange};
+        QCoreApplication::sendEvent(widget, &change);
+        widget->update();
+    }
 }
 
 QPalette Theme::palette() const

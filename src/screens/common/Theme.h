@@ -46,7 +46,7 @@ enum class ColorRole {
     toastText,
 };
 
-/// The colours of the application, light or dark as the system has it.
+/// The colours of the application, light or dark as the system has it at the start and whenever it changes.
 class Theme final : public QObject
 {
     Q_OBJECT
@@ -62,6 +62,9 @@ public:
 
     /// Takes over a scheme and gives the application its palette; every window is drawn anew.
     void setScheme(ColorScheme scheme);
+
+    /// Takes over the scheme of the system. To be called when a window is told that it has changed.
+    void followSystem();
 
     /// The gradient of the product from the left to the right edge of `bounds`.
     static QLinearGradient accentGradient(const QRectF &bounds);

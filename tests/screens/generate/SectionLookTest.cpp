@@ -20,7 +20,7 @@ private Q_SLOTS:
     void theResultPictureFitsItsBox();
     void theResultsTitleIsGreenAndTheErrorsRed();
     void theGradientButtonRunsThroughTheThreeColours();
-    void theSchemeIsFollowedLive();
+    void aSchemeThatIsSetRepaintsTheScreen();
 };
 
 void SectionLookTest::theStepDiscsAreGreenWithWhiteNumbers()
@@ -118,7 +118,7 @@ void SectionLookTest::theGradientButtonRunsThroughTheThreeColours()
     QVERIFY(screenCapture::countOf(face, screenCapture::srgb(0.95, 0.3, 0.75), {}, 8) > 5);
 }
 
-void SectionLookTest::theSchemeIsFollowedLive()
+void SectionLookTest::aSchemeThatIsSetRepaintsTheScreen()
 {
     GenerateScreen screen;
     const auto fill = [&screen] {

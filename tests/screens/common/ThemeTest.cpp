@@ -1,0 +1,133 @@
+#include "screens/common/Theme.h"
+
+#include "support/ScreenCapture.h"
+#include "support/ScreenTest.h"
+
+#include <QGradient>
+
+using namespace Qt::StringLiterals;
+using namespace quilmora;
+using namespace quilmora::test;
+
+namespace
+{
+
+/// A colour as it is drawn, with 8 bits each.
+QColor drawn(QRgb color)
+{
+    return QColor::fromRgba(color);
+}
+
+/// Opaque.
+QColor hex(QRgb color)
+{
+    return QColor{color};
+}
+
+QColor grey(int level, double opacity)
+{
+    return QColor{level, level, level, qRound(opacity * 255)};
+}
+
+} // namespace
+
+/// The colours themselves, role by role.
+class ThemeTest final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void cleanup() { Theme::current().setScheme(ColorScheme::light); }
+    void everyRoleHasItsColourInBothSchemes_data();
+    void everyRoleHasItsColourInBothSchemes();
+    void thePaletteOfTheToolkitFollows();
+    void theGradientRunsFromLeftToRight();
+};
+
+void ThemeTest::everyRoleHasItsColourInBothSchemes_data()
+{
+    QTest::addColumn<ColorRole>("role");
+    QTest::addColumn<QColor>("light");
+    QTest::addColumn<QColor>("dark");
+    const auto row = [](const char *name, ColorRole role, const QColor &light, const QColor &dark) {
+        QTest::newRow(name) << role << light << dark;
+    };
+    const auto fixed = [row](const char *name, ColorRole role, const QColor &color) {
+        row(name, role, color, color);
+    };
+    row("window background", ColorRole::windowBackground, hex(0xECECEC), hex(0x323232));
+    row("control background", ColorRole::controlBackground, hex(0xFFFFFF), hex(0x1E1E1E));
+    row("text background", ColorRole::textBackground, hex(0xFFFFFF), hex(0x1E1E1E));
+    row("accent", ColorRole::accent, hex(0x007AFF), hex(0x0A84FF));
+    row("primary text", ColorRole::primaryText, grey(0, 0.85), grey(255, 0.85));
+    row("secondary text", ColorRole::secondaryText, grey(0, 0.58), grey(255, 0.55));
+    row("tertiary text", ColorRole::tertiaryText, grey(0, 0.26), grey(255, 0.25));
+    row("separator", ColorRole::separator, grey(0, 0.10), grey(255, 0.10));
+    row("grey", ColorRole::grey, hex(0x8E8E93), hex(0x98989D));
+    row("red", ColorRole::red, hex(0xFF3B30), hex(0xFF453A));
+    row("green", ColorRole::green, hex(0x28CD41), hex(0x32D74B));
+    row("control border", ColorRole::controlBorder, grey(0, 0.15), grey(255, 0.16));
+    row("control pressed", ColorRole::controlPressed, grey(0, 0.08), grey(255, 0.12));
+    row("hover fill", ColorRole::hoverFill, QColor{0x8E, 0x8E, 0x93, 38}, QColor{0x98, 0x98, 0x9D, 38});
+    row("option border", ColorRole::optionBorder, QColor{0x8E, 0x8E, 0x93, 64}, QColor{0x98, 0x98, 0x9D, 64});
+    fixed("on accent", ColorRole::onAccent, hex(0xFFFFFF));
+    fixed("selected fill", ColorRole::selectedFill, screenCapture::srgb(1.0, 0.78, 0.2));
+    fixed("selected border", ColorRole::selectedBorder, screenCapture::srgb(0.95, 0.7, 0.1));
+    fixed("selected primary text", ColorRole::selectedPrimaryText, screenCapture::srgb(0.2, 0.2, 0.1));
+    fixed("selected secondary text", ColorRole::selectedSecondaryText, screenCapture::srgb(0.3, 0.25, 0.05));
+    fixed("selected chip text", ColorRole::selectedChipText, screenCapture::srgb(0.1, 0.1, 0.1));
+    fixed("step", ColorRole::step, screenCapture::srgb(0.18, 0.72, 0.45));
+    fixed("picture shadow", ColorRole::pictureShadow, screenCapture::srgb(0, 0, 0, 0.1));
+    fixed("gradient button shadow", ColorRole::gradientButtonShadow,
+          screenCapture::srgb(0.45, 0.35, 0.95, 0.25));
+}
+
+void ThemeTest::everyRoleHasItsColourInBothSchemes()
+{
+    QFETCH(const ColorRole, role);
+    QFETCH(const QColor, light);
+    QFETCH(const QColor, dark);
+    QCOMPARE(drawn(themeColor(role).rgba()), light);
+    Theme::current().setScheme(ColorScheme::dark);
+    QCOMPARE(drawn(themeColor(role).rgba()), dark);
+}
+
+void ThemeTest::thePaletteOfTheToolkitFollows()
+{
+#ifdef Q_OS_MACOS
+    QSKIP("The system's own palette is used here.");
+#endif
+    for (const auto scheme : {ColorScheme::dark, ColorScheme::light}) {
+        Theme::current().setScheme(scheme);
+        const QPalette palette = QApplication::palette();
+        QCOMPARE(palette.color(QPalette::Window), themeColor(ColorRole::windowBackground));
+        QCOMPARE(palette.color(QPalette::Base), themeColor(ColorRole::textBackground));
+        QCOMPARE(palette.color(QPalette::Text), themeColor(ColorRole::primaryText));
+        QCOMPARE(palette.color(QPalette::Disabled, QPalette::ButtonText),
+                 themeColor(ColorRole::tertiaryText));
+        QCOMPARE(palette.color(QPalette::PlaceholderText), themeColor(ColorRole::tertiaryText));
+        QCOMPARE(palette.color(QPalette::Highlight), themeColor(ColorRole::accent));
+    }
+}
+
+void ThemeTest::theGradientRunsFromLeftToRight()
+{
+    const QLinearGradient gradient = Theme::accentGradient({10, 20, 300, 40});
+    QCOMPARE(gradient.start(), QPointF(10, 20));
+    QCOMPARE(gradient.finalStop(), QPointF(310, 20));
+    const QGradientStops stops = gradient.stops();
+    QCOMPARE(stops.size(), 3);
+    const QList<QColor> expected{screenCapture::srgb(0.1, 0.8, 0.85), screenCapture::srgb(0.45, 0.35, 0.95),
+                                 screenCapture::srgb(0.95, 0.3, 0.75)};
+    for (int i = 0; i < 3; ++i) {
+        QCOMPARE(stops.at(i).first, i / 2.0);
+        QCOMPARE(drawn(stops.at(i).second.rgba()), expected.at(i));
+    }
+}
+
+int main(int argc, char *argv[])
+{
+    return runScreenTest<ThemeTest>(argc, argv);
+}
+
+#include "ThemeTest.moc"
