@@ -23,6 +23,12 @@ constexpr int panelWidth = 260;
 constexpr int logoSide = 56;
 constexpr double cornerRadius = 12;
 
+/// Whether the corners are cut off the window: on X11 translucent ones need a compositor.
+bool cutsItsShape()
+{
+    return QGuiApplication::platformName() == u"xcb"_s;
+}
+
 TextLabel *centredLabel(const QString &text, TextLabel::Style style, QWidget *parent)
 {
     auto *label = new TextLabel{text, style, parent};
@@ -38,6 +44,7 @@ AlertPanel::AlertPanel(const QString &title, const QString &message, const QStri
     : QDialog{parent, Qt::Sheet | Qt::FramelessWindowHint}
 {
     setAttribute(Qt::WA_DeleteOnClose);
+    setAttribute(Qt::WA_TranslucentBackground, !cutsItsShape());
     setWindowModality(Qt::WindowModal);
     setWindowTitle(title);
     setAccessibleName(title);
@@ -67,8 +74,7 @@ void AlertPanel::showEvent(QShowEvent *event)
     const QWidget *window = parentWidget()->window();
     const QRect place = window->frameGeometry();
     move(place.center().x() - width() / 2, place.y() + place.height() / 3 - height() / 3);
-    if (QGuiApplication::platformName() == u"xcb"_s) {
-        // Translucent corners need a compositor there; a cut shape does not.
+    if (cutsItsShape()) {
         QBitmap shape{size()};
         shape.clear();
         QPainter painter{&shape};
@@ -92,7 +98,12 @@ void AlertPanel::paintEvent(QPaintEvent * /*event*/)
     QPainter painter{this};
     painter.setRenderHint(QPainter::Antialiasing);
     const QPainterPath outline = roundedRect(insideLine(rect(), 1), cornerRadius - 0.5);
-    painter.fillRect(rect(), themeColor(ColorRole::windowBackground));
+    const QColor ground = themeColor(ColorRole::windowBackground);
+    if (cutsItsShape()) {
+        painter.fillRect(rect(), ground);
+    } else {
+        painter.fillPath(outline, ground);
+    }
     painter.strokePath(outline, QPen{themeColor(ColorRole::controlBorder), 1});
 }
 

@@ -1,9 +1,11 @@
 #include "screens/common/Shadow.h"
 
+#include <QHashFunctions>
 #include <QImage>
 #include <QPainter>
 #include <QPixmapCache>
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -76,6 +78,21 @@ QPixmap blurredShape(const Shadow &shadow, const QPainterPath &shape, double rat
     return QPixmap::fromImage(tinted);
 }
 
+/// The same for equal shapes wherever they lie, and different for others.
+size_t shapeHash(const QPainterPath &shape)
+{
+    constexpr double stepsPerUnit = 64;
+    const QPointF corner = shape.boundingRect().topLeft();
+    size_t hash = 0;
+    for (int i = 0; i < shape.elementCount(); ++i) {
+        const QPainterPath::Element element = shape.elementAt(i);
+        hash =
+            qHashMulti(hash, static_cast<int>(element.type), qRound((element.x - corner.x()) * stepsPerUnit),
+                       qRound((element.y - corner.y()) * stepsPerUnit));
+    }
+    return hash;
+}
+
 } // namespace
 
 int Shadow::reach() const
@@ -91,7 +108,7 @@ void Shadow::draw(QPainter &painter, const QPainterPath &shape) const
                             .arg(blurRadius)
                             .arg(bounds.width())
                             .arg(bounds.height())
-                            .arg(shape.elementCount())
+                            .arg(shapeHash(shape), 0, 16)
                             .arg(ratio);
     QPixmap blurred;
     if (!QPixmapCache::find(key, &blurred)) {

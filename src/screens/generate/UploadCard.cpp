@@ -23,7 +23,9 @@ constexpr double maximumMegabytes = 10.0;
 /// Why the file's attributes cannot be read; nothing when they can.
 std::optional<QString> attributesError(const QString &path)
 {
-    if (QFileInfo::exists(path)) {
+    // A link that leads nowhere has attributes of its own; it is the picture that cannot be read then.
+    const QFileInfo info{path};
+    if (info.exists() || info.isSymLink()) {
         return std::nullopt;
     }
     // Attributes are read without a reason for failing; opening gives it.

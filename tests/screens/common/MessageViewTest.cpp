@@ -6,6 +6,7 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QLineEdit>
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QVBoxLayout>
@@ -26,6 +27,7 @@ private Q_SLOTS:
     void aShortMessageIsItsOwnNameAndNeverScrolls();
     void theHeightFollowsTheWidth();
     void aLongMessageScrollsInsideAFrame();
+    void manyShortLinesScrollByKeyboard();
     void linesStandInTheMiddle();
     void markupAndAmpersandsAreText();
     void theKeyboardCopiesThePartThatIsSelected();
@@ -99,6 +101,25 @@ void MessageViewTest::aLongMessageScrollsInsideAFrame()
     view->setFocus(Qt::TabFocusReason);
     QTest::keyClick(view, Qt::Key_PageDown);
     QVERIFY(view->verticalScrollBar()->value() > 0);
+}
+
+void MessageViewTest::manyShortLinesScrollByKeyboard()
+{
+    const QString message = u"一行\n"_s.repeated(39) + u"一行"_s;
+    MessageView *view = show(message);
+    QVERIFY(accessible::find<MessageView>(window.get(), message) == view);
+    QCOMPARE(view->height(), 320);
+    QTRY_VERIFY(view->verticalScrollBar()->maximum() > 0);
+    QTRY_COMPARE(view->focusPolicy(), Qt::StrongFocus);
+    auto *other = new QLineEdit{window.get()};
+    other->show();
+    other->setFocus();
+    QTest::keyClick(other, Qt::Key_Tab);
+    QVERIFY(view->hasFocus());
+    QTest::keyClick(view, Qt::Key_PageDown);
+    QVERIFY(view->verticalScrollBar()->value() > 0);
+    QTest::keyClick(view, Qt::Key_Home);
+    QCOMPARE(view->verticalScrollBar()->value(), 0);
 }
 
 void MessageViewTest::linesStandInTheMiddle()

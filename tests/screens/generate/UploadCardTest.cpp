@@ -47,6 +47,8 @@ private Q_SLOTS:
     void aFileThatIsNoPictureEmptiesTheCardWithoutAMessage();
     void aFileThatDisappearsIsReportedInChinese();
     void aFolderEmptiesTheCardWithoutAMessage();
+    void aLinkThatLeadsNowhereEmptiesTheCardWithoutAMessage();
+    void aLinkToAPictureIsFollowed();
     void theFaceIsNamedAfterTheCard();
     void theSpaceKeyOpensThePanel();
     void aCardThatGoesWhileThePanelIsOpenLoadsNothing();
@@ -197,6 +199,28 @@ void UploadCardTest::aFolderEmptiesTheCardWithoutAMessage()
     pick(home.path());
     QVERIFY(card->image().isNull());
     QVERIFY(otherTexts().isEmpty());
+}
+
+void UploadCardTest::aLinkThatLeadsNowhereEmptiesTheCardWithoutAMessage()
+{
+    pick(file(u"a.png"_s, samplePictures::png(samplePictures::picture({60, 40}))));
+    const QString link = home.path(u"dangling.png"_s);
+    QVERIFY(QFile::link(home.path(u"missing.png"_s), link));
+    pick(link);
+    QVERIFY(card->image().isNull());
+    QVERIFY(otherTexts().isEmpty());
+}
+
+void UploadCardTest::aLinkToAPictureIsFollowed()
+{
+    const QString link = home.path(u"link.png"_s);
+    QVERIFY(QFile::link(file(u"a.png"_s, samplePictures::png(samplePictures::picture({60, 40}))), link));
+    pick(link);
+    QCOMPARE(card->image().size(), QSize(60, 40));
+    const QString large = home.path(u"link to large.png"_s);
+    QVERIFY(QFile::link(file(u"large.png"_s, samplePictures::pngOfSize(15 * megabyte)), large));
+    pick(large);
+    QCOMPARE(otherTexts(), QStringList{u"图片过大（15.0M），不能超过 10M"_s});
 }
 
 void UploadCardTest::theFaceIsNamedAfterTheCard()

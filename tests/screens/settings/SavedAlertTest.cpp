@@ -1,7 +1,10 @@
 #include "screens/settings/SettingsView.h"
 #include "store/DatabaseManager.h"
 #include "support/AccessibleFinder.h"
+#include "support/DatabaseFile.h"
+#include "support/ScreenCapture.h"
 #include "support/ScreenTest.h"
+#include "support/StandardOutput.h"
 
 #include <QAbstractButton>
 #include <QDialog>
@@ -22,6 +25,8 @@ class SavedAlertTest final : public QObject
 private Q_SLOTS:
     void init();
     void savingConfirmsEveryTime();
+    void aFailedWriteIsConfirmedToo();
+    void itsCornersAreRound();
     void theConfirmationClosesByItsButtonReturnAndEscape();
     void cleanup();
 
@@ -70,6 +75,29 @@ void SavedAlertTest::savingConfirmsEveryTime()
         QCOMPARE(alert()->windowModality(), Qt::WindowModal);
         closeAlert();
     }
+}
+
+void SavedAlertTest::aFailedWriteIsConfirmedToo()
+{
+    databaseFile::run(home->path(u"data/quilmora.db"_s), "DROP TABLE volc_config");
+    QCOMPARE(standardOutputOf([this] { save(); }), QByteArray{"SQL 错误: no such table: volc_config\n"});
+    QTRY_VERIFY(alert() != nullptr);
+    QVERIFY(accessible::names(alert()).contains(u"火山引擎配置已成功保存"_s));
+    closeAlert();
+}
+
+void SavedAlertTest::itsCornersAreRound()
+{
+    save();
+    QTRY_VERIFY(alert() != nullptr);
+    const QImage face = screenCapture::capture(alert());
+    for (const QPoint corner : {face.rect().topLeft(), face.rect().topRight(), face.rect().bottomLeft(),
+                                face.rect().bottomRight()}) {
+        QCOMPARE(face.pixelColor(corner).alpha(), 0);
+    }
+    QCOMPARE(face.pixelColor(face.width() / 2, 4), QColor(0xECECECU));
+    QVERIFY(alert()->testAttribute(Qt::WA_TranslucentBackground));
+    closeAlert();
 }
 
 void SavedAlertTest::theConfirmationClosesByItsButtonReturnAndEscape()
