@@ -4,6 +4,8 @@
 #include <QPainter>
 #include <QTest>
 
+#include <algorithm>
+
 using namespace quilmora;
 
 namespace

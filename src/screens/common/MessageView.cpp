@@ -5,6 +5,7 @@
 #include <QTextBlock>
 #include <QTextLayout>
 
+#include <algorithm>
 #include <cmath>
 
 namespace quilmora

@@ -3,6 +3,8 @@
 #include <QTest>
 #include <QTextBoundaryFinder>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 using namespace quilmora;
 

@@ -11,6 +11,7 @@
 #include <QLineEdit>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <memory>
 
 using namespace Qt::StringLiterals;

@@ -12,6 +12,7 @@
 
 #include <QStringList>
 
+#include <algorithm>
 #include <array>
 #include <tuple>
 
