@@ -17,16 +17,16 @@ git ls-files '*.cpp' '*.h' | xargs clang-format --dry-run --Werror
 cmake --build --preset tidy --target generated_sources >/dev/null
 
 if [ $# -gt 0 ]; then
-    files=("$@")
-    for_tidy=("$@")
+    files=$(printf '%s\n' "$@")
+    for_tidy=$files
 else
-    mapfile -t files < <(git ls-files 'src/*.cpp' 'tools/*.cpp' 'tests/*.cpp' 'benchmarks/*.cpp')
-    mapfile -t for_tidy < <(git ls-files 'src/*.cpp' 'tools/*.cpp' 'benchmarks/*.cpp')
+    for_tidy=$(git ls-files 'src/*.cpp' 'tools/*.cpp' 'benchmarks/*.cpp')
+    files=$for_tidy$'\n'$(git ls-files 'tests/*.cpp')
 fi
 jobs=$(getconf _NPROCESSORS_ONLN)
 
-echo "clazy: ${#files[@]} files"
-printf '%s\n' "${files[@]}" | xargs -P "$jobs" -n 8 scripts/clazy.sh
+echo "clazy: $(grep -c . <<<"$files") files"
+printf '%s\n' "$files" | xargs -P "$jobs" -n 8 scripts/clazy.sh
 
-echo "clang-tidy: ${#for_tidy[@]} files"
-printf '%s\n' "${for_tidy[@]}" | xargs -P "$jobs" -n 4 clang-tidy -p build/tidy --quiet 2>/dev/null
+echo "clang-tidy: $(grep -c . <<<"$for_tidy") files"
+printf '%s\n' "$for_tidy" | xargs -P "$jobs" -n 4 clang-tidy -p build/tidy --quiet 2>/dev/null

@@ -1,6 +1,6 @@
 # Sourced by ./run, ./test and .ci/run: installs the system packages that are missing.
 #
-#   install_packages GROUP...   with the groups build, run, test and lint
+#   install_packages GROUP...   with the groups build, run, display, test and lint
 
 # Names separated by "|" are alternatives: the first one that the system offers is taken.
 apt_packages() {
@@ -11,6 +11,13 @@ apt_packages() {
     display) echo "xvfb" ;;
     test) echo "openssl at-spi2-core dbus libatspi2.0-dev" ;;
     lint) echo "clang clang-format clang-tidy clazy" ;;
+    esac
+}
+
+# What the group does well to have but can do without: taken where the system offers it.
+apt_extras() {
+    case $1 in
+    run) echo "qt6-wayland" ;;
     esac
 }
 
@@ -56,6 +63,10 @@ offered_name() {
     echo "${1%%|*}"
 }
 
+apt_install() {
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "$@" >/dev/null
+}
+
 install_with_apt() {
     local missing wanted
     mapfile -t missing < <(missing_apt_packages "$@")
@@ -66,8 +77,16 @@ install_with_apt() {
     for wanted in "${missing[@]}"; do
         names+=("$(offered_name "$wanted")")
     done
-    as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${names[@]}" \
-        >/dev/null
+    apt_install "${names[@]}"
+}
+
+install_extras_with_apt() {
+    local name
+    for name in $(missing_apt_packages "$@"); do
+        apt-cache show "$name" >/dev/null 2>&1 || continue
+        echo "Installing: $name"
+        apt_install "$name" || echo "Going on without $name." >&2
+    done
 }
 
 install_with_brew() {
@@ -81,13 +100,16 @@ install_with_brew() {
 }
 
 install_packages() {
-    local group names=()
+    local group more names=() extras=()
     if command -v apt-get >/dev/null; then
         for group in "$@"; do
             read -r -a more <<<"$(apt_packages "$group")"
             names+=("${more[@]}")
+            read -r -a more <<<"$(apt_extras "$group")"
+            extras+=("${more[@]}")
         done
         install_with_apt "${names[@]}"
+        install_extras_with_apt "${extras[@]}"
     elif command -v brew >/dev/null; then
         for group in "$@"; do
             names+=($(brew_packages "$group"))
