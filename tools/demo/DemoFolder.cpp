@@ -35,11 +35,11 @@ void draw(const QString &drawing, QSize size, const QString &path)
 
 DemoFolder::DemoFolder(const QString &path) : root{QFileInfo{path}.absoluteFilePath()}
 {
-    QDir{file(u"home"_s)}.removeRecursively();
-    for (const QString &left : QDir{root}.entryList({u"*.png"_s, u"*.jpg"_s}, QDir::Files)) {
-        QFile::remove(file(left));
+    QDir{home()}.removeRecursively();
+    for (const QString &own : {presenterPhoto(), sampleCover(), exportedCover()}) {
+        QFile::remove(own);
     }
-    if (!QDir{}.mkpath(file(u"home"_s))) {
+    if (!QDir{}.mkpath(home())) {
         qFatal("Cannot create %s", qUtf8Printable(root));
     }
 }
@@ -52,9 +52,9 @@ void DemoFolder::enterHome() const
     }
     // The service is on this machine; a proxy set for the network would catch its address too.
     qputenv("no_proxy", "*");
-    const QByteArray home = QFile::encodeName(file(u"home"_s));
-    qputenv("HOME", home);
-    qputenv("CFFIXED_USER_HOME", home);
+    const QByteArray ownHome = QFile::encodeName(home());
+    qputenv("HOME", ownHome);
+    qputenv("CFFIXED_USER_HOME", ownHome);
     for (const char *folder : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME"}) {
         qunsetenv(folder);
     }

@@ -11,7 +11,8 @@ namespace quilmora
 class DemoFolder final
 {
 public:
-    /// Empties and uses the folder at `path`, creating it if it is missing. Ends the program when that fails.
+    /// Uses the folder at `path`, creating it if it is missing, and takes away what an earlier demonstration
+    /// made there; other files stay. Ends the program when that fails.
     explicit DemoFolder(const QString &path);
 
     /// Makes this process live in the folder's home. To be called before the application is created.
@@ -31,6 +32,8 @@ public:
     QString file(const QString &name) const;
 
 private:
+    QString home() const { return file(QStringLiteral("quilmora-demo-home")); }
+
     QString root;
 };
 

@@ -4,6 +4,7 @@
 #include "WindowDriver.h"
 #include "platform/Console.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QTimer>
 
@@ -56,13 +57,13 @@ void DemoWalk::addGenerationSteps()
     addClick(u"Pressing the button"_s, u"开始生成封面"_s);
     addStep(
         u"Waiting for the cover"_s, [] { return windowDriver::find(u"开始生成封面"_s) == nullptr; },
-        [this] { windowDriver::saveScreenshot(folder.file(u"screen-generating.png"_s)); });
+        [path = freshScreenshot(u"generating"_s)] { windowDriver::saveScreenshot(path); });
     addScreenshot(u"result"_s, u"保存图片"_s);
     addStep(
         u"Saving the cover"_s, [] { return windowDriver::isReady(u"保存图片"_s); },
         [] { windowDriver::click(u"保存图片"_s); });
     addStep(u"Naming the file"_s, windowDriver::filePanelIsOpen,
-            [this] { windowDriver::saveScreenshot(folder.file(u"screen-save-panel.png"_s)); });
+            [path = freshScreenshot(u"save-panel"_s)] { windowDriver::saveScreenshot(path); });
     addStep(u"Confirming the file"_s, windowDriver::filePanelIsOpen,
             [this] { windowDriver::answerFilePanel(folder.exportedCover()); });
     addStep(
@@ -120,8 +121,16 @@ void DemoWalk::addScreenshot(const QString &name, const QString &control)
     if (wholeWay) {
         addStep(
             u"Picture of the screen: "_s + name, [control] { return windowDriver::isReady(control); },
-            [this, name] { windowDriver::saveScreenshot(folder.file(u"screen-"_s + name + u".png"_s)); });
+            [path = freshScreenshot(name)] { windowDriver::saveScreenshot(path); });
     }
+}
+
+/// Where the picture of that screen goes; an earlier walk's is taken away.
+QString DemoWalk::freshScreenshot(const QString &name) const
+{
+    const QString path = folder.file(u"screen-"_s + name + u".png"_s);
+    QFile::remove(path);
+    return path;
 }
 
 void DemoWalk::start()

@@ -45,6 +45,7 @@ private:
     void addText(const QString &description, const QString &field, const QString &text);
     void addPicture(const QString &card, const QString &path);
     void addScreenshot(const QString &name, const QString &control);
+    QString freshScreenshot(const QString &name) const;
     void addFormSteps();
     void addGenerationSteps();
     void addHistorySteps();

@@ -6,7 +6,8 @@
 namespace quilmora
 {
 
-/// The bundled image service as a process of its own; it ends with this object.
+/// The bundled image service as a process of its own; it ends with this object, and on Linux with this
+/// process even if that is killed.
 class LocalServiceProcess final
 {
 public:

@@ -73,6 +73,8 @@ int main(int argc, char *argv[])
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     QuilmoraApp application{argc, argv};
 
+    folder.drawPictures();
+
     const QString key = u"local-demo-key"_s;
     LocalServiceProcess service;
     const QUrl endpoint = service.start(key);
@@ -81,7 +83,6 @@ int main(int argc, char *argv[])
         return 1;
     }
     console::printLine(u"The local service listens on "_s + endpoint.toString());
-    folder.drawPictures();
     folder.configure(endpoint, key);
     if (arguments.contains(u"--dark"_s)) {
         Theme::current().setScheme(ColorScheme::dark);
