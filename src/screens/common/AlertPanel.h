@@ -1,13 +1,13 @@
 #pragma once
 
-#include <QDialog>
+#include "screens/common/Sheet.h"
 
 namespace quilmora
 {
 
 /// A short message over the window, with one button that closes it, as do Return and Escape. Modal to its
 /// window; deletes itself when it is closed.
-class AlertPanel final : public QDialog
+class AlertPanel final : public Sheet
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(AlertPanel)
@@ -18,8 +18,6 @@ public:
     ~AlertPanel() override = default;
 
 protected:
-    void showEvent(QShowEvent *event) override;
-    void paintEvent(QPaintEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 };
 

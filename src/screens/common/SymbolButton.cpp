@@ -11,7 +11,7 @@ namespace quilmora
 {
 
 SymbolButton::SymbolButton(Symbol shown, ColorRole role, const QString &accessibleName, QWidget *parent)
-    : QAbstractButton{parent},
+    : PaintedButton{parent},
       symbol{std::move(shown)},
       color{role}
 {
@@ -30,7 +30,7 @@ void SymbolButton::paintEvent(QPaintEvent * /*event*/)
         ink.setAlphaF(ink.alphaF() * pressedShare);
     }
     symbol.draw(painter, rect(), ink);
-    if (hasFocus()) {
+    if (showsFocus()) {
         drawFocusRing(painter, capsule(rect()));
     }
 }

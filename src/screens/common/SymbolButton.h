@@ -1,15 +1,14 @@
 #pragma once
 
+#include "screens/common/PaintedButton.h"
 #include "screens/common/Symbol.h"
 #include "screens/common/Theme.h"
-
-#include <QAbstractButton>
 
 namespace quilmora
 {
 
 /// A symbol that can be pressed, without any frame.
-class SymbolButton final : public QAbstractButton
+class SymbolButton final : public PaintedButton
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(SymbolButton)

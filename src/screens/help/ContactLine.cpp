@@ -15,17 +15,11 @@ namespace
 
 constexpr int pixelSize = 13;
 
-/// Whether the window, not the line, has gained or lost the focus.
-bool belongsToTheWindow(const QFocusEvent &event)
-{
-    return event.reason() == Qt::ActiveWindowFocusReason || event.reason() == Qt::PopupFocusReason;
-}
-
 } // namespace
 
 // The text is not the button's own, which would take an "&" in an address for a key.
 ContactLine::ContactLine(const QString &text, QWidget *parent)
-    : QAbstractButton{parent},
+    : PaintedButton{parent},
       line{text, systemFont(pixelSize)}
 {
     setFont(line.font());
@@ -56,7 +50,7 @@ void ContactLine::keyPressEvent(QKeyEvent *event)
 {
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (!isReturn) {
-        QAbstractButton::keyPressEvent(event);
+        PaintedButton::keyPressEvent(event);
     } else if (!event->isAutoRepeat()) {
         click();
     }
@@ -64,15 +58,13 @@ void ContactLine::keyPressEvent(QKeyEvent *event)
 
 void ContactLine::focusInEvent(QFocusEvent *event)
 {
-    focusShown = focusShown || !belongsToTheWindow(*event);
-    QAbstractButton::focusInEvent(event);
+    PaintedButton::focusInEvent(event);
     Q_EMIT focusChanged();
 }
 
 void ContactLine::focusOutEvent(QFocusEvent *event)
 {
-    focusShown = focusShown && belongsToTheWindow(*event);
-    QAbstractButton::focusOutEvent(event);
+    PaintedButton::focusOutEvent(event);
     Q_EMIT focusChanged();
 }
 

@@ -1,15 +1,14 @@
 #pragma once
 
+#include "screens/common/PaintedButton.h"
 #include "screens/help/CentredText.h"
-
-#include <QAbstractButton>
 
 namespace quilmora
 {
 
 /// A line of text that acts wherever in its rectangle it is clicked. It is as large as its text: the mark of
 /// the keyboard focus lies around it, and is drawn by the page.
-class ContactLine final : public QAbstractButton
+class ContactLine final : public PaintedButton
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(ContactLine)
@@ -17,9 +16,6 @@ class ContactLine final : public QAbstractButton
 public:
     explicit ContactLine(const QString &text, QWidget *parent = nullptr);
     ~ContactLine() override = default;
-
-    /// Whether it has the focus by keyboard; the pointer gives none.
-    bool showsFocus() const { return hasFocus() && focusShown; }
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return {0, 0}; }
@@ -38,7 +34,6 @@ protected:
 
 private:
     const CentredText line;
-    bool focusShown = false;
 };
 
 } // namespace quilmora

@@ -1,5 +1,6 @@
 #include "screens/history/HistoryGrid.h"
 
+#include "screens/common/KeyboardFocus.h"
 #include "screens/history/HistoryGridAccessible.h"
 #include "screens/history/HistoryThumbnail.h"
 
@@ -181,7 +182,7 @@ void HistoryGrid::keyPressEvent(QKeyEvent *event)
 
 void HistoryGrid::focusInEvent(QFocusEvent *event)
 {
-    focusByKeyboard = event->reason() != Qt::MouseFocusReason;
+    focusByKeyboard = isKeyboardFocus(event->reason());
     QAbstractItemView::focusInEvent(event);
 }
 
