@@ -2,17 +2,17 @@
 
 #include "app/MainView.h"
 #include "app/NavTabButton.h"
-#include "screens/help/HelpContents.h"
 #include "screens/common/ControlStyle.h"
 #include "screens/common/TextLabel.h"
 #include "screens/common/Theme.h"
+#include "screens/help/HelpContents.h"
 #include "support/AccessibleFinder.h"
 #include "support/ScreenCapture.h"
 #include "support/ScreenTest.h"
 
 #include <QAbstractEventDispatcher>
-#include <QClipboard>
 #include <QAction>
+#include <QClipboard>
 #include <QFile>
 #include <QLineEdit>
 #include <QProxyStyle>
