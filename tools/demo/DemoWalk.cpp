@@ -128,7 +128,7 @@ void DemoWalk::addScreenshot(const QString &name, const QString &control)
 /// Where the picture of that screen goes; an earlier walk's is taken away.
 QString DemoWalk::freshScreenshot(const QString &name) const
 {
-    const QString path = folder.file(u"screen-"_s + name + u".png"_s);
+    QString path = folder.file(u"screen-"_s + name + u".png"_s);
     QFile::remove(path);
     return path;
 }

@@ -31,7 +31,7 @@ QSizeF layOut(QTextLayout &layout, double width)
 
 } // namespace
 
-CentredText::CentredText(QString text, QFont font) : content{std::move(text)}, face{std::move(font)} {}
+CentredText::CentredText(QString text, const QFont &font) : content{std::move(text)}, face{font} {}
 
 QSizeF CentredText::size(double width) const
 {

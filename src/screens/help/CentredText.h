@@ -18,7 +18,7 @@ class CentredText final
 public:
     /// An empty one.
     CentredText() = default;
-    CentredText(QString text, QFont font);
+    CentredText(QString text, const QFont &font);
 
     const QString &text() const { return content; }
     const QFont &font() const { return face; }

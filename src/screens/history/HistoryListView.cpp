@@ -94,6 +94,8 @@ void HistoryListView::showBody()
     }
     column->addWidget(body, 1);
     body->show();
+    // Now, not at the next turn: the grid would be drawn once where it lies by chance.
+    column->activate();
 }
 
 void HistoryListView::openPreview(int position)

@@ -16,6 +16,30 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
+namespace
+{
+
+/// Notes the sizes in which history grids are drawn.
+class DrawnSizes final : public QObject
+{
+public:
+    DrawnSizes() { qApp->installEventFilter(this); }
+
+    QList<QSize> ofGrids;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (const auto *grid = qobject_cast<HistoryGrid *>(watched->parent());
+            grid != nullptr && watched == grid->viewport() && event->type() == QEvent::Paint) {
+            ofGrids.append(grid->size());
+        }
+        return false;
+    }
+};
+
+} // namespace
+
 class HistoryListViewTest final : public QObject
 {
     Q_OBJECT
@@ -28,6 +52,7 @@ private Q_SLOTS:
     void oneRecordTakesTheFirstOfFourColumns();
     void fiveRecordsFillARowAndStartTheNext();
     void aWiderWindowGivesWiderTilesAndNeverMoreColumns();
+    void theGridIsInItsPlaceWhenItIsFirstDrawn();
     void theNewestCoverComesFirst();
     void theListIsReadAnewAtEachShowing();
     void aCoverMadeElsewhereComesFirstWhenTheTabIsOpened();
@@ -113,6 +138,21 @@ void HistoryListViewTest::aWiderWindowGivesWiderTilesAndNeverMoreColumns()
     QTRY_COMPARE(screen->tileRect(0).width(), (1600 - 64 - 3 * 16) / 4);
     QCOMPARE(screen->tileRect(4).left(), screen->tileRect(0).left());
     QCOMPARE(screen->tileRect(8).left(), screen->tileRect(0).left());
+}
+
+void HistoryListViewTest::theGridIsInItsPlaceWhenItIsFirstDrawn()
+{
+    screen->addCovers(5);
+    // The screen comes into a window that is there already, as when its tab is selected.
+    showWindow(screen->window, {1000, 700});
+    const DrawnSizes sizes;
+    screen->build();
+    screen->view->show();
+    // The button of the tab does so, to be seen released.
+    screen->window.repaint();
+    QVERIFY(!sizes.ofGrids.isEmpty());
+    QCOMPARE(sizes.ofGrids.constFirst(), screen->grid()->size());
+    QCOMPARE(screen->grid()->geometry().bottom(), screen->view->rect().bottom());
 }
 
 void HistoryListViewTest::theNewestCoverComesFirst()

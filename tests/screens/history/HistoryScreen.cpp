@@ -42,10 +42,15 @@ HistoryScreen::HistoryScreen() : database{home.path(u"data"_s), home.path(u"Pict
     column->setContentsMargins(0, 0, 0, 0);
 }
 
-void HistoryScreen::open(QSize size)
+void HistoryScreen::build()
 {
     view = std::make_unique<HistoryListView>(database, panels, &window);
     window.layout()->addWidget(view.get());
+}
+
+void HistoryScreen::open(QSize size)
+{
+    build();
     showWindow(window, size);
     if (!waitUntilFilled()) {
         qFatal("The pictures do not come");

@@ -23,7 +23,9 @@ public:
     Q_DISABLE_COPY_MOVE(HistoryScreen)
     ~HistoryScreen() = default;
 
-    /// Builds the screen, as selecting its tab does, and waits until it is filled.
+    /// Puts the screen into the window.
+    void build();
+    /// The same, shows the window and waits until every picture is there.
     void open(QSize size = {1000, 700});
 
     /// Waits until every picture in sight is there; false when that takes too long.
