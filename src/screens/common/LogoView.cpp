@@ -1,5 +1,7 @@
 #include "screens/common/LogoView.h"
 
+#include "screens/common/AccessiblePart.h"
+
 #include <QPainter>
 
 #include <utility>
@@ -15,6 +17,7 @@ LogoView::LogoView(int frameSide, double radius, QWidget *parent, LogoFiles theF
       cornerRadius{radius},
       files{std::move(theFiles)}
 {
+    setAccessiblePart(this, {QAccessible::Graphic});
     setAccessibleName(u"Quilmora"_s);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }

@@ -1,5 +1,6 @@
 #include "screens/common/PictureView.h"
 
+#include "screens/common/AccessiblePart.h"
 #include "screens/common/Shapes.h"
 
 #include <QPainter>
@@ -14,6 +15,7 @@ PictureView::PictureView(const QImage &image, const QString &accessibleName, con
       picture{theLook.cornerRadius}
 {
     picture.setImage(image);
+    setAccessiblePart(this, {QAccessible::Graphic});
     setAccessibleName(accessibleName);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
