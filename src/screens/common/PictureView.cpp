@@ -27,7 +27,8 @@ QSize PictureView::sizeHint() const
 
 QRect PictureView::pictureBounds() const
 {
-    QRect bounds{{0, 0}, picture.fittedSize(size())};
+    // Fitted a second time into its own size it could come out a pixel smaller.
+    QRect bounds{{0, 0}, size() == sizeHint() ? size() : picture.fittedSize(size())};
     bounds.moveCenter(rect().center());
     return bounds;
 }
