@@ -1,5 +1,7 @@
 #include "screens/common/LogoView.h"
 
+#include "screens/common/PixelGrid.h"
+
 #include <QPainter>
 
 #include <utility>
@@ -25,7 +27,7 @@ void LogoView::paintEvent(QPaintEvent * /*event*/)
         logo = logoPixmap(side, cornerRadius, devicePixelRatioF(), files.resourceFolders, files.assetPath);
     }
     QPainter painter{this};
-    painter.drawPixmap(0, 0, logo);
+    painter.drawPixmap(PixelGrid{painter}.aligned(QPointF{0, 0}), logo);
 }
 
 } // namespace quilmora

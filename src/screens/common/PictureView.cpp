@@ -1,5 +1,6 @@
 #include "screens/common/PictureView.h"
 
+#include "screens/common/PixelGrid.h"
 #include "screens/common/Shapes.h"
 
 #include <QPainter>
@@ -39,7 +40,8 @@ void PictureView::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter{this};
     const QRect bounds = pictureBounds();
-    painter.drawPixmap(bounds.topLeft(), picture.pixmap(bounds.size(), devicePixelRatioF()));
+    painter.drawPixmap(PixelGrid{painter}.aligned(bounds.topLeft()),
+                       picture.pixmap(bounds.size(), devicePixelRatioF()));
 }
 
 } // namespace quilmora

@@ -22,7 +22,7 @@ public:
     ~Sheet() override = default;
 
     /// The shape to be painted by a content that covers a sheet of these bounds.
-    static QPainterPath ground(const QRect &bounds);
+    static QPainterPath ground(const QRectF &bounds);
 
 protected:
     void showEvent(QShowEvent *event) override;

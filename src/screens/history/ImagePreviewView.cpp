@@ -5,6 +5,7 @@
 #include "screens/common/Fonts.h"
 #include "screens/common/GradientButton.h"
 #include "screens/common/PictureView.h"
+#include "screens/common/PixelGrid.h"
 #include "screens/common/Sheet.h"
 #include "screens/common/SymbolButton.h"
 #include "screens/common/TextLabel.h"
@@ -148,7 +149,7 @@ void ImagePreviewView::paintEvent(QPaintEvent *event)
     {
         QPainter painter{this};
         painter.setRenderHint(QPainter::Antialiasing);
-        const QPainterPath outline = Sheet::ground(rect());
+        const QPainterPath outline = Sheet::ground(PixelGrid{painter}.aligned(rect()));
         painter.fillPath(outline, themeColor(ColorRole::windowBackground));
         painter.fillPath(outline, themeColor(ColorRole::previewBackdrop));
     }
