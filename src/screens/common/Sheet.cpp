@@ -72,6 +72,9 @@ void Sheet::showEvent(QShowEvent *event)
 
 void Sheet::paintEvent(QPaintEvent * /*event*/)
 {
+    if (!paintsGround) {
+        return;
+    }
     QPainter painter{this};
     painter.setRenderHint(QPainter::Antialiasing);
     const PixelGrid grid{painter};

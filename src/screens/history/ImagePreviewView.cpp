@@ -44,6 +44,19 @@ QString metaLine(const HistoryRecord &record)
     return model + u" · "_s + localDateText(record.createdAt, u"yyyy-MM-dd HH:mm"_s);
 }
 
+/// The window's background below the backdrop. As one colour: laid over each other at the soft corners, the
+/// lower one would shine through.
+QColor ground()
+{
+    const QColor below = themeColor(ColorRole::windowBackground);
+    const QColor above = themeColor(ColorRole::previewBackdrop);
+    const auto mixed = [share = above.alphaF()](float lower, float upper) {
+        return lower + (upper - lower) * share;
+    };
+    return QColor::fromRgbF(mixed(below.redF(), above.redF()), mixed(below.greenF(), above.greenF()),
+                            mixed(below.blueF(), above.blueF()));
+}
+
 /// A widget whose clicks do not reach what lies behind it.
 template <typename Widget>
 Widget *inFront(Widget *widget)
@@ -150,8 +163,7 @@ void ImagePreviewView::paintEvent(QPaintEvent *event)
         QPainter painter{this};
         painter.setRenderHint(QPainter::Antialiasing);
         const QPainterPath outline = Sheet::ground(PixelGrid{painter}.aligned(rect()));
-        painter.fillPath(outline, themeColor(ColorRole::windowBackground));
-        painter.fillPath(outline, themeColor(ColorRole::previewBackdrop));
+        painter.fillPath(outline, ground());
     }
     ShadowGround::paintEvent(event);
 }
