@@ -52,12 +52,11 @@ void paintFooter(QPainter &painter, const QRect &place, const HistoryRecord &rec
     const QFontMetrics metrics{font};
     const QString time = HistoryModel::timeText(record);
     const int timeWidth = metrics.horizontalAdvance(time);
-    painter.setFont(font);
-    painter.setPen(themeColor(ColorRole::tertiaryText));
-    painter.drawText(place, Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine, time);
     const QRect left = place.adjusted(0, 0, -timeWidth - footerSpacing, 0);
-    const ClampedText modelID{record.modelID, font, 1};
-    modelID.draw(painter, left, themeColor(ColorRole::tertiaryText));
+    // Drawn alike, so that the two stand on one line.
+    const QColor color = themeColor(ColorRole::tertiaryText);
+    ClampedText{record.modelID, font, 1}.draw(painter, left, color);
+    ClampedText{time, font, 1, Qt::AlignRight}.draw(painter, place, color);
 }
 
 } // namespace
