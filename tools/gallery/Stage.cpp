@@ -38,7 +38,11 @@ QString databaseFolder()
 
 } // namespace
 
-Stage::Stage() : database{databaseFolder(), coversFolder::path()}, storage{coversFolder::path()} {}
+Stage::Stage() : database{databaseFolder(), coversFolder::path()}, storage{coversFolder::path()}
+{
+    // Long enough for every picture.
+    help.toastStay = 1h;
+}
 
 Stage::~Stage() = default;
 
@@ -52,11 +56,8 @@ QWidget *Stage::makeScreen(NavigationTab tab, QWidget *parent)
         return new HistoryListView{database, panels, parent};
     case NavigationTab::settings:
         return new SettingsView{database, parent};
-    case NavigationTab::help: {
-        HelpContents contents = HelpContents::ofThisBuild();
-        contents.toastStay = 1h;
-        return new HelpView{contents, parent};
-    }
+    case NavigationTab::help:
+        return new HelpView{help, parent};
     }
     Q_UNREACHABLE();
 }
@@ -64,6 +65,12 @@ QWidget *Stage::makeScreen(NavigationTab tab, QWidget *parent)
 void Stage::configure(const QUrl &service, const QString &key)
 {
     database.saveConfig(service.toString(), key, VolcengineConfig::defaultModelID());
+}
+
+void Stage::setAddresses(const QString &email, const QString &website)
+{
+    help.email = email;
+    help.website = website;
 }
 
 void Stage::addCovers(const QList<Cover> &covers)

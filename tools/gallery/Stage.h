@@ -42,6 +42,8 @@ public:
         double createdAt;
         QString modelID;
     };
+    /// Puts other addresses on the help screen than this build's.
+    void setAddresses(const QString &email, const QString &website);
     /// Adds covers to the history.
     void addCovers(const QList<Cover> &covers);
 
@@ -88,6 +90,7 @@ private:
     ImageStorageService storage;
     ImageGeneratorService generator;
     test::ScriptedFilePanels panels;
+    HelpContents help = HelpContents::ofThisBuild();
     std::unique_ptr<MainView> view;
 };
 
