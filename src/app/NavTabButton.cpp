@@ -3,6 +3,7 @@
 #include "screens/common/FocusRing.h"
 #include "screens/common/Fonts.h"
 #include "screens/common/IconAndTitle.h"
+#include "screens/common/PixelGrid.h"
 #include "screens/common/Shapes.h"
 #include "screens/common/Symbol.h"
 #include "screens/common/Theme.h"
@@ -44,7 +45,7 @@ void NavTabButton::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter{this};
     painter.setRenderHint(QPainter::Antialiasing);
-    const QPainterPath outline = continuousRoundedRect(rect(), cornerRadius);
+    const QPainterPath outline = continuousRoundedRect(PixelGrid{painter}.aligned(rect()), cornerRadius);
     if (isChecked()) {
         painter.fillPath(outline, themeColor(ColorRole::accent));
     } else if (underMouse()) {

@@ -1,5 +1,6 @@
 #include "app/TabGroup.h"
 
+#include "screens/common/PixelGrid.h"
 #include "screens/common/Shapes.h"
 #include "screens/common/Theme.h"
 
@@ -29,7 +30,8 @@ void TabGroup::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter{this};
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillPath(continuousRoundedRect(rect(), cornerRadius), themeColor(ColorRole::controlBackground));
+    painter.fillPath(continuousRoundedRect(PixelGrid{painter}.aligned(rect()), cornerRadius),
+                     themeColor(ColorRole::controlBackground));
 }
 
 } // namespace quilmora

@@ -28,9 +28,9 @@ QString promptFor(const QString &title, const QString &scene)
     return prompt + u" 整体风格：高质量、电影感、社交媒体爆款封面风格。"_s;
 }
 
-GenerationRequest requestFor(const QString &title, const QString &scene, QSize size = landscape)
+PictureRequest requestFor(const QString &title, const QString &scene, QSize size = landscape)
 {
-    GenerationRequest request;
+    PictureRequest request;
     request.prompt = promptFor(title, scene);
     request.size = size;
     request.watermark = false;
@@ -108,7 +108,7 @@ void CoverComposerTest::theCoverHasTheSizeAsked_data()
 void CoverComposerTest::theCoverHasTheSizeAsked()
 {
     QFETCH(const QSize, size);
-    GenerationRequest request = requestFor(u"月入十万的秘密"_s, u"科技"_s, size);
+    PictureRequest request = requestFor(u"月入十万的秘密"_s, u"科技"_s, size);
     request.images = {plain(Qt::magenta)};
     QCOMPARE(coverComposer::compose(request).size(), size);
 }
@@ -125,14 +125,14 @@ void CoverComposerTest::theSameRequestGivesTheSamePicture_data()
 void CoverComposerTest::theSameRequestGivesTheSamePicture()
 {
     QFETCH(const QString, scene);
-    GenerationRequest request = requestFor(u"秘密"_s, scene);
+    PictureRequest request = requestFor(u"秘密"_s, scene);
     request.images = {plain(Qt::magenta), plain(Qt::green)};
     QCOMPARE(coverComposer::compose(request), coverComposer::compose(request));
 }
 
 void CoverComposerTest::threadsDoNotDisturbOneAnother()
 {
-    std::vector<GenerationRequest> requests;
+    std::vector<PictureRequest> requests;
     std::vector<QImage> alone;
     for (const QString &scene : {u"金色财富"_s, u"未来科技"_s, u"城市夜景"_s, u"森林"_s}) {
         for (const QString &title : {u"普通人如何赚到第一桶金？"_s, u"How to win 100 games"_s}) {
@@ -142,7 +142,7 @@ void CoverComposerTest::threadsDoNotDisturbOneAnother()
     }
     std::vector<std::future<QImage>> together;
     together.reserve(requests.size());
-    for (const GenerationRequest &request : requests) {
+    for (const PictureRequest &request : requests) {
         together.push_back(
             std::async(std::launch::async, [&request] { return coverComposer::compose(request); }));
     }
@@ -176,7 +176,7 @@ void CoverComposerTest::unknownScenesDifferByTheirText()
 
 void CoverComposerTest::extraWishesDecideWhereTheSceneSaysNothing()
 {
-    GenerationRequest request = requestFor(u"秘密"_s, {});
+    PictureRequest request = requestFor(u"秘密"_s, {});
     const QImage calm = coverComposer::compose(request);
     request.prompt.replace(u" 整体风格"_s, u" 额外风格指令：赛博朋克。 整体风格"_s);
     QVERIFY(changedShare(calm, coverComposer::compose(request), calm.rect()) > 0.2);
@@ -185,7 +185,7 @@ void CoverComposerTest::extraWishesDecideWhereTheSceneSaysNothing()
 void CoverComposerTest::theFaceIsSetIntoTheCover()
 {
     for (const QSize size : {landscape, portrait}) {
-        GenerationRequest request = requestFor(u"秘密"_s, u"海边"_s, size);
+        PictureRequest request = requestFor(u"秘密"_s, u"海边"_s, size);
         request.images = {plain(QColor{200, 0, 200})};
         const CoverLayout layout = CoverLayout::of(size, true, true);
         const QImage cover = coverComposer::compose(request);
@@ -203,7 +203,7 @@ void CoverComposerTest::theUpperPartOfATallFaceIsKept()
     for (int y = 0; y < 300; ++y) {
         std::fill_n(reinterpret_cast<QRgb *>(face.scanLine(y)), face.width(), qRgb(255, 0, 0));
     }
-    GenerationRequest request = requestFor(u"秘密"_s, {});
+    PictureRequest request = requestFor(u"秘密"_s, {});
     request.images = {face};
     const CoverLayout layout = CoverLayout::of(landscape, true, true);
     const QColor middle = coverComposer::compose(request).pixelColor(layout.focus.toPoint());
@@ -214,7 +214,7 @@ void CoverComposerTest::theTitleIsSet()
 {
     for (const QSize size : {landscape, portrait}) {
         for (const bool face : {false, true}) {
-            GenerationRequest request = requestFor(u"月入十万"_s, u"森林"_s, size);
+            PictureRequest request = requestFor(u"月入十万"_s, u"森林"_s, size);
             request.images = face ? QList{plain(Qt::magenta)} : QList<QImage>{};
             const QImage cover = coverComposer::compose(request);
             const QRect room =
@@ -242,7 +242,7 @@ void CoverComposerTest::differentTitlesLookDifferent()
 
 void CoverComposerTest::theStylePictureColoursTheCover()
 {
-    GenerationRequest request = requestFor(u"秘密"_s, u"城市夜景"_s);
+    PictureRequest request = requestFor(u"秘密"_s, u"城市夜景"_s);
     request.images = {plain(Qt::white), plain(QColor{20, 220, 60})};
     const QImage green = coverComposer::compose(request);
     request.images[1] = plain(QColor{230, 120, 10});
@@ -260,7 +260,7 @@ void CoverComposerTest::theStylePictureColoursTheCover()
 
 void CoverComposerTest::aGreyStylePictureChangesNothing()
 {
-    GenerationRequest request = requestFor(u"秘密"_s, u"城市夜景"_s);
+    PictureRequest request = requestFor(u"秘密"_s, u"城市夜景"_s);
     request.images = {plain(Qt::magenta)};
     const QImage without = coverComposer::compose(request);
     request.images.append(plain(Qt::gray));
@@ -269,7 +269,7 @@ void CoverComposerTest::aGreyStylePictureChangesNothing()
 
 void CoverComposerTest::theExpressionShows()
 {
-    GenerationRequest request = requestFor(u"秘密"_s, u"海边"_s);
+    PictureRequest request = requestFor(u"秘密"_s, u"海边"_s);
     request.images = {plain(Qt::magenta)};
     const QImage without = coverComposer::compose(request);
     request.prompt.replace(u" 整体风格"_s, u" 人物表情：震惊。 整体风格"_s);
@@ -281,7 +281,7 @@ void CoverComposerTest::theExpressionShows()
 
 void CoverComposerTest::theWatermarkShowsInTheCorner()
 {
-    GenerationRequest request = requestFor(u"秘密"_s, u"星空"_s);
+    PictureRequest request = requestFor(u"秘密"_s, u"星空"_s);
     const QImage without = coverComposer::compose(request);
     request.watermark = true;
     const QImage with = coverComposer::compose(request);

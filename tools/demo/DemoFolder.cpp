@@ -1,5 +1,6 @@
 #include "DemoFolder.h"
 
+#include "demo_pictures/DemoPictures.h"
 #include "model/VolcengineConfig.h"
 #include "platform/UserFolders.h"
 #include "store/CoversFolder.h"
@@ -7,31 +8,11 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QImage>
-#include <QPainter>
-#include <QSvgRenderer>
 
 using namespace Qt::StringLiterals;
 
 namespace quilmora
 {
-namespace
-{
-
-void draw(const QString &drawing, QSize size, const QString &path)
-{
-    QImage image{size, QImage::Format_RGB32};
-    image.fill(Qt::white);
-    QSvgRenderer renderer{drawing};
-    QPainter painter{&image};
-    renderer.render(&painter);
-    painter.end();
-    if (!renderer.isValid() || !image.save(path, nullptr, 92)) {
-        qFatal("Cannot write %s", qUtf8Printable(path));
-    }
-}
-
-} // namespace
 
 DemoFolder::DemoFolder(const QString &path) : root{QFileInfo{path}.absoluteFilePath()}
 {
@@ -62,8 +43,8 @@ void DemoFolder::enterHome() const
 
 void DemoFolder::drawPictures() const
 {
-    draw(u":/demo/presenter.svg"_s, {1200, 1200}, presenterPhoto());
-    draw(u":/demo/sample-cover.svg"_s, {1600, 900}, sampleCover());
+    demoPictures::writePresenter(presenterPhoto());
+    demoPictures::writeSampleCover(sampleCover());
 }
 
 void DemoFolder::configure(const QUrl &service, const QString &key) const

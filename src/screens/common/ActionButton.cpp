@@ -3,6 +3,7 @@
 #include "screens/common/FocusRing.h"
 #include "screens/common/Fonts.h"
 #include "screens/common/IconAndTitle.h"
+#include "screens/common/PixelGrid.h"
 #include "screens/common/Shapes.h"
 #include "screens/common/Theme.h"
 
@@ -59,12 +60,15 @@ QColor ActionButton::faceColor() const
 
 void ActionButton::paintBackground(QPainter &painter) const
 {
-    const QPainterPath outline = continuousRoundedRect(insideLine(rect(), 1), cornerRadius);
+    const PixelGrid grid{painter};
+    const double lineWidth = look.kind == Kind::bordered ? grid.lineWidth(1) : 0;
+    const QPainterPath outline =
+        continuousRoundedRect(insideLine(grid.aligned(rect()), lineWidth), cornerRadius);
     if (look.kind == Kind::prominent) {
         painter.fillPath(outline, themeColor(ColorRole::accent));
     } else if (look.kind == Kind::bordered) {
         painter.fillPath(outline, themeColor(ColorRole::controlBackground));
-        painter.strokePath(outline, QPen{themeColor(ColorRole::controlBorder), 1});
+        painter.strokePath(outline, QPen{themeColor(ColorRole::controlBorder), lineWidth});
     }
     if (isDown()) {
         painter.fillPath(outline, themeColor(ColorRole::controlPressed));

@@ -2,6 +2,7 @@
 
 #include "screens/common/FieldFrame.h"
 #include "screens/common/FocusRing.h"
+#include "screens/common/PixelGrid.h"
 #include "screens/common/Shapes.h"
 #include "screens/common/Theme.h"
 
@@ -27,10 +28,13 @@ void drawPushButton(QPainter &painter, const QStyleOptionButton &option)
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     const bool isDefault = option.features.testFlag(QStyleOptionButton::DefaultButton);
-    const QPainterPath outline = continuousRoundedRect(insideLine(option.rect, 1), cornerRadius);
+    const PixelGrid grid{painter};
+    const double lineWidth = isDefault ? 0 : grid.lineWidth(1);
+    const QPainterPath outline =
+        continuousRoundedRect(insideLine(grid.aligned(option.rect), lineWidth), cornerRadius);
     painter.fillPath(outline, themeColor(isDefault ? ColorRole::accent : ColorRole::controlBackground));
     if (!isDefault) {
-        painter.strokePath(outline, QPen{themeColor(ColorRole::controlBorder), 1});
+        painter.strokePath(outline, QPen{themeColor(ColorRole::controlBorder), lineWidth});
     }
     if (option.state.testFlag(QStyle::State_Sunken)) {
         painter.fillPath(outline, themeColor(ColorRole::controlPressed));
@@ -48,7 +52,8 @@ void drawScrollBar(QPainter &painter, const QRect &thumb, bool active)
     QColor color = themeColor(ColorRole::grey);
     color.setAlphaF(active ? 0.85F : 0.5F);
     const double margin = scrollThumbMargin;
-    painter.fillPath(capsule(QRectF{thumb}.adjusted(margin, margin, -margin, -margin)), color);
+    painter.fillPath(
+        capsule(PixelGrid{painter}.aligned(QRectF{thumb}.adjusted(margin, margin, -margin, -margin))), color);
     painter.restore();
 }
 

@@ -1,6 +1,7 @@
 #include "screens/common/FieldFrame.h"
 
 #include "screens/common/FocusRing.h"
+#include "screens/common/PixelGrid.h"
 #include "screens/common/Shapes.h"
 #include "screens/common/Theme.h"
 
@@ -14,9 +15,12 @@ void drawFieldFrame(QPainter &painter, const QRect &bounds, bool focused)
     constexpr double cornerRadius = 6;
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    const QPainterPath outline = continuousRoundedRect(insideLine(bounds, 1), cornerRadius);
+    const PixelGrid grid{painter};
+    const double lineWidth = grid.lineWidth(1);
+    const QPainterPath outline =
+        continuousRoundedRect(insideLine(grid.aligned(bounds), lineWidth), cornerRadius);
     painter.fillPath(outline, themeColor(ColorRole::textBackground));
-    painter.strokePath(outline, QPen{themeColor(ColorRole::controlBorder), 1});
+    painter.strokePath(outline, QPen{themeColor(ColorRole::controlBorder), lineWidth});
     if (focused) {
         drawFocusRing(painter, outline);
     }

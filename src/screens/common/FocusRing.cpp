@@ -1,5 +1,7 @@
 #include "screens/common/FocusRing.h"
 
+#include "screens/common/PixelGrid.h"
+
 #include <QPainter>
 #include <QPainterPath>
 
@@ -8,7 +10,10 @@ namespace quilmora
 
 void drawFocusRing(QPainter &painter, const QPainterPath &outline, ColorRole role)
 {
-    constexpr double width = 3.0;
+    constexpr double usualWidth = 3.0;
+    // Its inner side lies on whole pixels.
+    const double outer = outline.boundingRect().left();
+    const double width = PixelGrid{painter}.aligned(QPointF{outer + usualWidth, 0}).x() - outer;
     QColor color = themeColor(role);
     color.setAlphaF(role == ColorRole::accent ? 0.55F : 0.8F);
     painter.save();

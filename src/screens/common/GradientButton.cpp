@@ -3,6 +3,7 @@
 #include "screens/common/FocusRing.h"
 #include "screens/common/Fonts.h"
 #include "screens/common/IconAndTitle.h"
+#include "screens/common/PixelGrid.h"
 #include "screens/common/Shapes.h"
 #include "screens/common/Theme.h"
 
@@ -57,12 +58,13 @@ void GradientButton::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter{this};
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillPath(outline(), Theme::accentGradient(rect()));
+    const QPainterPath face = capsule(PixelGrid{painter}.aligned(rect()));
+    painter.fillPath(face, Theme::accentGradient(rect()));
     if (isDown()) {
-        painter.fillPath(outline(), themeColor(ColorRole::controlPressed));
+        painter.fillPath(face, themeColor(ColorRole::controlPressed));
     }
     if (showsFocus()) {
-        drawFocusRing(painter, outline(), ColorRole::onAccent);
+        drawFocusRing(painter, face, ColorRole::onAccent);
     }
     iconAndTitle::draw(painter, rect(), &symbol, text(), font(), spacing, themeColor(ColorRole::onAccent));
 }

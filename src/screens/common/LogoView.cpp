@@ -1,12 +1,17 @@
 #include "screens/common/LogoView.h"
 
+<<<<<<< HEAD
 #include "screens/common/AccessiblePart.h"
+    == == ==
+    =
+#include "screens/common/PixelGrid.h"
+        >>>>>>> look
 
 #include <QPainter>
 
 #include <utility>
 
-using namespace Qt::StringLiterals;
+        using namespace Qt::StringLiterals;
 
 namespace quilmora
 {
@@ -28,7 +33,7 @@ void LogoView::paintEvent(QPaintEvent * /*event*/)
         logo = logoPixmap(side, cornerRadius, devicePixelRatioF(), files.resourceFolders, files.assetPath);
     }
     QPainter painter{this};
-    painter.drawPixmap(0, 0, logo);
+    painter.drawPixmap(PixelGrid{painter}.aligned(QPointF{0, 0}), logo);
 }
 
 } // namespace quilmora

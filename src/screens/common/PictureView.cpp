@@ -1,6 +1,7 @@
 #include "screens/common/PictureView.h"
 
 #include "screens/common/AccessiblePart.h"
+#include "screens/common/PixelGrid.h"
 #include "screens/common/Shapes.h"
 
 #include <QPainter>
@@ -42,7 +43,8 @@ void PictureView::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter{this};
     const QRect bounds = pictureBounds();
-    painter.drawPixmap(bounds.topLeft(), picture.pixmap(bounds.size(), devicePixelRatioF()));
+    painter.drawPixmap(PixelGrid{painter}.aligned(bounds.topLeft()),
+                       picture.pixmap(bounds.size(), devicePixelRatioF()));
 }
 
 } // namespace quilmora

@@ -1,5 +1,6 @@
 #include "screens/common/Sheet.h"
 
+#include "screens/common/PixelGrid.h"
 #include "screens/common/Shapes.h"
 #include "screens/common/Theme.h"
 
@@ -52,7 +53,7 @@ Sheet::Sheet(QWidget *parent) : QDialog{parent, Qt::Sheet | Qt::FramelessWindowH
     setWindowModality(Qt::WindowModal);
 }
 
-QPainterPath Sheet::ground(const QRect &bounds)
+QPainterPath Sheet::ground(const QRectF &bounds)
 {
     QPainterPath whole;
     whole.addRect(bounds);
@@ -71,11 +72,17 @@ void Sheet::showEvent(QShowEvent *event)
 
 void Sheet::paintEvent(QPaintEvent * /*event*/)
 {
+    if (!paintsGround) {
+        return;
+    }
     QPainter painter{this};
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillPath(ground(rect()), themeColor(ColorRole::windowBackground));
-    painter.strokePath(roundedRect(insideLine(rect(), 1), cornerRadius - 0.5),
-                       QPen{themeColor(ColorRole::controlBorder), 1});
+    const PixelGrid grid{painter};
+    const QRectF bounds = grid.aligned(rect());
+    const double lineWidth = grid.lineWidth(1);
+    painter.fillPath(ground(bounds), themeColor(ColorRole::windowBackground));
+    painter.strokePath(roundedRect(insideLine(bounds, lineWidth), cornerRadius - lineWidth / 2),
+                       QPen{themeColor(ColorRole::controlBorder), lineWidth});
 }
 
 } // namespace quilmora

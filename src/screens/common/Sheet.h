@@ -21,12 +21,19 @@ public:
     explicit Sheet(QWidget *parent);
     ~Sheet() override = default;
 
+    /// Leaves the ground to a content that covers the whole sheet: painted by both, its corners would be too
+    /// light or too dark.
+    void leaveGroundToContent() { paintsGround = false; }
+
     /// The shape to be painted by a content that covers a sheet of these bounds.
-    static QPainterPath ground(const QRect &bounds);
+    static QPainterPath ground(const QRectF &bounds);
 
 protected:
     void showEvent(QShowEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
+
+private:
+    bool paintsGround = true;
 };
 
 } // namespace quilmora

@@ -1,5 +1,7 @@
 #include "screens/common/Symbol.h"
 
+#include "screens/common/PixelGrid.h"
+
 #include <QFile>
 #include <QImage>
 #include <QPainter>
@@ -80,9 +82,8 @@ void Symbol::draw(QPainter &painter, const QRectF &bounds, const QColor &color) 
     const double ratio = painter.device()->devicePixelRatioF();
     const int side = extent();
     const QPointF corner = bounds.center() - QPointF(side, side) / 2;
-    // On whole device pixels, where the drawing stays sharp.
-    const QPointF snapped{std::round(corner.x() * ratio) / ratio, std::round(corner.y() * ratio) / ratio};
-    painter.drawPixmap(snapped, pixmap(name, side, color, ratio, weight));
+    // On whole pixels, where the drawing stays sharp.
+    painter.drawPixmap(PixelGrid{painter}.aligned(corner), pixmap(name, side, color, ratio, weight));
 }
 
 QPixmap Symbol::pixmap(const QString &name, int side, const QColor &color, double devicePixelRatio,

@@ -5,6 +5,7 @@
 
 #include <QEvent>
 #include <QPainter>
+#include <QScrollBar>
 
 namespace quilmora
 {
@@ -24,6 +25,9 @@ TextEditor::TextEditor(int pixelSize, QWidget *parent) : QPlainTextEdit{parent}
     document()->setDocumentMargin(0);
     setViewportMargins(innerPadding, innerPadding, innerPadding, innerPadding);
     viewport()->setAutoFillBackground(false);
+    // All lines are broken to fit, but one may be a little wider by rounding, and would slide to and fro.
+    connect(horizontalScrollBar(), &QScrollBar::rangeChanged, this,
+            [this] { horizontalScrollBar()->setRange(0, 0); });
 }
 
 QString TextEditor::text() const

@@ -3,6 +3,7 @@
 #include "screens/common/FocusRing.h"
 #include "screens/common/Fonts.h"
 #include "screens/common/IconAndTitle.h"
+#include "screens/common/PixelGrid.h"
 #include "screens/common/Shapes.h"
 #include "screens/common/Symbol.h"
 #include "screens/common/Theme.h"
@@ -76,7 +77,7 @@ void DisclosureHeader::paintEvent(QPaintEvent * /*event*/)
     chevron.draw(painter, QRectF{width() - chevron.extent() * 1.0, 0, chevron.extent() * 1.0, height() * 1.0},
                  color);
     if (showsFocus()) {
-        drawFocusRing(painter, roundedRect(insideLine(rect(), 1), 6));
+        drawFocusRing(painter, roundedRect(PixelGrid{painter}.aligned(rect()), 6));
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "screens/common/FocusRing.h"
 #include "screens/common/Fonts.h"
+#include "screens/common/PixelGrid.h"
 #include "screens/common/Shapes.h"
 #include "screens/common/Theme.h"
 
@@ -39,9 +40,11 @@ void EmotionChip::paintEvent(QPaintEvent * /*event*/)
     QPainter painter{this};
     painter.setRenderHint(QPainter::Antialiasing);
     const bool selected = isChecked();
-    const QPainterPath outline = capsule(insideLine(rect(), 1));
+    const PixelGrid grid{painter};
+    const double lineWidth = grid.lineWidth(1);
+    const QPainterPath outline = capsule(insideLine(grid.aligned(rect()), lineWidth));
     painter.fillPath(outline, themeColor(selected ? ColorRole::selectedFill : ColorRole::controlBackground));
-    painter.strokePath(outline, QPen{themeColor(ColorRole::optionBorder), 1});
+    painter.strokePath(outline, QPen{themeColor(ColorRole::optionBorder), lineWidth});
     if (showsFocus()) {
         drawFocusRing(painter, outline);
     }

@@ -2,6 +2,7 @@
 
 #include "screens/common/FocusRing.h"
 #include "screens/common/Fonts.h"
+#include "screens/common/PixelGrid.h"
 #include "screens/common/Shapes.h"
 #include "screens/common/Theme.h"
 
@@ -41,7 +42,7 @@ void GenerateButton::paintEvent(QPaintEvent * /*event*/)
     QPainter painter{this};
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setOpacity(isEnabled() ? 1.0 : disabledOpacity);
-    const QPainterPath outline = continuousRoundedRect(rect(), cornerRadius);
+    const QPainterPath outline = continuousRoundedRect(PixelGrid{painter}.aligned(rect()), cornerRadius);
     painter.fillPath(outline, Theme::accentGradient(rect()));
     if (isDown()) {
         painter.fillPath(outline, themeColor(ColorRole::controlPressed));

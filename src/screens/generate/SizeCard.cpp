@@ -2,6 +2,7 @@
 
 #include "screens/common/FocusRing.h"
 #include "screens/common/Fonts.h"
+#include "screens/common/PixelGrid.h"
 #include "screens/common/Shapes.h"
 #include "screens/common/Symbol.h"
 #include "screens/common/Theme.h"
@@ -55,8 +56,10 @@ void SizeCard::paintEvent(QPaintEvent * /*event*/)
     QPainter painter{this};
     painter.setRenderHint(QPainter::Antialiasing);
     const bool selected = isChecked();
-    const double lineWidth = selected ? 1.5 : 1.0;
-    const QPainterPath outline = roundedRect(insideLine(rect(), lineWidth), cornerRadius - lineWidth / 2);
+    const PixelGrid grid{painter};
+    const double lineWidth = grid.lineWidth(selected ? 1.5 : 1.0);
+    const QPainterPath outline =
+        roundedRect(insideLine(grid.aligned(rect()), lineWidth), cornerRadius - lineWidth / 2);
     painter.fillPath(outline, themeColor(selected ? ColorRole::selectedFill : ColorRole::controlBackground));
     painter.strokePath(
         outline, QPen{themeColor(selected ? ColorRole::selectedBorder : ColorRole::optionBorder), lineWidth});

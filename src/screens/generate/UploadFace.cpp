@@ -2,6 +2,7 @@
 
 #include "screens/common/FocusRing.h"
 #include "screens/common/Fonts.h"
+#include "screens/common/PixelGrid.h"
 #include "screens/common/Shapes.h"
 #include "screens/common/Theme.h"
 
@@ -54,18 +55,20 @@ void UploadFace::paintEvent(QPaintEvent * /*event*/)
         paintPicture(painter);
     }
     if (showsFocus()) {
-        drawFocusRing(painter, roundedRect(insideLine(rect(), 1), cornerRadius));
+        drawFocusRing(painter, roundedRect(PixelGrid{painter}.aligned(rect()), cornerRadius));
     }
 }
 
 void UploadFace::paintInvitation(QPainter &painter) const
 {
-    const QPainterPath outline = roundedRect(insideLine(rect(), 1), cornerRadius);
+    const PixelGrid grid{painter};
+    const double lineWidth = grid.lineWidth(1);
+    const QPainterPath outline = roundedRect(insideLine(grid.aligned(rect()), lineWidth), cornerRadius);
     painter.fillPath(outline, themeColor(ColorRole::controlBackground));
     if (isDown() || underMouse()) {
         painter.fillPath(outline, themeColor(isDown() ? ColorRole::controlPressed : ColorRole::hoverFill));
     }
-    QPen dashes{themeColor(ColorRole::tertiaryText), 1};
+    QPen dashes{themeColor(ColorRole::tertiaryText), lineWidth};
     dashes.setDashPattern({5, 4});
     painter.strokePath(outline, dashes);
 
@@ -83,10 +86,12 @@ void UploadFace::paintInvitation(QPainter &painter) const
 
 void UploadFace::paintPicture(QPainter &painter)
 {
-    painter.fillPath(roundedRect(rect(), cornerRadius), themeColor(ColorRole::controlBackground));
+    const PixelGrid grid{painter};
+    painter.fillPath(roundedRect(grid.aligned(rect()), cornerRadius),
+                     themeColor(ColorRole::controlBackground));
     QRect place{{0, 0}, picture.fittedSize(size())};
     place.moveCenter(rect().center());
-    painter.drawPixmap(place.topLeft(), picture.pixmap(place.size(), devicePixelRatioF()));
+    painter.drawPixmap(grid.aligned(place.topLeft()), picture.pixmap(place.size(), devicePixelRatioF()));
 }
 
 } // namespace quilmora

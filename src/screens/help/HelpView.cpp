@@ -2,6 +2,7 @@
 
 #include "screens/common/FocusRing.h"
 #include "screens/common/LogoView.h"
+#include "screens/common/PixelGrid.h"
 #include "screens/common/Shapes.h"
 #include "screens/common/TextLabel.h"
 #include "screens/help/ContactLine.h"
@@ -71,7 +72,9 @@ void HelpView::paintEvent(QPaintEvent * /*event*/)
     painter.setRenderHint(QPainter::Antialiasing);
     for (const auto *line : findChildren<ContactLine *>()) {
         if (line->showsFocus()) {
-            drawFocusRing(painter, roundedRect(QRectF{line->geometry()} + ringMargins, ringRadius));
+            drawFocusRing(
+                painter,
+                roundedRect(PixelGrid{painter}.aligned(QRectF{line->geometry()} + ringMargins), ringRadius));
         }
     }
 }

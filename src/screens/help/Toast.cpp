@@ -2,6 +2,7 @@
 
 #include "screens/common/AccessiblePart.h"
 #include "screens/common/Fonts.h"
+#include "screens/common/PixelGrid.h"
 #include "screens/common/Shapes.h"
 #include "screens/common/Theme.h"
 
@@ -98,8 +99,9 @@ void Toast::paintEvent(QPaintEvent * /*event*/)
     QPainter painter{this};
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setOpacity(opacity());
-    painter.fillPath(roundedRect(rect(), std::min(height() / 2.0, greatestRadius)),
-                     themeColor(ColorRole::toastBackground));
+    painter.fillPath(
+        roundedRect(PixelGrid{painter}.aligned(rect()), std::min(height() / 2.0, greatestRadius)),
+        themeColor(ColorRole::toastBackground));
     line.draw(painter,
               QRectF{rect()}.adjusted(padding.width(), padding.height(), -padding.width(), -padding.height()),
               themeColor(ColorRole::toastText));

@@ -106,6 +106,7 @@ void HistoryListView::openPreview(int position)
     selectedRecord = records->record(position);
     sheet = new Sheet{this};
     sheet->setWindowTitle(u"已生成列表"_s);
+    sheet->leaveGroundToContent();
     auto *preview = new ImagePreviewView{*selectedRecord, [this] { closePreview(); }, panels, sheet};
     auto *fill = new QVBoxLayout{sheet};
     fill->setContentsMargins(0, 0, 0, 0);

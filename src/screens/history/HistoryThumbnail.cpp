@@ -3,6 +3,7 @@
 #include "screens/common/ClampedText.h"
 #include "screens/common/FocusRing.h"
 #include "screens/common/Fonts.h"
+#include "screens/common/PixelGrid.h"
 #include "screens/common/Shapes.h"
 #include "screens/common/Symbol.h"
 #include "screens/common/Theme.h"
@@ -12,8 +13,6 @@
 #include <QFontMetrics>
 #include <QPainter>
 #include <QStyleOptionViewItem>
-
-#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -29,21 +28,15 @@ constexpr int footerPixelSize = 10;
 constexpr int footerSpacing = 8;
 constexpr int placeholderPixelSize = 30;
 
-/// `size` in the middle of `square`, on whole device pixels.
-QRectF centred(QSizeF size, const QRect &square, double ratio)
-{
-    const QPointF corner = QRectF{square}.center() - QPointF{size.width(), size.height()} / 2;
-    return {{std::round(corner.x() * ratio) / ratio, std::round(corner.y() * ratio) / ratio}, size};
-}
-
 void paintPicture(QPainter &painter, const QRect &square, const ThumbnailCache::Thumbnail &picture)
 {
-    const double ratio = painter.device()->devicePixelRatioF();
     QSizeF size = picture.pixmap.deviceIndependentSize();
     if (picture.state == ThumbnailCache::State::outdated) {
         size.scale(square.size(), Qt::KeepAspectRatio);
     }
-    painter.drawPixmap(centred(size, square, ratio), picture.pixmap, picture.pixmap.rect());
+    const QPointF corner = QRectF{square}.center() - QPointF{size.width(), size.height()} / 2;
+    painter.drawPixmap(QRectF{PixelGrid{painter}.aligned(corner), size}, picture.pixmap,
+                       picture.pixmap.rect());
 }
 
 int paintPrompt(QPainter &painter, const QRect &place, const QString &prompt)
@@ -59,12 +52,11 @@ void paintFooter(QPainter &painter, const QRect &place, const HistoryRecord &rec
     const QFontMetrics metrics{font};
     const QString time = HistoryModel::timeText(record);
     const int timeWidth = metrics.horizontalAdvance(time);
-    painter.setFont(font);
-    painter.setPen(themeColor(ColorRole::tertiaryText));
-    painter.drawText(place, Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine, time);
     const QRect left = place.adjusted(0, 0, -timeWidth - footerSpacing, 0);
-    const ClampedText modelID{record.modelID, font, 1};
-    modelID.draw(painter, left, themeColor(ColorRole::tertiaryText));
+    // Drawn alike, so that the two stand on one line.
+    const QColor color = themeColor(ColorRole::tertiaryText);
+    ClampedText{record.modelID, font, 1}.draw(painter, left, color);
+    ClampedText{time, font, 1, Qt::AlignRight}.draw(painter, place, color);
 }
 
 } // namespace
@@ -85,7 +77,9 @@ int HistoryThumbnail::textHeight()
 void HistoryThumbnail::paintSquare(QPainter &painter, const QRect &square, const QString &path,
                                    bool focused) const
 {
-    painter.fillPath(continuousRoundedRect(square, cornerRadius), themeColor(ColorRole::controlBackground));
+    const PixelGrid grid{painter};
+    const QRectF ground = grid.aligned(square);
+    painter.fillPath(continuousRoundedRect(ground, cornerRadius), themeColor(ColorRole::controlBackground));
     const auto picture =
         pictures.find(path, {square.width(), cornerRadius, painter.device()->devicePixelRatioF()});
     if (!picture.pixmap.isNull()) {
@@ -93,8 +87,9 @@ void HistoryThumbnail::paintSquare(QPainter &painter, const QRect &square, const
     } else if (picture.state == ThumbnailCache::State::absent) {
         Symbol{u"photo"_s, placeholderPixelSize}.draw(painter, square, themeColor(ColorRole::tertiaryText));
     }
-    const QPainterPath outline = continuousRoundedRect(insideLine(square, 1), cornerRadius);
-    painter.strokePath(outline, QPen{themeColor(ColorRole::tileBorder), 1});
+    const double lineWidth = grid.lineWidth(1);
+    const QPainterPath outline = continuousRoundedRect(insideLine(ground, lineWidth), cornerRadius);
+    painter.strokePath(outline, QPen{themeColor(ColorRole::tileBorder), lineWidth});
     if (focused) {
         drawFocusRing(painter, outline);
     }

@@ -5,10 +5,12 @@
 #include "screens/common/Fonts.h"
 #include "screens/common/GradientButton.h"
 #include "screens/common/PictureView.h"
+#include "screens/common/PixelGrid.h"
 #include "screens/common/Sheet.h"
 #include "screens/common/SymbolButton.h"
 #include "screens/common/TextLabel.h"
 
+#include <QFontMetrics>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QVBoxLayout>
@@ -37,10 +39,37 @@ constexpr QSize pictureBox{800, 540};
 constexpr double pictureCornerRadius = 10;
 constexpr int contentWidth = viewSize.width() - 2 * padding;
 
-QString metaLine(const HistoryRecord &record)
+QString modelText(const HistoryRecord &record)
 {
-    const QString model = record.modelID.isEmpty() ? u"—"_s : record.modelID;
-    return model + u" · "_s + localDateText(record.createdAt, u"yyyy-MM-dd HH:mm"_s);
+    return record.modelID.isEmpty() ? u"—"_s : record.modelID;
+}
+
+QString timeText(const HistoryRecord &record)
+{
+    return u" · "_s + localDateText(record.createdAt, u"yyyy-MM-dd HH:mm"_s);
+}
+
+/// Model and time on one line. A long model is cut off, so that the time stays in sight.
+QString metaLine(const HistoryRecord &record, const QFont &font, int width)
+{
+    const QString time = timeText(record);
+    // The two widths and that of both together are rounded each by itself.
+    constexpr int roundings = 2;
+    const int room = width - QFontMetrics{font}.horizontalAdvance(time) - roundings;
+    return ClampedText{modelText(record), font, 1}.lines(room).constFirst() + time;
+}
+
+/// The window's background below the backdrop. As one colour: laid over each other at the soft corners, the
+/// lower one would shine through.
+QColor ground()
+{
+    const QColor below = themeColor(ColorRole::windowBackground);
+    const QColor above = themeColor(ColorRole::previewBackdrop);
+    const auto mixed = [share = above.alphaF()](float lower, float upper) {
+        return lower + (upper - lower) * share;
+    };
+    return QColor::fromRgbF(mixed(below.redF(), above.redF()), mixed(below.greenF(), above.greenF()),
+                            mixed(below.blueF(), above.blueF()));
 }
 
 /// A widget whose clicks do not reach what lies behind it.
@@ -110,8 +139,11 @@ QLayout *ImagePreviewView::makeTexts()
     auto *promptRow = new QHBoxLayout;
     promptRow->setContentsMargins(promptPadding, 0, promptPadding, 0);
     promptRow->addWidget(inFront(prompt));
-    auto *meta = new TextLabel{metaLine(record), {11, QFont::Normal, ColorRole::onBackdropSecondary}, this};
-    meta->setMaximumWidth(contentWidth);
+    constexpr int metaPixelSize = 11;
+    auto *meta = new TextLabel{metaLine(record, systemFont(metaPixelSize), contentWidth),
+                               {metaPixelSize, QFont::Normal, ColorRole::onBackdropSecondary},
+                               this};
+    meta->setAccessibleName(modelText(record) + timeText(record));
     auto *texts = new QVBoxLayout;
     texts->setSpacing(textSpacing);
     texts->addLayout(promptRow);
@@ -148,9 +180,8 @@ void ImagePreviewView::paintEvent(QPaintEvent *event)
     {
         QPainter painter{this};
         painter.setRenderHint(QPainter::Antialiasing);
-        const QPainterPath outline = Sheet::ground(rect());
-        painter.fillPath(outline, themeColor(ColorRole::windowBackground));
-        painter.fillPath(outline, themeColor(ColorRole::previewBackdrop));
+        const QPainterPath outline = Sheet::ground(PixelGrid{painter}.aligned(rect()));
+        painter.fillPath(outline, ground());
     }
     ShadowGround::paintEvent(event);
 }

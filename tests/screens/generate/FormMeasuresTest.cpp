@@ -1,6 +1,7 @@
 #include "GenerateScreen.h"
 #include "model/CoverSize.h"
 #include "model/Emotion.h"
+#include "screens/common/StepHeader.h"
 #include "screens/common/Theme.h"
 #include "support/CornerShape.h"
 #include "support/Drawing.h"
@@ -106,7 +107,7 @@ void FormMeasuresTest::stepHeaders()
 {
     const QStringList titles{u"选择尺寸"_s, u"填写封面内容"_s, u"选择表情"_s, u"上传照片"_s};
     for (int step = 1; step <= titles.size(); ++step) {
-        QWidget *header = piece(titles.at(step - 1));
+        QWidget *header = screen->find<StepHeader>(titles.at(step - 1));
         const Drawing drawn{header};
         const QString number = QString::number(step);
         QCOMPARE(drawn.lookOf(number), Drawing::look(12, QFont::Bold, Qt::white));

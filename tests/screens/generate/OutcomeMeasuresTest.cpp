@@ -1,5 +1,6 @@
 #include "GenerateScreen.h"
 #include "screens/common/PictureView.h"
+#include "screens/common/TextLabel.h"
 #include "screens/common/Theme.h"
 #include "support/CornerShape.h"
 #include "support/Drawing.h"
@@ -84,7 +85,7 @@ void OutcomeMeasuresTest::resultTextsAndPlaces()
 {
     const auto screen = withResult();
     QVERIFY(screen != nullptr);
-    QWidget *title = screen->find(u"生成成功"_s);
+    QWidget *title = screen->find<TextLabel>(u"生成成功"_s);
     QWidget *picture = screen->find(u"生成的封面"_s);
     QWidget *back = screen->find(u"返回表单"_s);
     QWidget *save = screen->find(u"保存图片"_s);
@@ -180,7 +181,7 @@ void OutcomeMeasuresTest::errorTextsAndPlaces()
 {
     const auto screen = withError();
     QVERIFY(screen != nullptr);
-    QWidget *title = screen->find(u"生成失败"_s);
+    QWidget *title = screen->find<TextLabel>(u"生成失败"_s);
     QWidget *message = screen->find<QPlainTextEdit>(u"[Busy] 稍后"_s);
     QWidget *back = screen->find(u"返回表单"_s);
     QWidget *section = title->parentWidget();

@@ -1,8 +1,7 @@
 #include "HistoryScreen.h"
 
-#include "platform/DecimalText.h"
-#include "store/SqliteConnection.h"
 #include "support/DatabaseFile.h"
+#include "support/HistoryRows.h"
 #include "support/SamplePictures.h"
 #include "support/ScreenCapture.h"
 
@@ -15,14 +14,6 @@ namespace quilmora::test
 {
 namespace
 {
-
-QString rowInsertion(const QString &prompt, const QString &imagePath, double createdAt,
-                     const QString &modelID)
-{
-    return u"INSERT INTO history (prompt, image_path, created_at, model_id) VALUES ("_s +
-           SqliteConnection::quoted(prompt) + u", "_s + SqliteConnection::quoted(imagePath) + u", "_s +
-           shortestDecimal(createdAt) + u", "_s + SqliteConnection::quoted(modelID) + u");"_s;
-}
 
 QString storedPath(const QString &name)
 {
@@ -70,7 +61,7 @@ qint64 HistoryScreen::addRow(const QString &prompt, const QString &imagePath, do
                              const QString &modelID) const
 {
     const QString sql =
-        rowInsertion(prompt, imagePath, createdAt, modelID) + u" SELECT last_insert_rowid();"_s;
+        historyRows::insertion(prompt, imagePath, createdAt, modelID) + u" SELECT last_insert_rowid();"_s;
     return databaseFile::run(databasePath(), sql.toUtf8()).constFirst().constFirst().toLongLong();
 }
 
@@ -101,7 +92,7 @@ void HistoryScreen::addCovers(int count) const
     for (int number = 0; number < count; ++number) {
         const QString name = u"%1.png"_s.arg(number);
         writeCover(name, {16, 9}, Qt::red);
-        sql += rowInsertion(u"提示词 "_s + name, storedPath(name), newest - number, u"模型"_s);
+        sql += historyRows::insertion(u"提示词 "_s + name, storedPath(name), newest - number, u"模型"_s);
     }
     databaseFile::run(databasePath(), QString{sql + u"COMMIT;"_s}.toUtf8());
 }

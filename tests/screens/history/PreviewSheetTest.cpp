@@ -1,4 +1,5 @@
 #include "HistoryScreen.h"
+#include "screens/common/Theme.h"
 
 #include <QAbstractButton>
 #include <QMouseEvent>
@@ -20,6 +21,7 @@ private Q_SLOTS:
     void aPressThatIsLetGoOnAnotherTileOpensNothing();
     void theRightButtonOpensNothing();
     void thePreviewLiesOverTheWindowAndIsModalToIt();
+    void itsCornersAreAsDarkAsTheRest();
     void everyWayOfClosingLetsTheNextPreviewOpen_data();
     void everyWayOfClosingLetsTheNextPreviewOpen();
     void theListIsNotReadAnewWhenThePreviewCloses();
@@ -106,6 +108,25 @@ void PreviewSheetTest::thePreviewLiesOverTheWindowAndIsModalToIt()
         std::clamp(wanted, available.left(), std::max(available.left(), available.right() - 899));
     QVERIFY(std::abs(sheet->x() - left) <= 1);
     QVERIFY(sheet->y() >= available.top());
+}
+
+void PreviewSheetTest::itsCornersAreAsDarkAsTheRest()
+{
+    Theme::current().setScheme(ColorScheme::light);
+    openPreview(1);
+    const QImage picture = HistoryScreen::preview()->grab().toImage();
+    const int darkest = qGray(picture.pixel(20, 20));
+    int soft = 0;
+    for (int y = 0; y < 12; ++y) {
+        for (int x = 0; x < 12; ++x) {
+            const QColor color = picture.pixelColor(x, y);
+            soft += color.alpha() > 0 && color.alpha() < 255 ? 1 : 0;
+            // Of what is almost clear the colour is known only roughly.
+            constexpr int roughness = 3 * 255;
+            QVERIFY((qGray(color.rgb()) - darkest) * color.alpha() <= roughness);
+        }
+    }
+    QVERIFY(soft > 0);
 }
 
 void PreviewSheetTest::everyWayOfClosingLetsTheNextPreviewOpen_data()

@@ -40,7 +40,7 @@ ColourPalette choosePalette(const SceneBackground &background, const QList<QImag
 
 } // namespace
 
-QImage compose(const GenerationRequest &request)
+QImage compose(const PictureRequest &request)
 {
     const CoverPrompt prompt = promptReader::read(request.prompt);
     const bool hasPresenter = !request.images.isEmpty();

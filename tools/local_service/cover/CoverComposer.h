@@ -1,6 +1,6 @@
 #pragma once
 
-#include "local_service/http/GenerationRequest.h"
+#include "local_service/http/PictureRequest.h"
 
 #include <QImage>
 
@@ -10,6 +10,6 @@ namespace quilmora::coverComposer
 
 /// The cover that `request` asks for, of exactly its size. The same request gives the same picture. May be
 /// called from any thread while a QGuiApplication lives.
-QImage compose(const GenerationRequest &request);
+QImage compose(const PictureRequest &request);
 
 } // namespace quilmora::coverComposer

@@ -54,7 +54,7 @@ GenerationHandler::Reply GenerationHandler::handle(const Incoming &incoming)
     if (const auto *error = std::get_if<ErrorEnvelope>(&outcome)) {
         return refuse(*error);
     }
-    return answer(std::get<GenerationRequest>(outcome), arrival);
+    return answer(std::get<PictureRequest>(outcome), arrival);
 }
 
 GenerationHandler::Reply GenerationHandler::refuse(const ErrorEnvelope &error)
@@ -64,8 +64,7 @@ GenerationHandler::Reply GenerationHandler::refuse(const ErrorEnvelope &error)
     return {error.status, error.toJson(id)};
 }
 
-GenerationHandler::Reply GenerationHandler::answer(const GenerationRequest &request,
-                                                   Clock::time_point arrival)
+GenerationHandler::Reply GenerationHandler::answer(const PictureRequest &request, Clock::time_point arrival)
 {
     const QByteArray jpeg = encodeJpeg(coverComposer::compose(request));
     if (jpeg.isEmpty()) {
@@ -76,7 +75,7 @@ GenerationHandler::Reply GenerationHandler::answer(const GenerationRequest &requ
     }
     const QString size = u"%1x%2"_s.arg(request.size.width()).arg(request.size.height());
     QJsonObject picture{{u"size"_s, size}};
-    if (request.delivery == GenerationRequest::Delivery::Base64) {
+    if (request.delivery == PictureRequest::Delivery::Base64) {
         picture.insert(u"b64_json"_s, QString::fromLatin1(jpeg.toBase64()));
     } else {
         picture.insert(u"url"_s, QString{m_pictureAddress + m_pictures.put(jpeg) + u".jpg"_s});

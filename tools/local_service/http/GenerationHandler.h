@@ -1,8 +1,8 @@
 #pragma once
 
 #include "local_service/http/ErrorEnvelope.h"
-#include "local_service/http/GenerationRequest.h"
 #include "local_service/http/LocalServiceOptions.h"
+#include "local_service/http/PictureRequest.h"
 #include "local_service/http/PictureShelf.h"
 #include "local_service/http/RequestValidator.h"
 #include "local_service/http/ServiceCounters.h"
@@ -51,7 +51,7 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
-    Reply answer(const GenerationRequest &request, Clock::time_point arrival);
+    Reply answer(const PictureRequest &request, Clock::time_point arrival);
     bool waitUntil(Clock::time_point moment);
 
     const LocalServiceOptions m_options;

@@ -133,7 +133,7 @@ Problem findUnknownMember(const QJsonObject &body)
     return std::nullopt;
 }
 
-Problem readMembers(const QJsonObject &body, GenerationRequest &request)
+Problem readMembers(const QJsonObject &body, PictureRequest &request)
 {
     auto delivery = static_cast<std::size_t>(request.delivery);
     std::size_t sequence = 0;
@@ -152,7 +152,7 @@ Problem readMembers(const QJsonObject &body, GenerationRequest &request)
         return readChoice(body, u"sequential_image_generation"_s, {u"disabled"_s, u"auto"_s}, sequence);
     });
     then([&] { return readImages(body, request.images); });
-    request.delivery = static_cast<GenerationRequest::Delivery>(delivery);
+    request.delivery = static_cast<PictureRequest::Delivery>(delivery);
     return problem;
 }
 
@@ -170,7 +170,7 @@ RequestValidator::Outcome RequestValidator::validate(const QByteArray &body) con
     if (!document.isObject()) {
         return ErrorEnvelope::invalidParameter({}, u"the body must be a JSON object"_s);
     }
-    GenerationRequest request;
+    PictureRequest request;
     if (const Problem problem = readMembers(document.object(), request)) {
         return *problem;
     }

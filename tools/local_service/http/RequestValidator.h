@@ -1,7 +1,7 @@
 #pragma once
 
 #include "local_service/http/ErrorEnvelope.h"
-#include "local_service/http/GenerationRequest.h"
+#include "local_service/http/PictureRequest.h"
 
 #include <QByteArray>
 #include <QStringList>
@@ -16,7 +16,7 @@ namespace quilmora
 class RequestValidator final
 {
 public:
-    using Outcome = std::variant<GenerationRequest, ErrorEnvelope>;
+    using Outcome = std::variant<PictureRequest, ErrorEnvelope>;
 
     static constexpr qint64 smallestArea = 921'600;   ///< Pixels, itself allowed.
     static constexpr qint64 largestArea = 16'777'216; ///< Pixels, itself allowed.

@@ -9,7 +9,7 @@ namespace quilmora
 {
 
 /// A request for one picture that has passed every check.
-struct GenerationRequest {
+struct PictureRequest {
     /// How the answer carries the picture.
     enum class Delivery { Address, Base64 };
 

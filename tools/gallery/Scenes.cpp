@@ -1,0 +1,11 @@
+#include "gallery/Scene.h"
+
+namespace quilmora::gallery
+{
+
+QList<Scene> allScenes()
+{
+    return formScenes() + outcomeScenes() + historyScenes() + otherScenes();
+}
+
+} // namespace quilmora::gallery

@@ -1,0 +1,228 @@
+#include "gallery/Stage.h"
+
+#include "generation/CoverGenerationFlow.h"
+#include "platform/UserFolders.h"
+#include "screens/common/Sheet.h"
+#include "screens/generate/GenerateCoverView.h"
+#include "screens/help/HelpView.h"
+#include "screens/history/HistoryGrid.h"
+#include "screens/history/HistoryListView.h"
+#include "screens/settings/SettingsView.h"
+#include "store/CoversFolder.h"
+#include "support/AccessibleFinder.h"
+#include "support/DatabaseFile.h"
+#include "support/HistoryRows.h"
+#include "support/ScreenTest.h"
+
+#include <QFile>
+#include <QPainter>
+#include <QScreen>
+#include <QScrollBar>
+#include <QVariantAnimation>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace quilmora::gallery
+{
+namespace
+{
+
+constexpr int patience = 60'000;
+constexpr int roomAround = 40;
+
+QString databaseFolder()
+{
+    return userFolders::applicationSupport() + u"/Quilmora"_s;
+}
+
+} // namespace
+
+Stage::Stage() : database{databaseFolder(), coversFolder::path()}, storage{coversFolder::path()}
+{
+    // Long enough for every picture.
+    help.toastStay = 1h;
+}
+
+Stage::~Stage() = default;
+
+QWidget *Stage::makeScreen(NavigationTab tab, QWidget *parent)
+{
+    switch (tab) {
+    case NavigationTab::generate:
+        return new GenerateCoverView{CoverGenerationFlow::create(database, storage, generator), panels,
+                                     parent};
+    case NavigationTab::history:
+        return new HistoryListView{database, panels, parent};
+    case NavigationTab::settings:
+        return new SettingsView{database, parent};
+    case NavigationTab::help:
+        return new HelpView{help, parent};
+    }
+    Q_UNREACHABLE();
+}
+
+void Stage::configure(const QUrl &service, const QString &key)
+{
+    database.saveConfig(service.toString(), key, VolcengineConfig::defaultModelID());
+}
+
+void Stage::setAddresses(const QString &email, const QString &website)
+{
+    help.email = email;
+    help.website = website;
+}
+
+void Stage::addCovers(const QList<Cover> &covers)
+{
+    QString sql = u"BEGIN;"_s;
+    int number = 0;
+    for (const Cover &cover : covers) {
+        const QString name = u"cover_%1.png"_s.arg(++number);
+        if (!cover.file.isEmpty() && !QFile::copy(cover.file, coversFolder::path() + u'/' + name)) {
+            qFatal("Cannot copy %s", qUtf8Printable(cover.file));
+        }
+        sql += test::historyRows::insertion(cover.prompt, coversFolder::storedPath(name), cover.createdAt,
+                                            cover.modelID);
+    }
+    test::databaseFile::run(databaseFolder() + u"/quilmora.db"_s, QString{sql + u"COMMIT;"_s}.toUtf8());
+}
+
+void Stage::open()
+{
+    view = std::make_unique<MainView>(
+        [this](NavigationTab tab, QWidget *parent) { return makeScreen(tab, parent); });
+    test::showWindow(*view, view->minimumSize());
+    // Sheets may be larger than the window.
+    view->move(view->screen()->availableGeometry().center() - view->rect().center());
+}
+
+QWidget *Stage::sheet() const
+{
+    return qobject_cast<Sheet *>(QApplication::activeModalWidget());
+}
+
+QWidget *Stage::find(const QString &name) const
+{
+    QWidget *front = sheet();
+    return test::accessible::find(front != nullptr ? front : view.get(), name);
+}
+
+void Stage::waitUntil(const char *what, const std::function<bool()> &condition)
+{
+    if (!QTest::qWaitFor(condition, patience)) {
+        qFatal("This does not come to pass: %s", what);
+    }
+}
+
+void Stage::waitFor(const QString &name)
+{
+    waitUntil(qUtf8Printable(name), [&] { return find(name) != nullptr; });
+}
+
+void Stage::click(const QString &name)
+{
+    waitFor(name);
+    QWidget *control = find(name);
+    waitUntil(qUtf8Printable(name), [&] { return control->isEnabled(); });
+    test::click(control);
+}
+
+void Stage::type(const QString &field, const QString &text)
+{
+    waitFor(field);
+    test::typeInto(find(field), text);
+}
+
+void Stage::upload(const QString &card, const QString &path)
+{
+    panels.answerReference(path);
+    click(card);
+}
+
+HistoryGrid *Stage::grid() const
+{
+    return view->findChild<HistoryGrid *>();
+}
+
+void Stage::openCover(int position)
+{
+    waitUntil("the history", [this] { return grid() != nullptr; });
+    const QRect tile = grid()->visualRect(grid()->model()->index(position, 0));
+    QTest::mouseClick(grid()->viewport(), Qt::LeftButton, {}, tile.center());
+    waitUntil("the preview", [this] { return sheet() != nullptr && sheet()->windowHandle()->isExposed(); });
+}
+
+void Stage::dismissSheet()
+{
+    if (QWidget *front = sheet(); front != nullptr) {
+        QTest::keyClick(front, Qt::Key_Escape);
+        waitUntil("the end of the sheet", [this] { return sheet() == nullptr; });
+    }
+}
+
+QScrollArea *Stage::page() const
+{
+    return view->findChild<QScrollArea *>();
+}
+
+void Stage::resize(QSize size)
+{
+    view->resize(size);
+    waitUntil("the new size", [&] { return view->windowHandle()->size() == size; });
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    QCoreApplication::processEvents();
+}
+
+void Stage::show(QSize size, const QString &name)
+{
+    resize(size);
+    if (page() != nullptr) {
+        page()->verticalScrollBar()->setValue(0);
+        if (!name.isEmpty()) {
+            waitFor(name);
+            page()->ensureWidgetVisible(find(name), 0, roomAround);
+        }
+    }
+}
+
+void Stage::showWhole(int width)
+{
+    resize({width, view->minimumHeight()});
+    resize({width, view->height() + page()->verticalScrollBar()->maximum()});
+}
+
+void Stage::settle()
+{
+    if (grid() != nullptr) {
+        // Drawn at least once, so that what changed has been seen.
+        grid()->viewport()->repaint();
+        waitUntil("the pictures of the history", [this] { return grid()->isFilled(); });
+    }
+    waitUntil("the end of all animations", [this] {
+        const auto animations = view->findChildren<QVariantAnimation *>();
+        return std::none_of(animations.begin(), animations.end(), [](const QVariantAnimation *animation) {
+            return animation->state() == QAbstractAnimation::Running;
+        });
+    });
+}
+
+QImage Stage::picture() const
+{
+    QWidget *front = sheet();
+    if (front == nullptr) {
+        return view->grab().toImage();
+    }
+    const QRect whole = view->geometry() | front->geometry();
+    const double ratio = view->devicePixelRatioF();
+    QImage picture{(QSizeF{whole.size()} * ratio).toSize(), QImage::Format_ARGB32_Premultiplied};
+    picture.setDevicePixelRatio(ratio);
+    picture.fill(Qt::transparent);
+    QPainter painter{&picture};
+    for (QWidget *shown : {static_cast<QWidget *>(view.get()), front}) {
+        painter.drawPixmap(shown->geometry().topLeft() - whole.topLeft(), shown->grab());
+    }
+    return picture;
+}
+
+} // namespace quilmora::gallery

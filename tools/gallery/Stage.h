@@ -1,0 +1,97 @@
+#pragma once
+
+#include "app/MainView.h"
+#include "generation/ImageGeneratorService.h"
+#include "screens/help/HelpContents.h"
+#include "store/DatabaseManager.h"
+#include "store/ImageStorageService.h"
+#include "support/ScriptedFilePanels.h"
+#include "support/TemporaryHome.h"
+
+#include <QImage>
+
+#include <functional>
+#include <memory>
+
+class QScrollArea;
+
+namespace quilmora
+{
+class HistoryGrid;
+}
+
+namespace quilmora::gallery
+{
+
+/// The main window with everything behind it, in a home folder of its own, and a user who works it by mouse
+/// and keyboard. Controls are known by the names that a screen reader says. Whatever does not come to pass
+/// ends the program.
+class Stage final
+{
+public:
+    Stage();
+    Q_DISABLE_COPY_MOVE(Stage)
+    ~Stage();
+
+    /// Stores settings that lead to `service`.
+    void configure(const QUrl &service, const QString &key);
+
+    struct Cover {
+        QString prompt;
+        QString file; ///< To be copied into the folder of covers; empty for one that has gone.
+        double createdAt;
+        QString modelID;
+    };
+    /// Puts other addresses on the help screen than this build's.
+    void setAddresses(const QString &email, const QString &website);
+    /// Adds covers to the history.
+    void addCovers(const QList<Cover> &covers);
+
+    /// Opens the window.
+    void open();
+    /// Clicks the control of that name.
+    void click(const QString &name);
+    /// Types into the field of that name.
+    void type(const QString &field, const QString &text);
+    /// Clicks the upload card of that title and answers the file panel.
+    void upload(const QString &card, const QString &path);
+    void openCover(int position);
+    /// Closes the sheet, if there is one, with the Escape key.
+    void dismissSheet();
+
+    void waitFor(const QString &name);
+    void waitUntil(const char *what, const std::function<bool()> &condition);
+
+    /// Gives the window that size, and the page the scrolling position at which `name` is in sight (its start
+    /// for an empty name).
+    void show(QSize size, const QString &name);
+    /// Makes the window as high as the page.
+    void showWhole(int width);
+    /// Waits until the window shows all that it is going to show.
+    void settle();
+
+    /// The window at its own resolution, with the sheets that lie over it at their places.
+    QImage picture() const;
+
+    MainView *window() const { return view.get(); }
+    /// The sheet over the window; null when there is none.
+    QWidget *sheet() const;
+    /// Whether something of that name is to be seen in the window or in a sheet.
+    QWidget *find(const QString &name) const;
+
+private:
+    QWidget *makeScreen(NavigationTab tab, QWidget *parent);
+    QScrollArea *page() const;
+    HistoryGrid *grid() const;
+    void resize(QSize size);
+
+    const test::TemporaryHome home;
+    DatabaseManager database;
+    ImageStorageService storage;
+    ImageGeneratorService generator;
+    test::ScriptedFilePanels panels;
+    HelpContents help = HelpContents::ofThisBuild();
+    std::unique_ptr<MainView> view;
+};
+
+} // namespace quilmora::gallery
