@@ -1,17 +1,13 @@
 #include "screens/common/LogoView.h"
 
-<<<<<<< HEAD
 #include "screens/common/AccessiblePart.h"
-    == == ==
-    =
 #include "screens/common/PixelGrid.h"
-        >>>>>>> look
 
 #include <QPainter>
 
 #include <utility>
 
-        using namespace Qt::StringLiterals;
+using namespace Qt::StringLiterals;
 
 namespace quilmora
 {
