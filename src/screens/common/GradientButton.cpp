@@ -58,7 +58,8 @@ void GradientButton::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter{this};
     painter.setRenderHint(QPainter::Antialiasing);
-    const QPainterPath face = capsule(PixelGrid{painter}.aligned(rect()));
+    const QRectF bounds = PixelGrid{painter}.aligned(rect());
+    const QPainterPath face = continuousRoundedRect(bounds, bounds.height() / 2.0);
     painter.fillPath(face, Theme::accentGradient(rect()));
     if (isDown()) {
         painter.fillPath(face, themeColor(ColorRole::controlPressed));
