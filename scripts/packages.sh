@@ -9,7 +9,7 @@ apt_packages() {
         "qt6-translations-l10n libsqlite3-dev libcpp-httplib-dev libssl-dev zlib1g-dev libbrotli-dev libgl-dev" ;;
     run) echo "ca-certificates fonts-noto-cjk qt6-image-formats-plugins qt6-qpa-plugins" ;;
     display) echo "xvfb" ;;
-    test) echo "openssl at-spi2-core dbus libatspi2.0-dev" ;;
+    test) echo "openssl at-spi2-core dbus libatspi2.0-dev qt6-base-private-dev" ;;
     lint) echo "clang clang-format clang-tidy clazy" ;;
     esac
 }
@@ -17,7 +17,7 @@ apt_packages() {
 # What the group does well to have but can do without: taken where the system offers it.
 apt_extras() {
     case $1 in
-    run) echo "qt6-wayland" ;;
+    run) echo "qt6-wayland fcitx5-frontend-qt6" ;;
     esac
 }
 

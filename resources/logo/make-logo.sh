@@ -1,41 +1,64 @@
 #!/bin/bash
-# Makes the logo's PNG pictures from AppLogo.svg.
+# Makes everything that is drawn from AppLogo.svg, beside it:
 #
-# Usage: make-logo.sh                   writes AppLogo.png (512 x 512) beside the drawing
-#        make-logo.sh DIRECTORY SIZE... writes DIRECTORY/AppLogo-SIZE.png for every size
+#   AppLogo.png     the logo inside the window, which rounds its corners itself
+#   hicolor/        the application's icon for Linux desktops, by size
+#   Quilmora.icns   the application's icon for macOS
 #
-# Needs rsvg-convert (librsvg2-bin).
+# An icon is the logo on a tile with round corners, with the margin that each of the two systems leaves around it.
+#
+# Needs rsvg-convert (librsvg2-bin) and png2icns (icnsutils).
 set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")"
 
-logo_dir=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+readonly icon_name=app.quilmora.Quilmora
+readonly desktop_sizes=(16 22 24 32 48 64 128 256 512)
+readonly bundle_sizes=(16 32 128 256 512 1024)
 
-if ! command -v rsvg-convert >/dev/null; then
-    echo "make-logo.sh: rsvg-convert (librsvg2-bin) is needed" >&2
-    exit 1
-fi
+for tool in rsvg-convert png2icns; do
+    if ! command -v "$tool" >/dev/null; then
+        echo "make-logo.sh: $tool is needed" >&2
+        exit 1
+    fi
+done
 
-render() {
-    local size=$1 output=$2
-    rsvg-convert --width "$size" --height "$size" --output "$output" "$logo_dir/AppLogo.svg"
-    echo "$output"
+work_dir=$(mktemp -d)
+trap 'rm -rf "$work_dir"' EXIT
+
+# icon MARGIN: the logo, 1024 units wide, on its tile.
+icon() {
+    local side=$((1024 - 2 * $1))
+    awk -v margin="$1" -v side="$side" '
+        NR == 1 {
+            print "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 1024 1024\" width=\"1024\" height=\"1024\">"
+            printf "  <clipPath id=\"tile\"><rect x=\"%d\" y=\"%d\" width=\"%d\" height=\"%d\" rx=\"%.1f\"/></clipPath>\n",
+                margin, margin, side, side, side * 0.2237
+            printf "  <g clip-path=\"url(#tile)\"><g transform=\"translate(%d %d) scale(%.5f)\">\n",
+                margin, margin, side / 1024
+            next
+        }
+        /^<\/svg>$/ { print "  </g></g>" }
+        { print }' AppLogo.svg
 }
 
-if (($# == 0)); then
-    render 512 "$logo_dir/AppLogo.png"
-    exit
-fi
+# render DRAWING SIZE OUTPUT
+render() {
+    mkdir -p "$(dirname "$3")"
+    rsvg-convert --width "$2" --height "$2" --output "$3" "$1"
+}
 
-output_dir=$1
-shift
-if (($# == 0)); then
-    echo "usage: make-logo.sh [DIRECTORY SIZE...]" >&2
-    exit 2
-fi
-mkdir -p "$output_dir"
-for size in "$@"; do
-    if [[ ! $size =~ ^[1-9][0-9]*$ ]]; then
-        echo "make-logo.sh: not a size in pixels: $size" >&2
-        exit 2
-    fi
-    render "$size" "$output_dir/AppLogo-$size.png"
+render AppLogo.svg 512 AppLogo.png
+
+mkdir -p hicolor/scalable/apps
+icon 32 >"hicolor/scalable/apps/$icon_name.svg"
+for size in "${desktop_sizes[@]}"; do
+    render "hicolor/scalable/apps/$icon_name.svg" "$size" "hicolor/${size}x$size/apps/$icon_name.png"
 done
+
+icon 100 >"$work_dir/bundle.svg"
+pictures=()
+for size in "${bundle_sizes[@]}"; do
+    render "$work_dir/bundle.svg" "$size" "$work_dir/$size.png"
+    pictures+=("$work_dir/$size.png")
+done
+png2icns Quilmora.icns "${pictures[@]}" >/dev/null

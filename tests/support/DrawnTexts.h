@@ -8,7 +8,7 @@ namespace quilmora::test
 {
 
 /// The texts that `widget` and what lies on it draw, in the order of drawing: also those that a component
-/// draws itself and no screen reader is told of. A text in several fonts comes in pieces.
+/// draws itself and no screen reader is told of.
 QStringList drawnTexts(QWidget *widget);
 
 } // namespace quilmora::test

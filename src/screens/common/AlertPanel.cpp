@@ -4,7 +4,6 @@
 #include "screens/common/LogoView.h"
 #include "screens/common/TextLabel.h"
 
-#include <QKeyEvent>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -51,15 +50,6 @@ AlertPanel::AlertPanel(const QString &title, const QString &message, const QStri
     column->addSpacing(4);
     column->addWidget(close);
     close->setFocus();
-}
-
-void AlertPanel::keyPressEvent(QKeyEvent *event)
-{
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        reject();
-        return;
-    }
-    Sheet::keyPressEvent(event);
 }
 
 } // namespace quilmora

@@ -16,9 +16,6 @@ public:
     /// `parent` is anything in the window that the alert belongs to.
     AlertPanel(const QString &title, const QString &message, const QString &buttonTitle, QWidget *parent);
     ~AlertPanel() override = default;
-
-protected:
-    void keyPressEvent(QKeyEvent *event) override;
 };
 
 } // namespace quilmora

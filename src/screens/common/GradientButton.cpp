@@ -41,7 +41,7 @@ Shadow GradientButton::shadow() const
 
 QPainterPath GradientButton::outline() const
 {
-    return capsule(rect());
+    return continuousRoundedRect(rect(), height() / 2.0);
 }
 
 QSize GradientButton::sizeHint() const

@@ -1,5 +1,6 @@
 #include "screens/common/LogoView.h"
 
+#include "screens/common/AccessiblePart.h"
 #include "screens/common/PixelGrid.h"
 
 #include <QPainter>
@@ -17,6 +18,7 @@ LogoView::LogoView(int frameSide, double radius, QWidget *parent, LogoFiles theF
       cornerRadius{radius},
       files{std::move(theFiles)}
 {
+    setAccessiblePart(this, {QAccessible::Graphic});
     setAccessibleName(u"Quilmora"_s);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }

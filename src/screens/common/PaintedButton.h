@@ -6,7 +6,8 @@ namespace quilmora
 {
 
 /// A button that its subclasses draw. It tells them whether to mark it as focused: whoever works by mouse
-/// sees no mark on what was clicked.
+/// sees no mark on what was clicked. The Return key presses it like the space bar, and a word that is half
+/// composed in a field is taken over before the button acts.
 class PaintedButton : public QAbstractButton
 {
     Q_OBJECT
@@ -22,6 +23,7 @@ public:
 
 protected:
     void focusInEvent(QFocusEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     bool focusByKeyboard = false;

@@ -1,5 +1,6 @@
 #include "screens/common/PictureView.h"
 
+#include "screens/common/AccessiblePart.h"
 #include "screens/common/PixelGrid.h"
 #include "screens/common/Shapes.h"
 
@@ -15,6 +16,7 @@ PictureView::PictureView(const QImage &image, const QString &accessibleName, con
       picture{theLook.cornerRadius}
 {
     picture.setImage(image);
+    setAccessiblePart(this, {QAccessible::Graphic});
     setAccessibleName(accessibleName);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
@@ -26,7 +28,8 @@ QSize PictureView::sizeHint() const
 
 QRect PictureView::pictureBounds() const
 {
-    QRect bounds{{0, 0}, picture.fittedSize(size())};
+    // Fitted a second time into its own size it could come out a pixel smaller.
+    QRect bounds{{0, 0}, size() == sizeHint() ? size() : picture.fittedSize(size())};
     bounds.moveCenter(rect().center());
     return bounds;
 }

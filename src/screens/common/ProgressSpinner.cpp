@@ -1,5 +1,6 @@
 #include "screens/common/ProgressSpinner.h"
 
+#include "screens/common/AccessiblePart.h"
 #include "screens/common/Theme.h"
 
 #include <QPainter>
@@ -21,6 +22,7 @@ ProgressSpinner::ProgressSpinner(int size, const QString &accessibleName, QWidge
     : QWidget{parent},
       diameter{size}
 {
+    setAccessiblePart(this, {QAccessible::ProgressBar, true});
     setAccessibleName(accessibleName);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }

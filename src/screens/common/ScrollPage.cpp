@@ -1,31 +1,15 @@
 #include "screens/common/ScrollPage.h"
 
-#include <QAccessibleWidget>
-
-#include <mutex>
-
-using namespace Qt::StringLiterals;
+#include "screens/common/AccessiblePart.h"
 
 namespace quilmora
 {
 
-namespace
-{
-
-/// The toolkit's own interface of a scroll area crashes when it is asked for a scroll bar that has gone since
-/// its children were counted; the plain one of a widget looks first.
-QAccessibleInterface *makeAccessible(const QString &className, QObject *object)
-{
-    return className == u"quilmora::ScrollPage"_s ? new QAccessibleWidget{qobject_cast<QWidget *>(object)}
-                                                  : nullptr;
-}
-
-} // namespace
-
 ScrollPage::ScrollPage(QWidget *parent) : QScrollArea{parent}, page{new QWidget}
 {
-    static std::once_flag installed;
-    std::call_once(installed, [] { QAccessible::installFactory(makeAccessible); });
+    // The toolkit's own interface of a scroll area crashes when it is asked for a scroll bar that has gone
+    // since its children were counted; that of other widgets looks first.
+    setAccessiblePart(this, {QAccessible::Pane});
     setFrameShape(QFrame::NoFrame);
     setWidgetResizable(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

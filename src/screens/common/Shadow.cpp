@@ -6,6 +6,7 @@
 #include <QPixmapCache>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <vector>
 
@@ -31,19 +32,29 @@ void blurLine(uchar *values, qsizetype count, qsizetype step, qsizetype radius, 
     }
     const int width = static_cast<int>(2 * radius + 1);
     for (qsizetype i = 0; i < count; ++i) {
-        values[i * step] = static_cast<uchar>(sum / width);
+        values[i * step] = static_cast<uchar>((sum + width / 2) / width);
         sum += at(i + radius + 1) - at(i - radius);
     }
 }
 
-/// Three running means in a row come close to a bell curve.
+/// The radii of three running means that in a row come close to a bell curve of that standard deviation. A
+/// mean over n values has a variance of (n * n - 1) / 12; some are over two values more than the others, to
+/// come closer.
+std::array<qsizetype, 3> radiiFor(double sigma)
+{
+    const double twelveVariances = 12 * sigma * sigma;
+    const auto radius = static_cast<qsizetype>((std::sqrt(twelveVariances / 3 + 1) - 1) / 2);
+    const double width = 2.0 * static_cast<double>(radius) + 1;
+    const auto wider = std::lround((twelveVariances - 3 * (width * width - 1)) / (4 * width + 4));
+    return {radius + (wider > 2 ? 1 : 0), radius + (wider > 1 ? 1 : 0), radius + (wider > 0 ? 1 : 0)};
+}
+
 void blur(QImage &mask, double sigma)
 {
-    const auto radius = static_cast<qsizetype>(std::lround(sigma * 0.94));
     std::vector<uchar> line(static_cast<std::size_t>(std::max(mask.width(), mask.height())));
     uchar *bits = mask.bits();
     const qsizetype stride = mask.bytesPerLine();
-    for (int pass = 0; pass < 3; ++pass) {
+    for (const qsizetype radius : radiiFor(sigma)) {
         for (qsizetype y = 0; y < mask.height(); ++y) {
             blurLine(bits + y * stride, mask.width(), 1, radius, line);
         }

@@ -1,38 +1,74 @@
 #include "screens/common/Shapes.h"
 
 #include <algorithm>
+#include <numbers>
 
 namespace quilmora
 {
 namespace
 {
 
-/// How far along each side a continuous corner reaches, and where its control point lies, in radii.
-constexpr double reach = 1.28;
-constexpr double control = 0.36;
+/// Where a corner of radius 1 crosses its diagonal, on each axis from the tip; that of a circle.
+constexpr double apex = 1 - 1 / std::numbers::sqrt2;
 
-void addCorner(QPainterPath &path, QPointF from, QPointF corner, QPointF to, double share)
+/// One half of a corner, a cubic from the side to the diagonal: where it leaves the side and its two control
+/// points, in radii from the tip; x along the side, y away from it.
+struct HalfCorner {
+    double start;
+    QPointF first;
+    QPointF second;
+};
+
+/// `smoothness` 0 gives an eighth of a circle. 1 gives a curve that leaves the side without any curvature and
+/// has the circle's on the diagonal, so that there is no jump between.
+HalfCorner halfCorner(double smoothness)
 {
-    const auto towardsCorner = [&](QPointF start) {
-        return start + (corner - start) * share;
+    // Length of the handles that make a cubic an eighth of a circle.
+    constexpr double handle = 0.265216;
+    constexpr double slanted = handle / std::numbers::sqrt2;
+    constexpr HalfCorner circle{1, {1 - handle, 0}, {apex + slanted, apex - slanted}};
+    constexpr HalfCorner smooth{1.5, {2 * apex + 3 * std::numbers::sqrt2 * apex * apex, 0}, {2 * apex, 0}};
+    const auto mixed = [smoothness](auto from, auto to) {
+        return from + (to - from) * smoothness;
     };
-    path.lineTo(from);
-    path.cubicTo(towardsCorner(from), towardsCorner(to), to);
+    return {mixed(circle.start, smooth.start), mixed(circle.first, smooth.first),
+            mixed(circle.second, smooth.second)};
+}
+
+/// How smooth a corner of that radius can be on a side that it shares with another one.
+double smoothnessOn(double side, double radius)
+{
+    return std::clamp((side / 2 / radius - 1) / 0.5, 0.0, 1.0);
+}
+
+/// Draws on to a corner and around it. `in` and `out` lead from the tip along its two sides, one radius far.
+void addCorner(QPainterPath &path, QPointF tip, QPointF in, const HalfCorner &before, QPointF out,
+               const HalfCorner &after)
+{
+    path.lineTo(tip + in * before.start);
+    path.cubicTo(tip + in * before.first.x(), tip + in * before.second.x() + out * before.second.y(),
+                 tip + (in + out) * apex);
+    path.cubicTo(tip + out * after.second.x() + in * after.second.y(), tip + out * after.first.x(),
+                 tip + out * after.start);
 }
 
 } // namespace
 
 QPainterPath continuousRoundedRect(const QRectF &bounds, double radius)
 {
-    const double extent = std::min({radius * reach, bounds.width() / 2, bounds.height() / 2});
-    const double share = 1.0 - control * radius / std::max(extent, 1e-9) * 0.9;
-    const QPointF across{extent, 0};
-    const QPointF down{0, extent};
-    QPainterPath path{bounds.topLeft() + across};
-    addCorner(path, bounds.topRight() - across, bounds.topRight(), bounds.topRight() + down, share);
-    addCorner(path, bounds.bottomRight() - down, bounds.bottomRight(), bounds.bottomRight() - across, share);
-    addCorner(path, bounds.bottomLeft() + across, bounds.bottomLeft(), bounds.bottomLeft() - down, share);
-    addCorner(path, bounds.topLeft() + down, bounds.topLeft(), bounds.topLeft() + across, share);
+    const double used = std::min({radius, bounds.width() / 2, bounds.height() / 2});
+    if (used <= 0) {
+        return roundedRect(bounds, 0);
+    }
+    const HalfCorner level = halfCorner(smoothnessOn(bounds.width(), used));
+    const HalfCorner upright = halfCorner(smoothnessOn(bounds.height(), used));
+    const QPointF right{used, 0};
+    const QPointF down{0, used};
+    QPainterPath path{bounds.topLeft() + right * level.start};
+    addCorner(path, bounds.topRight(), -right, level, down, upright);
+    addCorner(path, bounds.bottomRight(), -down, upright, -right, level);
+    addCorner(path, bounds.bottomLeft(), right, level, -down, upright);
+    addCorner(path, bounds.topLeft(), down, upright, right, level);
     path.closeSubpath();
     return path;
 }

@@ -6,7 +6,8 @@
 namespace quilmora
 {
 
-/// A rounded rectangle whose corners flow into its sides without a sudden change of curvature.
+/// A rounded rectangle whose corners flow into its sides without a sudden change of curvature, as far as the
+/// sides are long enough. With a radius of half the height it is a capsule.
 QPainterPath continuousRoundedRect(const QRectF &bounds, double radius);
 
 /// A rectangle with circular corners.

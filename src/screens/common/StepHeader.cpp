@@ -1,5 +1,6 @@
 #include "screens/common/StepHeader.h"
 
+#include "screens/common/AccessiblePart.h"
 #include "screens/common/Fonts.h"
 #include "screens/common/Theme.h"
 
@@ -29,6 +30,7 @@ StepHeader::StepHeader(int stepNumber, QString stepTitle, QWidget *parent)
       number{stepNumber},
       title{std::move(stepTitle)}
 {
+    setAccessiblePart(this, {QAccessible::StaticText});
     setAccessibleName(title);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }

@@ -10,7 +10,7 @@ namespace quilmora
 
 /// A text in the system font and a colour of the theme. Texts are shown as they are: markup in them is not
 /// interpreted.
-class TextLabel final : public QLabel
+class TextLabel : public QLabel
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(TextLabel)

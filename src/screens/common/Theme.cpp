@@ -1,5 +1,7 @@
 #include "screens/common/Theme.h"
 
+#include "platform/SystemColorScheme.h"
+
 #include <QApplication>
 #include <QEvent>
 #include <QWidget>
@@ -70,8 +72,9 @@ Theme &Theme::current()
     return theme;
 }
 
-Theme::Theme()
+Theme::Theme() : system{new SystemColorScheme{qApp}}
 {
+    connect(system, &SystemColorScheme::changed, this, &Theme::followSystem);
     followSystem();
 }
 
@@ -82,7 +85,8 @@ void Theme::followSystem()
     QApplication::setPalette(QPalette{});
 #endif
     const QColor window = QApplication::palette().color(QPalette::Window);
-    setScheme(window.lightness() < 128 ? ColorScheme::dark : ColorScheme::light);
+    const ColorScheme ofPalette = window.lightness() < 128 ? ColorScheme::dark : ColorScheme::light;
+    setScheme(system->stated().value_or(ofPalette));
 }
 
 QColor Theme::color(ColorRole role) const

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/ColorScheme.h"
+
 #include <QColor>
 #include <QLinearGradient>
 #include <QObject>
@@ -8,7 +10,7 @@
 namespace quilmora
 {
 
-enum class ColorScheme { light, dark };
+class SystemColorScheme;
 
 /// What a colour is for. Roles down to `green` differ between the light and the dark scheme, the others are
 /// fixed colours of the product.
@@ -63,7 +65,8 @@ public:
     /// Takes over a scheme and gives the application its palette; every window is drawn anew.
     void setScheme(ColorScheme scheme);
 
-    /// Takes over the scheme of the system. To be called when a window is told that it has changed.
+    /// Takes over the scheme of the system. Done by itself when the system states another one; to be called
+    /// when a window is told that its palette has changed.
     void followSystem();
 
     /// The gradient of the product from the left to the right edge of `bounds`.
@@ -73,6 +76,7 @@ private:
     Theme();
     QPalette palette() const;
 
+    const SystemColorScheme *system; ///< Owned by the application object, which it must not outlive.
     ColorScheme colorScheme = ColorScheme::light;
 };
 

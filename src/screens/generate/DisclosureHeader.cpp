@@ -7,6 +7,7 @@
 #include "screens/common/Shapes.h"
 #include "screens/common/Symbol.h"
 #include "screens/common/Theme.h"
+#include "screens/generate/DisclosureAccessible.h"
 
 #include <QFontMetrics>
 #include <QPainter>
@@ -37,6 +38,7 @@ DisclosureHeader::DisclosureHeader(QString icon, const QString &title, bool init
       iconName{std::move(icon)},
       expanded{initiallyExpanded}
 {
+    DisclosureAccessible::install();
     setText(title);
     setAccessibleName(title);
     setExpanded(initiallyExpanded);
@@ -51,7 +53,9 @@ DisclosureHeader::DisclosureHeader(QString icon, const QString &title, bool init
 void DisclosureHeader::setExpanded(bool value)
 {
     expanded = value;
+    // Not every bus tells of a changed state.
     setAccessibleDescription(expanded ? u"已展开"_s : u"已收起"_s);
+    DisclosureAccessible::notifyExpanded(*this);
     update();
 }
 

@@ -16,6 +16,7 @@ public:
     ~DisclosureHeader() override = default;
 
     QSize sizeHint() const override;
+    bool isExpanded() const { return expanded; }
 
 Q_SIGNALS:
     void expandedChanged(bool expanded);

@@ -1,5 +1,6 @@
 #include "screens/generate/ErrorSection.h"
 
+#include "screens/common/AccessiblePart.h"
 #include "screens/common/ActionButton.h"
 #include "screens/common/MessageView.h"
 #include "screens/common/SymbolLabel.h"
@@ -22,6 +23,9 @@ constexpr int messagePadding = 26;
 
 ErrorSection::ErrorSection(const QString &message, QWidget *parent) : QWidget{parent}
 {
+    const QString title = u"生成失败"_s;
+    setAccessiblePart(this, {QAccessible::Notification});
+    setAccessibleName(title);
     auto *back = new ActionButton{u"arrow.counterclockwise"_s,
                                   u"返回表单"_s,
                                   {ActionButton::Kind::bordered, 14, QFont::Medium, 6, {14, 6}},
@@ -38,8 +42,7 @@ ErrorSection::ErrorSection(const QString &message, QWidget *parent) : QWidget{pa
     column->setSpacing(spacing);
     column->addWidget(new SymbolLabel{{u"exclamationmark.triangle.fill"_s, 40}, ColorRole::red, this}, 0,
                       Qt::AlignHCenter);
-    column->addWidget(new TextLabel{u"生成失败"_s, {16, QFont::DemiBold, ColorRole::red}, this}, 0,
-                      Qt::AlignHCenter);
+    column->addWidget(new TextLabel{title, {16, QFont::DemiBold, ColorRole::red}, this}, 0, Qt::AlignHCenter);
     column->addLayout(messageRow);
     column->addWidget(back, 0, Qt::AlignHCenter);
     column->addStretch();

@@ -1,5 +1,6 @@
 #include "screens/generate/LoadingSection.h"
 
+#include "screens/common/AccessiblePart.h"
 #include "screens/common/ProgressSpinner.h"
 #include "screens/common/TextLabel.h"
 
@@ -20,8 +21,10 @@ constexpr int spinnerDiameter = 32;
 
 LoadingSection::LoadingSection(QWidget *parent) : QWidget{parent}
 {
-    setMinimumHeight(minimumSectionHeight);
     const QString title = u"正在生成封面..."_s;
+    setAccessiblePart(this, {QAccessible::Notification, true});
+    setAccessibleName(title);
+    setMinimumHeight(minimumSectionHeight);
     auto *column = new QVBoxLayout{this};
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(spacing);

@@ -1,5 +1,6 @@
 #include "screens/generate/ResultSection.h"
 
+#include "screens/common/AccessiblePart.h"
 #include "screens/common/GradientButton.h"
 #include "screens/common/PictureView.h"
 #include "screens/common/TextLabel.h"
@@ -23,6 +24,9 @@ constexpr QSize pictureBox{600, 500};
 
 ResultSection::ResultSection(const QImage &image, QWidget *parent) : ShadowGround{parent}
 {
+    const QString title = u"生成成功"_s;
+    setAccessiblePart(this, {QAccessible::Notification});
+    setAccessibleName(title);
     const Shadow shadow{themeColor(ColorRole::pictureShadow), 10, {0, 4}};
     auto *picture = new PictureView{image, u"生成的封面"_s, {pictureBox, 10, shadow}, this};
     auto *back = new GradientButton{u"arrow.counterclockwise"_s, u"返回表单"_s, buttonShadowOpacity, this};
@@ -41,7 +45,7 @@ ResultSection::ResultSection(const QImage &image, QWidget *parent) : ShadowGroun
     auto *column = new QVBoxLayout{this};
     column->setContentsMargins(0, verticalPadding, 0, verticalPadding);
     column->setSpacing(spacing);
-    column->addWidget(new TextLabel{u"生成成功"_s, {16, QFont::DemiBold, ColorRole::green}, this}, 0,
+    column->addWidget(new TextLabel{title, {16, QFont::DemiBold, ColorRole::green}, this}, 0,
                       Qt::AlignHCenter);
     column->addWidget(picture, 0, Qt::AlignHCenter);
     column->addLayout(buttons);

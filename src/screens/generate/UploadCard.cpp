@@ -2,6 +2,7 @@
 
 #include "platform/ImageCodec.h"
 #include "screens/common/ActionButton.h"
+#include "screens/common/ErrorLine.h"
 #include "screens/common/FilePanels.h"
 #include "screens/common/TextLabel.h"
 #include "screens/generate/UploadFace.h"
@@ -39,12 +40,10 @@ UploadCard::UploadCard(const QString &title, const QString &iconName, FilePanels
     : QWidget{parent},
       panels{thePanels},
       face{new UploadFace{title, iconName, this}},
-      errorLine{new TextLabel{{}, {11, QFont::Normal, ColorRole::red}, this}},
+      errorLine{new ErrorLine{11, this}},
       removeButton{new ActionButton{
           u"xmark.circle"_s, u"移除"_s, {ActionButton::Kind::plainRed, 11, QFont::Normal, 4, {2, 2}}, this}}
 {
-    errorLine->setWordWrap(true);
-    errorLine->hide();
     removeButton->hide();
     connect(face, &UploadFace::clicked, this, &UploadCard::chooseFile);
     connect(removeButton, &ActionButton::clicked, this, [this] {
@@ -64,7 +63,7 @@ UploadCard::UploadCard(const QString &title, const QString &iconName, FilePanels
 
 void UploadCard::chooseFile()
 {
-    setErrorMessage({});
+    errorLine->setMessage({});
     // The panel is modal, but the window can still be closed under it.
     const QPointer<UploadCard> self{this};
     const auto path = panels.chooseReferenceImage(this);
@@ -76,12 +75,12 @@ void UploadCard::chooseFile()
 void UploadCard::load(const QString &path)
 {
     if (const auto error = attributesError(path)) {
-        setErrorMessage(u"读取文件失败："_s + *error);
+        errorLine->setMessage(u"读取文件失败："_s + *error);
         return;
     }
     const double megabytes = static_cast<double>(QFileInfo{path}.size()) * (1.0 / 1024) * (1.0 / 1024);
     if (megabytes > maximumMegabytes) {
-        setErrorMessage(u"图片过大（%1M），不能超过 10M"_s.arg(megabytes, 0, 'f', 1));
+        errorLine->setMessage(u"图片过大（%1M），不能超过 10M"_s.arg(megabytes, 0, 'f', 1));
         return;
     }
     setImage(imageCodec::decodeFile(path));
@@ -92,12 +91,6 @@ void UploadCard::setImage(const QImage &image)
     picture = image;
     face->setImage(image);
     removeButton->setVisible(!image.isNull());
-}
-
-void UploadCard::setErrorMessage(const QString &message)
-{
-    errorLine->setText(message);
-    errorLine->setVisible(!message.isEmpty());
 }
 
 } // namespace quilmora

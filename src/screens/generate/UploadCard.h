@@ -9,8 +9,8 @@ namespace quilmora
 {
 
 class ActionButton;
+class ErrorLine;
 class FilePanels;
-class TextLabel;
 class UploadFace;
 
 /// Lets the user pick one reference picture from a file, shows it, and takes it away again.
@@ -31,12 +31,11 @@ private:
     void chooseFile();
     void load(const QString &path);
     void setImage(const QImage &image);
-    void setErrorMessage(const QString &message);
 
     FilePanels &panels;
     QImage picture;
     UploadFace *face;
-    TextLabel *errorLine;
+    ErrorLine *errorLine;
     ActionButton *removeButton;
 };
 

@@ -3,7 +3,6 @@
 #include "screens/common/Fonts.h"
 #include "screens/common/Theme.h"
 
-#include <QKeyEvent>
 #include <QPainter>
 
 #include <cmath>
@@ -44,16 +43,6 @@ void ContactLine::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter{this};
     line.draw(painter, rect(), themeColor(ColorRole::primaryText));
-}
-
-void ContactLine::keyPressEvent(QKeyEvent *event)
-{
-    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (!isReturn) {
-        PaintedButton::keyPressEvent(event);
-    } else if (!event->isAutoRepeat()) {
-        click();
-    }
 }
 
 void ContactLine::focusInEvent(QFocusEvent *event)

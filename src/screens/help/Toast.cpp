@@ -1,20 +1,17 @@
 #include "screens/help/Toast.h"
 
+#include "screens/common/AccessiblePart.h"
 #include "screens/common/Fonts.h"
 #include "screens/common/PixelGrid.h"
 #include "screens/common/Shapes.h"
 #include "screens/common/Theme.h"
 
-#include <QAccessibleWidget>
 #include <QPainter>
 #include <QTimerEvent>
 #include <QVariantAnimation>
 
 #include <algorithm>
 #include <cmath>
-#include <mutex>
-
-using namespace Qt::StringLiterals;
 
 namespace quilmora
 {
@@ -28,13 +25,6 @@ constexpr int sideMargin = 40;
 /// Beyond it the ends of many lines would lie outside the capsule.
 constexpr double greatestRadius = 40;
 
-QAccessibleInterface *makeAccessible(const QString &className, QObject *object)
-{
-    return className == u"quilmora::Toast"_s
-               ? new QAccessibleWidget{qobject_cast<QWidget *>(object), QAccessible::Notification}
-               : nullptr;
-}
-
 } // namespace
 
 Toast::Toast(QWidget *parent, std::chrono::milliseconds theStay)
@@ -42,8 +32,7 @@ Toast::Toast(QWidget *parent, std::chrono::milliseconds theStay)
       stay{theStay},
       fade{new QVariantAnimation{this}}
 {
-    static std::once_flag installed;
-    std::call_once(installed, [] { QAccessible::installFactory(makeAccessible); });
+    setAccessiblePart(this, {QAccessible::Notification});
     setFont(systemFont(pixelSize, QFont::Medium));
     setAttribute(Qt::WA_TransparentForMouseEvents);
     hide();
@@ -59,9 +48,7 @@ void Toast::showMessage(const QString &message)
     place();
     update();
     if (isVisible()) {
-        // Screen readers say a notification when it comes into sight.
-        QAccessibleEvent again{this, QAccessible::ObjectShow};
-        QAccessible::updateAccessibility(&again);
+        announceAgain(this);
     }
     if (!up) {
         up = true;

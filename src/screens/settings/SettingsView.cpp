@@ -4,6 +4,7 @@
 #include "screens/common/ActionButton.h"
 #include "screens/common/AlertPanel.h"
 #include "screens/common/Card.h"
+#include "screens/common/ErrorLine.h"
 #include "screens/common/LabelledField.h"
 #include "store/DatabaseManager.h"
 
@@ -42,10 +43,9 @@ SettingsView::SettingsView(DatabaseManager &store, QWidget *parent)
                     u"请在火山方舟控制台「获取 API Key」页面创建长效 Key"_s)},
       model{makeField(u"Model ID"_s, VolcengineConfig::defaultModelID(),
                       u"如：doubao-seedream-4-0-250828、doubao-seedream-3-0-t2i-250415 等"_s)},
-      validationError{new TextLabel{{}, {13, QFont::Normal, ColorRole::red}, content()}}
+      validationError{new ErrorLine{13, content()}}
 {
     key->field()->setEchoMode(QLineEdit::Password);
-    validationError->hide();
     auto *card = makeCard();
     // Made after the fields: the Tab key goes in the order of making.
     auto *save = new ActionButton{u"checkmark.circle.fill"_s,
@@ -105,26 +105,26 @@ void SettingsView::load()
 
 void SettingsView::saveSettings()
 {
-    setValidationError({});
+    validationError->setMessage({});
     const QString trimmedUrl = url->text().trimmed();
     const QString trimmedKey = key->text().trimmed();
     const QString trimmedModel = model->text().trimmed();
     if (trimmedUrl.isEmpty()) {
-        setValidationError(u"请填写 API URL"_s);
+        refuse(u"请填写 API URL"_s, *url);
     } else if (trimmedKey.isEmpty()) {
-        setValidationError(u"请填写 API Key"_s);
+        refuse(u"请填写 API Key"_s, *key);
     } else if (trimmedModel.isEmpty()) {
-        setValidationError(u"请填写 Model ID"_s);
+        refuse(u"请填写 Model ID"_s, *model);
     } else {
         database.saveConfig(trimmedUrl, trimmedKey, trimmedModel);
         (new AlertPanel{u"已保存"_s, u"火山引擎配置已成功保存"_s, u"好的"_s, this})->open();
     }
 }
 
-void SettingsView::setValidationError(const QString &message)
+void SettingsView::refuse(const QString &message, const LabelledField &missing)
 {
-    validationError->setText(message);
-    validationError->setVisible(!message.isEmpty());
+    validationError->setMessage(message);
+    missing.field()->setFocus();
 }
 
 } // namespace quilmora

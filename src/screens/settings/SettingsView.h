@@ -6,8 +6,8 @@ namespace quilmora
 {
 
 class DatabaseManager;
+class ErrorLine;
 class LabelledField;
-class TextLabel;
 
 /// The screen on which the address, the key and the model of the image service are entered.
 class SettingsView final : public ScrollPage
@@ -27,13 +27,13 @@ private:
     QWidget *makeCard();
     void load();
     void saveSettings();
-    void setValidationError(const QString &message);
+    void refuse(const QString &message, const LabelledField &missing);
 
     DatabaseManager &database;
     LabelledField *url;
     LabelledField *key;
     LabelledField *model;
-    TextLabel *validationError;
+    ErrorLine *validationError;
 };
 
 } // namespace quilmora

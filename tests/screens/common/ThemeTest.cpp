@@ -5,6 +5,9 @@
 
 #include <QGradient>
 
+#include <algorithm>
+#include <cmath>
+
 using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
@@ -29,6 +32,32 @@ QColor grey(int level, double opacity)
     return QColor{level, level, level, qRound(opacity * 255)};
 }
 
+/// `color` laid over an opaque ground.
+QColor over(const QColor &color, const QColor &ground)
+{
+    const auto mix = [&](float above, float below) {
+        return above * color.alphaF() + below * (1.0F - color.alphaF());
+    };
+    return QColor::fromRgbF(mix(color.redF(), ground.redF()), mix(color.greenF(), ground.greenF()),
+                            mix(color.blueF(), ground.blueF()));
+}
+
+/// Relative luminance, as accessibility guidelines define it.
+double luminance(const QColor &color)
+{
+    const auto linear = [](double value) {
+        return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+/// From 1 for the same colour to 21 for black and white.
+double contrast(const QColor &first, const QColor &second)
+{
+    const auto [darker, lighter] = std::minmax({luminance(first), luminance(second)});
+    return (lighter + 0.05) / (darker + 0.05);
+}
+
 } // namespace
 
 /// The colours themselves, role by role.
@@ -42,6 +71,8 @@ private Q_SLOTS:
     void everyRoleHasItsColourInBothSchemes();
     void thePaletteOfTheToolkitFollows();
     void theGradientRunsFromLeftToRight();
+    void textsStandOutFromTheirBackgrounds_data();
+    void textsStandOutFromTheirBackgrounds();
 };
 
 void ThemeTest::everyRoleHasItsColourInBothSchemes_data()
@@ -122,6 +153,37 @@ void ThemeTest::theGradientRunsFromLeftToRight()
     for (int i = 0; i < 3; ++i) {
         QCOMPARE(stops.at(i).first, i / 2.0);
         QCOMPARE(drawn(stops.at(i).second.rgba()), expected.at(i));
+    }
+}
+
+void ThemeTest::textsStandOutFromTheirBackgrounds_data()
+{
+    QTest::addColumn<ColorRole>("text");
+    QTest::addColumn<QList<ColorRole>>("grounds");
+    const QList<ColorRole> grounds{ColorRole::windowBackground, ColorRole::controlBackground,
+                                   ColorRole::textBackground};
+    QTest::newRow("primary text") << ColorRole::primaryText << grounds;
+    QTest::newRow("secondary text") << ColorRole::secondaryText << grounds;
+    const QList<ColorRole> selected{ColorRole::selectedFill};
+    QTest::newRow("selected") << ColorRole::selectedPrimaryText << selected;
+    QTest::newRow("selected, secondary") << ColorRole::selectedSecondaryText << selected;
+    QTest::newRow("selected chip") << ColorRole::selectedChipText << selected;
+    const QList<ColorRole> backdrop{ColorRole::previewBackdrop};
+    QTest::newRow("preview") << ColorRole::onBackdrop << backdrop;
+    QTest::newRow("preview, secondary") << ColorRole::onBackdropSecondary << backdrop;
+}
+
+void ThemeTest::textsStandOutFromTheirBackgrounds()
+{
+    QFETCH(const ColorRole, text);
+    QFETCH(const QList<ColorRole>, grounds);
+    for (const auto scheme : {ColorScheme::light, ColorScheme::dark}) {
+        Theme::current().setScheme(scheme);
+        for (const ColorRole role : grounds) {
+            const QColor ground = over(themeColor(role), themeColor(ColorRole::windowBackground));
+            const double ratio = contrast(over(themeColor(text), ground), ground);
+            QVERIFY2(ratio >= 4.5, qPrintable(QString::number(ratio)));
+        }
     }
 }
 

@@ -14,19 +14,22 @@ const QStringList &expectedNames()
 {
     // As they lie on the form.
     static const QStringList names{
-        u"选择尺寸"_s,
+        u"选择尺寸"_s, // the section
+        u"选择尺寸"_s, // its head
         u"YouTube"_s,
         u"经典"_s,
         u"小红书"_s,
         u"抖音 / TikTok"_s,
-        u"填写封面内容"_s,
+        u"填写封面内容"_s,     // the section
+        u"填写封面内容"_s,     // its head
         u"视频封面标题文本"_s, // the field
         u"推荐不超过16个汉字，以保证设计效果"_s,
         u"视频封面标题文本"_s, // the text above it
         u"背景场景"_s,
         u"输入封面背景图中体现的元素"_s,
         u"背景场景"_s,
-        u"选择表情"_s,
+        u"选择表情"_s, // the section
+        u"选择表情"_s, // its head
         u"震惊"_s,
         u"惊喜"_s,
         u"灿烂微笑"_s,
@@ -39,7 +42,8 @@ const QStringList &expectedNames()
         u"困惑"_s,
         u"无语"_s,
         u"自定义..."_s,
-        u"上传照片"_s,
+        u"上传照片"_s,         // the section
+        u"上传照片"_s,         // its head
         u"人脸形象（必填）"_s, // the button
         u"人脸形象（必填）"_s,
         u"风格参考（上传示例封面，非必填）"_s,

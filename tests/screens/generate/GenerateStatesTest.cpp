@@ -44,7 +44,8 @@ void GenerateStatesTest::whileGeneratingOnlyTheProgressIsShown()
     }};
     screen.generate(u"标题"_s);
     QCOMPARE(accessible::names(&screen.window),
-             (QStringList{u"正在生成封面..."_s, u"正在生成封面..."_s, u"请稍候，火山引擎正在生成中"_s}));
+             (QStringList{u"正在生成封面..."_s, u"正在生成封面..."_s, u"正在生成封面..."_s,
+                          u"请稍候，火山引擎正在生成中"_s}));
     const auto *section = screen.window.findChild<LoadingSection *>();
     QVERIFY(section->height() >= 400);
     QCOMPARE(section->width(), screen.view->viewport()->width() - 2 * 32);
@@ -56,7 +57,7 @@ void GenerateStatesTest::aResultShowsThePictureAndTwoButtons()
     screen.generate(u"标题"_s);
     QTRY_VERIFY(screen.shows(u"生成成功"_s));
     QCOMPARE(accessible::names(&screen.window),
-             (QStringList{u"生成的封面"_s, u"返回表单"_s, u"保存图片"_s, u"生成成功"_s}));
+             (QStringList{u"生成成功"_s, u"生成的封面"_s, u"返回表单"_s, u"保存图片"_s, u"生成成功"_s}));
     QCOMPARE(screen.flow->generatedImage().size(), QSize(64, 36));
     QCOMPARE(screen.database.fetchAllHistory().size(), 1);
 }
@@ -67,7 +68,7 @@ void GenerateStatesTest::anErrorShowsItsTextAndTheWayBack()
     screen.generate(u"标题"_s);
     QTRY_VERIFY(screen.shows(u"生成失败"_s));
     QCOMPARE(accessible::names(&screen.window),
-             (QStringList{u"返回表单"_s, u"[Busy] 稍后"_s, u"生成失败"_s}));
+             (QStringList{u"生成失败"_s, u"返回表单"_s, u"[Busy] 稍后"_s, u"生成失败"_s}));
 }
 
 void GenerateStatesTest::withoutAKeyTheErrorComesAtOnceAndNothingIsSent()

@@ -1,5 +1,6 @@
 #include "GenerateScreen.h"
 #include "screens/common/PictureView.h"
+#include "screens/common/StepHeader.h"
 #include "screens/common/Theme.h"
 #include "screens/generate/SizeCard.h"
 #include "support/ScreenCapture.h"
@@ -27,7 +28,7 @@ void SectionLookTest::theStepDiscsAreGreenWithWhiteNumbers()
 {
     GenerateScreen screen;
     for (const QString &title : {u"选择尺寸"_s, u"填写封面内容"_s, u"选择表情"_s, u"上传照片"_s}) {
-        QWidget *header = screen.find(title);
+        QWidget *header = screen.find<StepHeader>(title);
         const QImage face = screenCapture::capture(header, 2.0);
         const double middle = header->height() / 2.0;
         QCOMPARE(screenCapture::colorAt(face, {2, middle}), screenCapture::srgb(0.18, 0.72, 0.45));
@@ -40,7 +41,7 @@ void SectionLookTest::theStepDiscsAreGreenWithWhiteNumbers()
 void SectionLookTest::theFormKeepsItsPaddingsAndGaps()
 {
     GenerateScreen screen;
-    QWidget *form = screen.find(u"选择尺寸"_s)->parentWidget()->parentWidget();
+    QWidget *form = screen.find<StepHeader>(u"选择尺寸"_s)->parentWidget()->parentWidget();
     QCOMPARE(form->mapTo(screen.view->widget(), QPoint{0, 0}), QPoint(32, 32));
     QCOMPARE(form->width(), screen.view->widget()->width() - 2 * 32);
     QList<const QWidget *> sections;

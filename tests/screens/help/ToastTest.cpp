@@ -2,6 +2,8 @@
 
 #include "screens/common/Theme.h"
 #include "support/AccessibleFinder.h"
+#include "support/Drawing.h"
+#include "support/Placement.h"
 #include "support/ScreenCapture.h"
 #include "support/ScreenTest.h"
 
@@ -108,8 +110,10 @@ void ToastTest::itIsABlackCapsuleWithWhiteText()
 void ToastTest::itsTextIsOfMediumWeight()
 {
     // Not every font has a medium face, so that pixels would not tell.
-    QCOMPARE(toast->font().pixelSize(), 13);
-    QCOMPARE(toast->font().weight(), QFont::Medium);
+    toast->showMessage(u"已复制：文"_s);
+    const Drawing drawn{toast};
+    QCOMPARE(drawn.lookOf(u"已复制：文"_s), Drawing::look(13, QFont::Medium, Qt::white));
+    QCOMPARE(placement::padding(toast->rect(), drawn.placeOf(u"已复制：文"_s)), u"18, 10, 18, 10"_s);
 }
 
 void ToastTest::thePointerPassesThroughIt()

@@ -1,0 +1,58 @@
+#include "screens/common/AccessiblePart.h"
+
+#include <QAccessibleWidget>
+#include <QVariant>
+
+#include <mutex>
+
+namespace quilmora
+{
+namespace
+{
+
+constexpr auto roleProperty = "accessibleRole";
+constexpr auto busyProperty = "accessibleBusy";
+
+class PartAccessible final : public QAccessibleWidget
+{
+public:
+    PartAccessible(QWidget *widget, QAccessible::Role role) : QAccessibleWidget{widget, role} {}
+    Q_DISABLE_COPY_MOVE(PartAccessible)
+
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.busy = object()->property(busyProperty).toBool();
+        return state;
+    }
+
+protected:
+    ~PartAccessible() override = default;
+};
+
+QAccessibleInterface *makeAccessible(const QString & /*className*/, QObject *object)
+{
+    const QVariant role = object->property(roleProperty);
+    auto *widget = qobject_cast<QWidget *>(object);
+    return widget != nullptr && role.isValid()
+               ? new PartAccessible{widget, static_cast<QAccessible::Role>(role.toInt())}
+               : nullptr;
+}
+
+} // namespace
+
+void setAccessiblePart(QWidget *widget, AccessiblePart part)
+{
+    static std::once_flag installed;
+    std::call_once(installed, [] { QAccessible::installFactory(makeAccessible); });
+    widget->setProperty(roleProperty, static_cast<int>(part.role));
+    widget->setProperty(busyProperty, part.busy);
+}
+
+void announceAgain(QWidget *notification)
+{
+    QAccessibleEvent event{notification, QAccessible::ObjectShow};
+    QAccessible::updateAccessibility(&event);
+}
+
+} // namespace quilmora

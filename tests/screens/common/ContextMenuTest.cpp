@@ -1,0 +1,99 @@
+#include "screens/common/LabelledField.h"
+#include "screens/common/MessageView.h"
+#include "screens/common/TextEditor.h"
+#include "support/ScreenTest.h"
+
+#include <QContextMenuEvent>
+#include <QMenu>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+using namespace quilmora;
+using namespace quilmora::test;
+
+/// The menus that a right click on a text opens.
+class ContextMenuTest final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyCommandIsChinese_data();
+    void everyCommandIsChinese();
+};
+
+namespace
+{
+
+enum class Kind { field, editor, message };
+
+QWidget *make(Kind kind, QWidget *parent)
+{
+    switch (kind) {
+    case Kind::field:
+        return makeTextField(u"名字"_s, u"提示"_s, 13, parent);
+    case Kind::editor:
+        return new TextEditor{13, parent};
+    case Kind::message:
+        return new MessageView{u"消息"_s, 13, u"长消息"_s, parent};
+    }
+    Q_UNREACHABLE();
+}
+
+/// What lies under the pointer there.
+QWidget *surface(QWidget *widget)
+{
+    auto *area = qobject_cast<QAbstractScrollArea *>(widget);
+    return area != nullptr ? area->viewport() : widget;
+}
+
+bool isChinese(const QString &text)
+{
+    return std::any_of(text.begin(), text.end(),
+                       [](QChar letter) { return letter.script() == QChar::Script_Han; });
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Kind)
+
+void ContextMenuTest::everyCommandIsChinese_data()
+{
+    QTest::addColumn<Kind>("kind");
+    QTest::newRow("one line") << Kind::field;
+    QTest::newRow("many lines") << Kind::editor;
+    QTest::newRow("message") << Kind::message;
+}
+
+void ContextMenuTest::everyCommandIsChinese()
+{
+    QFETCH(const Kind, kind);
+    QWidget window;
+    QWidget *const text = make(kind, &window);
+    text->resize(300, 80);
+    showWindow(window, {400, 200});
+
+    QWidget *const under = surface(text);
+    const QPoint middle = under->rect().center();
+    QContextMenuEvent event{QContextMenuEvent::Mouse, middle, under->mapToGlobal(middle)};
+    QApplication::sendEvent(under, &event);
+    auto *const menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+    QVERIFY(menu != nullptr);
+    int commands = 0;
+    for (const QAction *action : menu->actions()) {
+        if (!action->isSeparator()) {
+            ++commands;
+            // Without its key, which follows a tab.
+            QVERIFY2(isChinese(action->text().section(u'\t', 0, 0)), qPrintable(action->text()));
+        }
+    }
+    QVERIFY(commands >= 2);
+    menu->close();
+}
+
+int main(int argc, char **argv)
+{
+    return runScreenTest<ContextMenuTest>(argc, argv);
+}
+
+#include "ContextMenuTest.moc"

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+
+#include <memory>
+
+namespace quilmora::test
+{
+
+class InputMethodContext;
+
+/// An input method in place of the system's, as the toolkit sees one: with it a word is composed in the field
+/// that has the focus, underlined, until it is committed.
+class ComposingInputMethod final
+{
+public:
+    ComposingInputMethod();
+    Q_DISABLE_COPY_MOVE(ComposingInputMethod)
+    ~ComposingInputMethod();
+
+    /// Shows the word, half composed.
+    void compose(const QString &word);
+
+private:
+    const std::unique_ptr<InputMethodContext> context;
+};
+
+} // namespace quilmora::test

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "platform/ColorScheme.h"
+
+#include <QObject>
+#include <QProcess>
+#include <QThread>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace quilmora::test
+{
+
+class PortalSettings;
+
+/// A session bus of its own, and on it the part of a desktop portal that tells the colour scheme, in a thread
+/// of its own.
+class DesktopPortal final
+{
+public:
+    /// Starts the bus; nobody is on it yet.
+    DesktopPortal();
+    Q_DISABLE_COPY_MOVE(DesktopPortal)
+    ~DesktopPortal();
+
+    /// Of the bus.
+    const QString &address() const { return busAddress; }
+
+    /// Lets the portal onto the bus.
+    void start(std::optional<ColorScheme> scheme);
+    /// Changes the setting, and tells it to everyone on the bus. With another `key` it is another setting
+    /// that changes to the same value.
+    void choose(std::optional<ColorScheme> scheme, const QString &key = QStringLiteral("color-scheme"));
+    /// From now on the portal knows no settings.
+    void forgetSettings();
+    /// How often the portal was asked.
+    int questionCount() const;
+
+private:
+    void inThread(const std::function<void()> &task);
+
+    QProcess daemon;
+    QString busAddress;
+    QThread thread;
+    QObject context; ///< Lives in the thread.
+    std::unique_ptr<PortalSettings> settings;
+};
+
+} // namespace quilmora::test

@@ -1,0 +1,155 @@
+#include "support/Drawing.h"
+
+#include "screens/common/Symbol.h"
+
+#include <QFontMetricsF>
+#include <QPaintDevice>
+#include <QPaintEngine>
+#include <QWidget>
+
+#include <algorithm>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace quilmora::test
+{
+namespace
+{
+
+/// Draws nothing and notes what texts and pictures it is asked to draw.
+class NotingEngine final : public QPaintEngine
+{
+public:
+    NotingEngine(QList<DrawnText> &textList, QList<DrawnPixmap> &pixmapList)
+        : QPaintEngine{AllFeatures},
+          texts{textList},
+          pixmaps{pixmapList}
+    {
+    }
+
+    bool begin(QPaintDevice * /*device*/) override { return true; }
+    bool end() override { return true; }
+    void updateState(const QPaintEngineState & /*state*/) override {}
+    void drawPath(const QPainterPath & /*path*/) override {}
+    void drawPolygon(const QPointF * /*points*/, int /*count*/, PolygonDrawMode /*mode*/) override {}
+    Type type() const override { return User; }
+
+    void drawPixmap(const QRectF &to, const QPixmap &pixmap, const QRectF & /*from*/) override
+    {
+        pixmaps.append({pixmap, state->transform().mapRect(to)});
+    }
+
+    void drawTextItem(const QPointF &baseline, const QTextItem &item) override
+    {
+        const QFontMetricsF metrics{item.font()};
+        const QRectF box = state->transform().mapRect(
+            QRectF{baseline.x(), baseline.y() - metrics.ascent(), item.width(), metrics.height()});
+        const QColor color = state->pen().color();
+        // A text in several fonts comes in pieces, of which the later ones follow on the first.
+        if (!texts.isEmpty()) {
+            DrawnText &last = texts.last();
+            const bool follows =
+                std::abs(last.box.right() - box.left()) < 0.5 && std::abs(last.box.top() - box.top()) < 0.5;
+            if (follows && last.font == item.font() && last.color == color) {
+                last.text += item.text();
+                last.box.setRight(box.right());
+                return;
+            }
+        }
+        texts.append({item.text(), item.font(), color, box});
+    }
+
+private:
+    QList<DrawnText> &texts;
+    QList<DrawnPixmap> &pixmaps;
+};
+
+/// A sheet of the widget's size for that engine.
+class NotingDevice final : public QPaintDevice
+{
+public:
+    NotingDevice(const QWidget &widget, NotingEngine &notingEngine) : source{widget}, engine{notingEngine} {}
+
+    QPaintEngine *paintEngine() const override { return &engine; }
+
+protected:
+    int metric(PaintDeviceMetric metric) const override
+    {
+        switch (metric) {
+        case PdmWidth:
+            return source.width();
+        case PdmHeight:
+            return source.height();
+        case PdmDevicePixelRatioScaled:
+            return static_cast<int>(devicePixelRatioFScale());
+        case PdmDevicePixelRatio:
+            return 1;
+        case PdmDepth:
+            return 32;
+        case PdmDpiX:
+        case PdmPhysicalDpiX:
+            return source.logicalDpiX();
+        case PdmDpiY:
+        case PdmPhysicalDpiY:
+            return source.logicalDpiY();
+        default:
+            return QPaintDevice::metric(metric);
+        }
+    }
+
+private:
+    const QWidget &source;
+    NotingEngine &engine;
+};
+
+const DrawnText *find(const QList<DrawnText> &texts, const QString &text)
+{
+    const auto found = std::find_if(texts.begin(), texts.end(),
+                                    [&text](const DrawnText &drawn) { return drawn.text == text; });
+    return found == texts.end() ? nullptr : &*found;
+}
+
+} // namespace
+
+Drawing::Drawing(QWidget *widget)
+{
+    NotingEngine engine{allTexts, allPixmaps};
+    NotingDevice device{*widget, engine};
+    widget->render(&device, {}, {}, QWidget::DrawChildren);
+}
+
+QString Drawing::lookOf(const QString &text) const
+{
+    const DrawnText *drawn = find(allTexts, text);
+    if (drawn == nullptr) {
+        return u"not drawn"_s;
+    }
+    return look(drawn->font.pixelSize(), static_cast<QFont::Weight>(drawn->font.weight()), drawn->color);
+}
+
+QRectF Drawing::placeOf(const QString &text) const
+{
+    const DrawnText *drawn = find(allTexts, text);
+    return drawn == nullptr ? QRectF{} : drawn->box;
+}
+
+QRectF Drawing::symbol(const QString &name, int pixelSize, QFont::Weight weight, const QColor &color) const
+{
+    constexpr double sidePerTextSize = 1.3;
+    const int side = qRound(pixelSize * sidePerTextSize);
+    const QImage expected = Symbol::pixmap(name, side, color, 1.0, weight).toImage();
+    for (const DrawnPixmap &drawn : allPixmaps) {
+        if (drawn.pixmap.size() == expected.size() && drawn.pixmap.toImage() == expected) {
+            return drawn.place;
+        }
+    }
+    return {};
+}
+
+QString Drawing::look(int pixelSize, QFont::Weight weight, const QColor &color)
+{
+    return u"%1 px, weight %2, %3"_s.arg(pixelSize).arg(weight).arg(color.name(QColor::HexArgb).toUpper());
+}
+
+} // namespace quilmora::test

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QDBusContext>
+#include <QDBusVariant>
+#include <QObject>
+
+#include <atomic>
+
+namespace quilmora::test
+{
+
+/// The settings as a portal offers them on a bus.
+class PortalSettings final : public QObject, protected QDBusContext
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
+    Q_DISABLE_COPY_MOVE(PortalSettings)
+
+public:
+    PortalSettings() = default;
+    ~PortalSettings() override = default;
+
+    std::atomic_uint scheme = 0;
+    std::atomic_bool known = true;
+    std::atomic_int questions = 0;
+
+public Q_SLOTS:
+    /// With the name that it has on the bus.
+    QDBusVariant Read(const QString &group, const QString &key);
+
+Q_SIGNALS:
+    void SettingChanged(const QString &group, const QString &key, const QDBusVariant &value);
+};
+
+} // namespace quilmora::test
