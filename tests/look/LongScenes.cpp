@@ -92,11 +92,11 @@ void copyAddress(Stage &stage, const QString &text)
 QList<Scene> longScenes()
 {
     QList<Scene> scenes;
-    for (const auto &[name, text] : longTexts()) {
-        const QString words = text;
+    for (const LongText &longText : longTexts()) {
+        const QString words = longText.text;
         const auto add = [&](const QString &what, const std::function<void(Stage &, Backstage &)> &prepare,
                              const std::function<void(Stage &)> &finish = {}) {
-            scenes.append({what + u'-' + name, {}, Scene::Sizes::common, {}, prepare, finish});
+            scenes.append({what + u'-' + longText.name, {}, Scene::Sizes::common, {}, prepare, finish});
         };
         add(u"form"_s, [words](Stage &stage, Backstage &backstage) { fillForm(stage, backstage, words); });
         add(u"error"_s, [words](Stage &stage, Backstage &) { fail(stage, words); });

@@ -34,7 +34,7 @@ section { margin-top: 56px; padding-top: 24px; border-top: 1px solid var(--line)
 h2 { margin: 0; font-size: 20px; font-weight: 600; }
 h2 small { margin-left: 10px; color: var(--faint); font-size: 13px; font-weight: 400; }
 h3 { margin: 22px 0 8px; color: var(--faint); font-size: 12px; font-weight: 500; }
-.pair { display: grid; grid-template-columns: repeat(auto-fit, minmax(0, 1fr)); gap: 24px; }
+.pair { display: grid; grid-template-columns: 1fr 1fr; gap: 24px; }
 .pair img { display: block; width: 100%; height: auto; border-radius: 10px; box-shadow: 0 1px 2px #0003, 0 8px 28px #0002; }
 </style>
 </head>

@@ -6,7 +6,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-/// On a screen with two pixels for each device-independent one.
+/// On a screen with more pixels than device-independent ones, whole or not.
 class HistoryResolutionTest final : public QObject
 {
     Q_OBJECT
@@ -21,8 +21,9 @@ void HistoryResolutionTest::picturesAreDrawnAtTheScreensResolution()
     // Lines one pixel wide: they survive only if no pixel of the screen is skipped or smeared.
     screen.addCovers(1);
     screen.open();
-    QCOMPARE(screen.grid()->devicePixelRatioF(), 2.0);
-    const int side = screen.tileRect(0).width() * 2;
+    const double ratio = screen.grid()->devicePixelRatioF();
+    QCOMPARE(ratio, qEnvironmentVariable("QT_SCALE_FACTOR").toDouble());
+    const int side = qRound(screen.tileRect(0).width() * ratio);
     QImage lines{{side, side}, QImage::Format_RGB32};
     for (int y = 0; y < side; ++y) {
         for (int x = 0; x < side; ++x) {
@@ -33,16 +34,16 @@ void HistoryResolutionTest::picturesAreDrawnAtTheScreensResolution()
     QVERIFY(screen.waitUntilFilled());
     const QImage picture = screen.picture();
     const QRect tile = screen.tileRect(0);
-    const int y = (tile.top() + tile.width() / 2) * 2;
+    const int left = qRound(tile.left() * ratio);
+    const int y = qRound((tile.top() + tile.width() / 2) * ratio);
     for (int x = 20; x < side - 20; ++x) {
         const int expected = x % 2 == 0 ? 0 : 255;
-        QCOMPARE(qRed(picture.pixel(tile.left() * 2 + x, y)), expected);
+        QCOMPARE(qRed(picture.pixel(left + x, y)), expected);
     }
 }
 
 int main(int argc, char **argv)
 {
-    qputenv("QT_SCALE_FACTOR", "2");
     return runScreenTest<HistoryResolutionTest>(argc, argv);
 }
 #include "HistoryResolutionTest.moc"
