@@ -5,6 +5,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -32,7 +33,7 @@ void addVisible(QWidget *widget, QList<QWidget *> &widgets)
 
 } // namespace
 
-SceneRun::SceneRun(const gallery::Scene &played) : scene{played}
+SceneRun::SceneRun(gallery::Scene played) : scene{std::move(played)}
 {
     scene.prepare(stage, backstage());
 }

@@ -16,7 +16,7 @@ namespace quilmora::test
 class SceneRun final
 {
 public:
-    explicit SceneRun(const gallery::Scene &scene);
+    explicit SceneRun(gallery::Scene scene);
     Q_DISABLE_COPY_MOVE(SceneRun)
     ~SceneRun() = default;
 

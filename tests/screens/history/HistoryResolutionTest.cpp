@@ -35,7 +35,7 @@ void HistoryResolutionTest::picturesAreDrawnAtTheScreensResolution()
     const QImage picture = screen.picture();
     const QRect tile = screen.tileRect(0);
     const int left = qRound(tile.left() * ratio);
-    const int y = qRound((tile.top() + tile.width() / 2) * ratio);
+    const int y = qRound((tile.top() + tile.width() / 2.0) * ratio);
     for (int x = 20; x < side - 20; ++x) {
         const int expected = x % 2 == 0 ? 0 : 255;
         QCOMPARE(qRed(picture.pixel(left + x, y)), expected);
