@@ -43,7 +43,7 @@ QImage pictureIn(const QJsonValue &dataUrl)
 
 QImage sample(const QColor &mark)
 {
-    return samplePictures::picture({40, 30}, mark);
+    return samplePictures::inSrgb(samplePictures::picture({40, 30}, mark));
 }
 
 } // namespace
