@@ -191,7 +191,7 @@ void RequestBodyTest::largePicturesComeInOnePiece()
     }
     const QJsonArray urls = encoded(requestWith({noise, sample(Qt::red), noise}))[u"image"_s].toArray();
     QCOMPARE(urls.size(), 3);
-    for (const QJsonValue &url : urls) {
+    for (const auto url : urls) {
         const QByteArray digits = url.toString().sliced(dataUrlStart.size()).toLatin1();
         QVERIFY(QByteArray::fromBase64Encoding(digits, QByteArray::AbortOnBase64DecodingErrors));
     }

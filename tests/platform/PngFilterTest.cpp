@@ -76,7 +76,7 @@ QByteArray arbitraryRow(Rows kind, qsizetype length, int y, std::mt19937 &random
             row[i] = static_cast<char>(any);
             break;
         case Rows::slope:
-            row[i] = static_cast<char>(i / 3 + 2 * y + any % 3);
+            row[i] = static_cast<char>(i / 3 + y + y + any % 3);
             break;
         case Rows::copies:
             row[i] = static_cast<char>(i * i + any % 2);
