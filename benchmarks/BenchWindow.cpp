@@ -22,12 +22,11 @@ std::optional<QString> OneFilePanels::chooseCoverDestination(QWidget * /*parent*
     return std::nullopt;
 }
 
-BenchWindow::BenchWindow()
+BenchWindow::BenchWindow(const QString &serviceAddress)
     : database{folder.filePath(u"data"_s), folder.filePath(u"covers"_s)},
       storage{folder.filePath(u"covers"_s)}
 {
-    // Nothing listens on the discard port.
-    database.saveConfig(u"http://127.0.0.1:9/"_s, u"key"_s, u"model"_s);
+    database.saveConfig(serviceAddress, u"key"_s, u"model"_s);
     screen = std::make_unique<GenerateCoverView>(CoverGenerationFlow::create(database, storage, generator),
                                                  panels);
     screen->resize(1000, 1000);
@@ -57,8 +56,18 @@ void BenchWindow::typeTitle(const QString &title)
 
 void BenchWindow::pickFace(const QString &path)
 {
+    pick(u"人脸形象（必填）"_s, path);
+}
+
+void BenchWindow::pickStyle(const QString &path)
+{
+    pick(u"风格参考（上传示例封面，非必填）"_s, path);
+}
+
+void BenchWindow::pick(const QString &accessibleName, const QString &path)
+{
     panels.path = path;
-    qobject_cast<QAbstractButton *>(control(u"人脸形象（必填）"_s))->click();
+    qobject_cast<QAbstractButton *>(control(accessibleName))->click();
 }
 
 } // namespace quilmora::bench

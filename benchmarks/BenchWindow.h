@@ -23,11 +23,13 @@ public:
     QString path;
 };
 
-/// The generate screen in a window, on stores of its own and a service that refuses connections.
+/// The generate screen in a window, on stores of its own.
 class BenchWindow final
 {
 public:
-    BenchWindow();
+    /// A service that refuses connections: nothing listens on the discard port.
+    BenchWindow() : BenchWindow{QStringLiteral("http://127.0.0.1:9/")} {}
+    explicit BenchWindow(const QString &serviceAddress);
     Q_DISABLE_COPY_MOVE(BenchWindow)
     ~BenchWindow();
 
@@ -38,8 +40,11 @@ public:
 
     void typeTitle(const QString &title);
     void pickFace(const QString &path);
+    void pickStyle(const QString &path);
 
 private:
+    void pick(const QString &accessibleName, const QString &path);
+
     QTemporaryDir folder;
     DatabaseManager database;
     ImageStorageService storage;

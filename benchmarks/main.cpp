@@ -1,9 +1,11 @@
 #include "BenchWindow.h"
+#include "ClickToWireBench.h"
+#include "EncoderBench.h"
 #include "HistoryBench.h"
 #include "Report.h"
+#include "SamplePhotos.h"
 #include "StartUpBench.h"
 #include "generation/RequestBody.h"
-#include "platform/Console.h"
 #include "platform/ImageCodec.h"
 #include "screens/common/ControlStyle.h"
 #include "screens/common/Fonts.h"
@@ -12,14 +14,17 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QCommandLineParser>
 #include <QEvent>
 #include <QEventLoop>
-#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTimer>
 
+#include <algorithm>
 #include <chrono>
+#include <cstdlib>
 #include <ctime>
+#include <functional>
 
 using namespace Qt::StringLiterals;
 using namespace quilmora;
@@ -28,25 +33,10 @@ using namespace quilmora::bench;
 namespace
 {
 
-/// A picture with the gradients and the grain of a photo.
-QImage photo(QSize size)
-{
-    QImage image{size, QImage::Format_RGB32};
-    QRandomGenerator random{1};
-    for (int y = 0; y < size.height(); ++y) {
-        auto *line = static_cast<QRgb *>(static_cast<void *>(image.scanLine(y)));
-        for (int x = 0; x < size.width(); ++x) {
-            const auto grain = static_cast<int>(random.generate() % 8U);
-            line[x] = qRgb(x * 200 / size.width() + grain, y * 200 / size.height() + grain, 120 + grain);
-        }
-    }
-    return image;
-}
-
 QString writePhoto(const QTemporaryDir &folder, QSize size)
 {
     QString path = folder.filePath(u"photo%1x%2.jpg"_s.arg(size.width()).arg(size.height()));
-    if (!photo(size).save(path, "jpeg", 80)) {
+    if (!samplePhoto(Scene::portrait, size).save(path, "jpeg", 80)) {
         qFatal("Cannot write the photo");
     }
     return path;
@@ -128,6 +118,43 @@ void benchIdle()
            static_cast<double>(span.count()), 0.005);
 }
 
+struct Bench {
+    QString name;
+    std::function<void()> run;
+};
+
+QList<Bench> benches(const QTemporaryDir &folder)
+{
+    return {
+        {u"history"_s, benchHistory},
+        {u"start-up"_s, benchStartUp},
+        {u"picking"_s,
+         [&folder] {
+             benchPickingAPhoto(folder);
+         }},
+        {u"painting"_s,
+         [&folder] {
+             benchPaintingTheForm(folder);
+         }},
+        {u"idle"_s, benchIdle},
+        {u"click"_s,
+         [&folder] {
+             benchLoadingBeforeEncoding(folder);
+         }},
+        {u"encoder"_s, benchEncoder},
+        {u"click-to-wire"_s, benchClickToWire},
+    };
+}
+
+QString namesOf(const QList<Bench> &all)
+{
+    QStringList names;
+    for (const Bench &bench : all) {
+        names.append(bench.name);
+    }
+    return names.join(u' ');
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -136,16 +163,34 @@ int main(int argc, char *argv[])
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
     QApplication application{argc, argv};
+    const QTemporaryDir folder;
+    const QList<Bench> all = benches(folder);
+    const QCommandLineOption json{u"json"_s, u"Writes the results to <file>, too."_s, u"file"_s};
+    QCommandLineParser parser;
+    parser.addHelpOption();
+    parser.addOption(json);
+    parser.addPositionalArgument(u"name"_s, u"What to measure, all if nothing is named: "_s + namesOf(all),
+                                 u"[name...]"_s);
+    parser.process(application);
+    const QStringList wanted = parser.positionalArguments();
+    for (const QString &name : wanted) {
+        if (std::none_of(all.begin(), all.end(),
+                         [&name](const Bench &bench) { return bench.name == name; })) {
+            qFatal("There is no %s; there are: %s", qUtf8Printable(name), qUtf8Printable(namesOf(all)));
+        }
+    }
+
     QApplication::setStyle(new ControlStyle);
     installApplicationFont();
     Theme::current();
-    const QTemporaryDir folder;
-    console::printLine(u"%1 %2  %3"_s.arg(u"measured"_s, -58).arg(u"ours"_s, 12).arg(u"baseline"_s, 12));
-    benchHistory();
-    benchStartUp();
-    benchPickingAPhoto(folder);
-    benchPaintingTheForm(folder);
-    benchIdle();
-    benchLoadingBeforeEncoding(folder);
-    return 0;
+    reportHead();
+    for (const Bench &bench : all) {
+        if (wanted.isEmpty() || wanted.contains(bench.name)) {
+            bench.run();
+        }
+    }
+    if (parser.isSet(json)) {
+        writeReport(parser.value(json));
+    }
+    return allGoalsMet() ? EXIT_SUCCESS : EXIT_FAILURE;
 }

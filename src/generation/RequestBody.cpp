@@ -6,6 +6,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace quilmora
@@ -13,16 +15,43 @@ namespace quilmora
 namespace
 {
 
-/// The pictures as JSON strings, quotes included. A data URL needs no escaping.
-QByteArrayList dataUrls(const QList<QImage> &images)
+constexpr QByteArrayView dataUrlStart{"data:image/png;base64,"};
+
+QByteArrayList pngFiles(const QList<QImage> &images)
 {
-    QByteArrayList urls;
+    QByteArrayList files;
     for (const QImage &image : images) {
         if (const QByteArray png = imageCodec::encodePng(image); !png.isEmpty()) {
-            urls.append("\"data:image/png;base64," + png.toBase64() + '"');
+            files.append(png);
         }
     }
-    return urls;
+    return files;
+}
+
+/// The bytes that the data URLs take, with quotes and commas.
+qsizetype sizeOfDataUrls(const QByteArrayList &files)
+{
+    constexpr qsizetype quotesAndComma = 3;
+    qsizetype size = 0;
+    for (const QByteArray &file : files) {
+        size += dataUrlStart.size() + (file.size() + 2) / 3 * 4 + quotesAndComma;
+    }
+    return size;
+}
+
+/// Appends the file as a JSON string, quotes included. A data URL needs no escaping.
+void appendDataUrl(QByteArray &body, const QByteArray &file)
+{
+    // In pieces that stay in the processor's caches, and whose size, divisible by three, keeps padding to the
+    // end.
+    constexpr qsizetype piece = qsizetype{48} * 1024;
+    body += '"';
+    body += dataUrlStart;
+    for (qsizetype start = 0; start < file.size(); start += piece) {
+        const qsizetype size = std::min(piece, file.size() - start);
+        body += QByteArray::fromRawData(file.constData() + start, size).toBase64();
+    }
+    body += '"';
 }
 
 } // namespace
@@ -38,15 +67,21 @@ QByteArray encodeRequestBody(const GenerationRequest &request)
         {u"sequential_image_generation"_s, u"disabled"_s},
     };
     QByteArray body = QJsonDocument{members}.toJson(QJsonDocument::Compact);
-    const QByteArrayList images = dataUrls(request.referenceImages);
-    if (images.isEmpty()) {
+    const QByteArrayList files = pngFiles(request.referenceImages);
+    if (files.isEmpty()) {
         return body;
     }
     // Put in as bytes: passing tens of megabytes through the JSON writer takes ten times as long.
     body.chop(1);
+    constexpr qsizetype roomForTheMember = 16;
+    body.reserve(body.size() + roomForTheMember + sizeOfDataUrls(files));
     body += R"(,"image":)";
-    body += images.size() == 1 ? images.first() : '[' + images.join(',') + ']';
-    body += '}';
+    body += files.size() == 1 ? "" : "[";
+    for (const QByteArray &file : files) {
+        body += &file == &files.constFirst() ? "" : ",";
+        appendDataUrl(body, file);
+    }
+    body += files.size() == 1 ? "}" : "]}";
     return body;
 }
 

@@ -28,7 +28,8 @@ QImage decode(const QByteArray &bytes);
 /// was cut short.
 QImage decodeFile(const QString &path);
 
-/// `image` as the bytes of a PNG file, without any comments. Empty for a null image.
+/// `image` as the bytes of a PNG file: its pixels in sRGB, without any comments. Empty for a null image, for
+/// one of more pixels than are decoded, and when the memory does not suffice.
 QByteArray encodePng(const QImage &image);
 
 } // namespace quilmora::imageCodec

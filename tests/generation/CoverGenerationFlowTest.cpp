@@ -1,5 +1,6 @@
 #include "generation/CoverPrompt.h"
 #include "generation/FlowFixture.h"
+#include "support/SamplePictures.h"
 
 #include <QDir>
 #include <QJsonDocument>
@@ -57,7 +58,7 @@ void CoverGenerationFlowTest::aSuccessIsStoredAndRecordedBeforeItIsTold()
     QCOMPARE(row.prompt, composePrompt(sampleInputs()));
     QCOMPARE(row.modelID, u"model-1"_s);
     QVERIFY(row.imagePath.startsWith(u"~/Pictures/Quilmora/coverimg/cover_"_s));
-    QCOMPARE(row.image(), flow->generatedImage());
+    QCOMPARE(row.image(), samplePictures::inSrgb(flow->generatedImage()));
     const QJsonDocument sent = QJsonDocument::fromJson(server->requests().constFirst().body);
     QCOMPARE(sent[u"prompt"_s].toString(), row.prompt);
     QCOMPARE(sent[u"size"_s].toString(), u"2848x1600"_s);

@@ -8,6 +8,7 @@
 #include <QTest>
 
 #include <limits>
+#include <random>
 
 using namespace Qt::StringLiterals;
 using namespace quilmora;
@@ -43,7 +44,7 @@ QImage pictureIn(const QJsonValue &dataUrl)
 
 QImage sample(const QColor &mark)
 {
-    return samplePictures::picture({40, 30}, mark);
+    return samplePictures::inSrgb(samplePictures::picture({40, 30}, mark));
 }
 
 } // namespace
@@ -64,6 +65,7 @@ private Q_SLOTS:
     void skippedPicturesOnlyLeaveNoImage();
     void skippedPicturesBetweenOthers();
     void thePictureIsOneLineOfPaddedBase64();
+    void largePicturesComeInOnePiece();
     void everyPixelFormatKeepsItsPixels_data();
     void everyPixelFormatKeepsItsPixels();
     void textsReadBackTheSame_data();
@@ -175,6 +177,27 @@ void RequestBodyTest::thePictureIsOneLineOfPaddedBase64()
         padded = padded || digits.endsWith('=');
     }
     QVERIFY(padded);
+}
+
+void RequestBodyTest::largePicturesComeInOnePiece()
+{
+    // Noise, so that the file is large: far more than what is turned into base64 at a time.
+    QImage noise{400, 300, QImage::Format_RGB32};
+    std::mt19937 random{5};
+    for (int y = 0; y < noise.height(); ++y) {
+        for (int x = 0; x < noise.width(); ++x) {
+            noise.setPixel(x, y, static_cast<QRgb>(random()) | 0xff000000U);
+        }
+    }
+    const QJsonArray urls = encoded(requestWith({noise, sample(Qt::red), noise}))[u"image"_s].toArray();
+    QCOMPARE(urls.size(), 3);
+    for (const auto url : urls) {
+        const QByteArray digits = url.toString().sliced(dataUrlStart.size()).toLatin1();
+        QVERIFY(QByteArray::fromBase64Encoding(digits, QByteArray::AbortOnBase64DecodingErrors));
+    }
+    QVERIFY(urls[0].toString().size() > 400'000);
+    QCOMPARE(pictureIn(urls[0]), samplePictures::inSrgb(noise));
+    QCOMPARE(urls[2], urls[0]);
 }
 
 void RequestBodyTest::everyPixelFormatKeepsItsPixels_data()

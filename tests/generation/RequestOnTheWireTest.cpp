@@ -144,8 +144,8 @@ void RequestOnTheWireTest::thePromptArrivesUnchanged()
 void RequestOnTheWireTest::picturesArriveInTheirOrder()
 {
     Sent sent;
-    const QImage red = samplePictures::picture({30, 20}, Qt::red);
-    const QImage blue = samplePictures::picture({20, 30}, Qt::blue);
+    const QImage red = samplePictures::inSrgb(samplePictures::picture({30, 20}, Qt::red));
+    const QImage blue = samplePictures::inSrgb(samplePictures::picture({20, 30}, Qt::blue));
     const auto pictureIn = [](const QJsonValue &url) {
         return QImage::fromData(QByteArray::fromBase64(url.toString().section(u',', 1).toLatin1()), "png");
     };

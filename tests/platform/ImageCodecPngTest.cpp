@@ -1,6 +1,7 @@
 #include "platform/ImageCodec.h"
 #include "support/SamplePictures.h"
 
+#include <QColorSpace>
 #include <QTest>
 
 #include <random>
@@ -47,7 +48,9 @@ private Q_SLOTS:
     void transparentColoursOfAPaletteComeBack();
     void coversOfEverySizeComeBack();
     void commentsOfThePictureStayAtHome();
+    void otherColourSpacesBecomeSrgb();
     void noImageGivesNoBytes();
+    void aPictureBeyondAllBoundsIsNotWritten();
     void theBytesAreAPngOfTheWholePicture();
 };
 
@@ -98,7 +101,7 @@ void ImageCodecPngTest::coversOfEverySizeComeBack()
 {
     for (const QSize size : {QSize{1, 1}, QSize{1, 500}, QSize{500, 1}, QSize{1600, 2848}}) {
         const QImage image = samplePictures::picture(size);
-        QCOMPARE(imageCodec::decode(imageCodec::encodePng(image)), image);
+        QCOMPARE(imageCodec::decode(imageCodec::encodePng(image)), samplePictures::inSrgb(image));
     }
 }
 
@@ -108,13 +111,32 @@ void ImageCodecPngTest::commentsOfThePictureStayAtHome()
     image.setText(u"Comment"_s, u"my address"_s);
     const QByteArray bytes = imageCodec::encodePng(image);
     QVERIFY(!bytes.contains("tEXt") && !bytes.contains("iTXt") && !bytes.contains("zTXt"));
-    QCOMPARE(imageCodec::decode(bytes), samplePictures::picture({20, 10}));
+    QCOMPARE(imageCodec::decode(bytes), samplePictures::inSrgb(samplePictures::picture({20, 10})));
+}
+
+void ImageCodecPngTest::otherColourSpacesBecomeSrgb()
+{
+    QImage wide{20, 10, QImage::Format_RGB32};
+    wide.fill(QColor{60, 160, 90});
+    wide.setColorSpace(QColorSpace::AdobeRgb);
+    const QImage written = QImage::fromData(imageCodec::encodePng(wide));
+    QCOMPARE(written, wide.convertedToColorSpace(QColorSpace::SRgb));
+    QVERIFY(written.pixel(0, 0) != wide.pixel(0, 0));
 }
 
 void ImageCodecPngTest::noImageGivesNoBytes()
 {
     QCOMPARE(imageCodec::encodePng(QImage{}), QByteArray{});
     QCOMPARE(imageCodec::encodePng(QImage{0, 5, QImage::Format_RGB32}), QByteArray{});
+}
+
+void ImageCodecPngTest::aPictureBeyondAllBoundsIsNotWritten()
+{
+    // One bit a pixel: many pixels, few bytes.
+    constexpr int width = 1 << 14;
+    const QImage most{width, static_cast<int>(imageCodec::maximumPixels / width) + 1, QImage::Format_Mono};
+    QVERIFY(!most.isNull());
+    QCOMPARE(imageCodec::encodePng(most), QByteArray{});
 }
 
 void ImageCodecPngTest::theBytesAreAPngOfTheWholePicture()

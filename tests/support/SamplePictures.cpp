@@ -1,6 +1,7 @@
 #include "support/SamplePictures.h"
 
 #include <QBuffer>
+#include <QColorSpace>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -65,6 +66,12 @@ QImage picture(QSize size, const QColor &mark)
     gradient.setColorAt(1, Qt::darkCyan);
     painter.fillRect(image.rect(), gradient);
     painter.fillRect(0, 0, size.width() / 4, size.height() / 4, mark);
+    return image;
+}
+
+QImage inSrgb(QImage image)
+{
+    image.setColorSpace(QColorSpace::SRgb);
     return image;
 }
 

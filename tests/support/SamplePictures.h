@@ -13,6 +13,9 @@ namespace quilmora::test::samplePictures
 /// A picture with a gradient, an edge and a mark in its top left corner, so that turning or mirroring shows.
 QImage picture(QSize size, const QColor &mark = Qt::red);
 
+/// `image` as it comes back from a file that Quilmora wrote: the same pixels, said to be in sRGB.
+QImage inSrgb(QImage image);
+
 QByteArray png(const QImage &image);
 QByteArray jpeg(const QImage &image, int quality = 90);
 

@@ -186,7 +186,7 @@ void GenerateStatesTest::saveProposesADatedNameAndWritesThePixels()
     const QByteArray bytes = file.readAll();
     QVERIFY(bytes.startsWith("\x89PNG"));
     QCOMPARE(imageCodec::decode(bytes).convertToFormat(QImage::Format_RGB32),
-             samplePictures::picture({64, 36}));
+             samplePictures::inSrgb(samplePictures::picture({64, 36})));
     QVERIFY2(screen.shows(u"生成成功"_s), "the result stays");
 }
 

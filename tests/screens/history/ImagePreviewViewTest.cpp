@@ -302,7 +302,7 @@ void ImagePreviewViewTest::savingWritesAPngOfThePicture()
     QImage written;
     QVERIFY(written.load(out, "png"));
     QCOMPARE(written.convertToFormat(QImage::Format_RGB32),
-             samplePictures::picture({64, 36}).convertToFormat(QImage::Format_RGB32));
+             samplePictures::inSrgb(samplePictures::picture({64, 36})));
     QCOMPARE(closed, 0);
     QVERIFY(QFile::exists(file));
 }

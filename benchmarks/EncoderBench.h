@@ -1,0 +1,9 @@
+#pragma once
+
+namespace quilmora::bench
+{
+
+/// Encoding photos and covers as PNG against the toolkit: time, size, and the time until they are uploaded.
+void benchEncoder();
+
+} // namespace quilmora::bench

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QtGlobal>
+
+#include <vector>
+
+namespace quilmora
+{
+
+/// Filters the rows of a PNG file, each in the one of the format's five ways whose residues, taken as signed
+/// bytes, have the smallest sum of magnitudes; of long rows only parts are looked at to find it. Rows are
+/// given from the top of the picture down.
+class PngFilter final
+{
+    Q_DISABLE_COPY_MOVE(PngFilter)
+
+public:
+    /// For rows of `rowBytes` bytes (at least 1), in which a pixel takes `pixelBytes` (1 to 8).
+    PngFilter(qsizetype rowBytes, qsizetype pixelBytes);
+    ~PngFilter() = default;
+
+    /// Where the next row is to be written; it has room for exactly one. Valid until the row is filtered.
+    uchar *row() { return current.data() + margin; }
+
+    /// Filters that row: writes the number of the way chosen and the residues, `rowBytes` + 1 bytes in all.
+    /// Gives the sum of the residues' magnitudes.
+    quint64 filterTo(uchar *out);
+
+private:
+    /// Room before a row, always zero: what lies to the left of the first pixel.
+    static constexpr qsizetype margin = 8;
+
+    const qsizetype rowBytes;
+    const qsizetype pixelBytes;
+    std::vector<uchar> current;
+    std::vector<uchar> above; ///< Zero above the first row.
+    std::vector<uchar> best;
+    std::vector<uchar> trial;
+};
+
+} // namespace quilmora
