@@ -9,7 +9,7 @@ apt_packages() {
         "qt6-translations-l10n libsqlite3-dev libdeflate-dev libcpp-httplib-dev libssl-dev zlib1g-dev libbrotli-dev libgl-dev" ;;
     run) echo "ca-certificates fonts-noto-cjk qt6-image-formats-plugins qt6-qpa-plugins" ;;
     display) echo "xvfb" ;;
-    test) echo "openssl at-spi2-core dbus libatspi2.0-dev qt6-base-private-dev libspng-dev liblodepng-dev pngcheck" ;;
+    test) echo "openssl at-spi2-core dbus libatspi2.0-dev qt6-base-private-dev libspng-dev liblodepng-dev pngcheck mold" ;;
     lint) echo "clang clang-format clang-tidy clazy" ;;
     esac
 }
