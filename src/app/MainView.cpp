@@ -1,6 +1,7 @@
 #include "app/MainView.h"
 
 #include "app/TopNavigationBar.h"
+#include "screens/common/AccessiblePart.h"
 #include "screens/common/Divider.h"
 #include "screens/common/Theme.h"
 
@@ -26,6 +27,7 @@ MainView::MainView(ScreenFactory factory, QWidget *parent)
       makeScreen{std::move(factory)},
       column{new QVBoxLayout{this}}
 {
+    setAccessiblePart(this, {QAccessible::Window});
     setWindowTitle(u"Quilmora"_s);
     setMinimumSize(minimumWindowSize);
     auto *bar = new TopNavigationBar{tab, this};

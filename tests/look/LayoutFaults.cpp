@@ -2,6 +2,7 @@
 
 #include "PaintRecord.h"
 #include "SceneRun.h"
+#include "screens/common/Scrim.h"
 #include "screens/help/Toast.h"
 
 #include <QAbstractButton>
@@ -56,7 +57,7 @@ QStringList overlaps(QWidget *widget)
     for (QObject *object : widget->children()) {
         auto *child = qobject_cast<QWidget *>(object);
         if (child == nullptr || !child->isVisible() || child->isWindow() ||
-            qobject_cast<Toast *>(child) != nullptr) {
+            qobject_cast<Toast *>(child) != nullptr || qobject_cast<Scrim *>(child) != nullptr) {
             continue;
         }
         for (const QWidget *other : before) {

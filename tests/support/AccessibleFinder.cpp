@@ -1,5 +1,7 @@
 #include "support/AccessibleFinder.h"
 
+#include <algorithm>
+
 namespace quilmora::test::accessible
 {
 namespace
@@ -40,6 +42,15 @@ QList<QWidget *> allNamed(QWidget *root, const QString &name)
         }
     });
     return found;
+}
+
+QWidget *findField(QWidget *root, const QString &name)
+{
+    const QList<QWidget *> widgets = allNamed(root, name);
+    const auto field = std::find_if(widgets.begin(), widgets.end(), [](const QWidget *widget) {
+        return widget->testAttribute(Qt::WA_InputMethodEnabled);
+    });
+    return field != widgets.end() ? *field : nullptr;
 }
 
 QStringList names(QWidget *root)

@@ -14,6 +14,9 @@ QAccessibleInterface *interfaceOf(QWidget *widget);
 /// The visible widgets of that name below `root`, `root` included, in the order of the accessibility tree.
 QList<QWidget *> allNamed(QWidget *root, const QString &name);
 
+/// The first visible widget of that name into which text is typed; null when there is none.
+QWidget *findField(QWidget *root, const QString &name);
+
 /// The names of all visible widgets below `root` in the order of the accessibility tree, without empty ones.
 QStringList names(QWidget *root);
 

@@ -14,6 +14,7 @@
 #include "support/HistoryRows.h"
 #include "support/ScreenTest.h"
 
+#include <QAbstractButton>
 #include <QFile>
 #include <QPainter>
 #include <QScreen>
@@ -102,10 +103,15 @@ QWidget *Stage::sheet() const
     return qobject_cast<Sheet *>(QApplication::activeModalWidget());
 }
 
+QWidget *Stage::front() const
+{
+    QWidget *above = sheet();
+    return above != nullptr ? above : view.get();
+}
+
 QWidget *Stage::find(const QString &name) const
 {
-    QWidget *front = sheet();
-    return test::accessible::find(front != nullptr ? front : view.get(), name);
+    return test::accessible::find(front(), name);
 }
 
 void Stage::waitUntil(const char *what, const std::function<bool()> &condition)
@@ -122,16 +128,18 @@ void Stage::waitFor(const QString &name)
 
 void Stage::click(const QString &name)
 {
-    waitFor(name);
-    QWidget *control = find(name);
-    waitUntil(qUtf8Printable(name), [&] { return control->isEnabled(); });
-    test::click(control);
+    QAbstractButton *button = nullptr;
+    waitUntil(qUtf8Printable(name), [&] {
+        button = test::accessible::find<QAbstractButton>(front(), name);
+        return button != nullptr && button->isEnabled();
+    });
+    test::click(button);
 }
 
 void Stage::type(const QString &field, const QString &text)
 {
     waitFor(field);
-    test::typeInto(find(field), text);
+    test::typeInto(test::accessible::findField(view.get(), field), text);
 }
 
 void Stage::upload(const QString &card, const QString &path)

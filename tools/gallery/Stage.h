@@ -81,6 +81,7 @@ public:
 
 private:
     QWidget *makeScreen(NavigationTab tab, QWidget *parent);
+    QWidget *front() const;
     QScrollArea *page() const;
     HistoryGrid *grid() const;
     void resize(QSize size);

@@ -1,6 +1,7 @@
 #include "screens/common/AccessiblePart.h"
 
 #include <QAccessibleWidget>
+#include <QApplication>
 #include <QVariant>
 
 #include <mutex>
@@ -23,6 +24,8 @@ public:
     {
         QAccessible::State state = QAccessibleWidget::state();
         state.busy = object()->property(busyProperty).toBool();
+        // Not when it only hands the focus on to one of its children.
+        state.focused = object() == QApplication::focusWidget();
         return state;
     }
 

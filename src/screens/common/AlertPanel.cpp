@@ -2,6 +2,7 @@
 
 #include "screens/common/ActionButton.h"
 #include "screens/common/LogoView.h"
+#include "screens/common/ReadingOrder.h"
 #include "screens/common/TextLabel.h"
 
 #include <QVBoxLayout>
@@ -49,6 +50,7 @@ AlertPanel::AlertPanel(const QString &title, const QString &message, const QStri
     column->addWidget(centredLabel(message, {11}, this));
     column->addSpacing(4);
     column->addWidget(close);
+    readInLayoutOrder(*column);
     close->setFocus();
 }
 

@@ -1,5 +1,7 @@
 #include "screens/common/ClampedLabel.h"
 
+#include "screens/common/AccessiblePart.h"
+
 #include <QPainter>
 
 namespace quilmora
@@ -12,6 +14,7 @@ ClampedLabel::ClampedLabel(const QString &text, const QFont &font, ColorRole rol
       color{role}
 {
     setFont(font);
+    setAccessiblePart(this, {QAccessible::StaticText});
     setAccessibleName(text);
     QSizePolicy policy{QSizePolicy::Expanding, QSizePolicy::Preferred};
     policy.setHeightForWidth(true);

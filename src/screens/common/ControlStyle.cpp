@@ -174,6 +174,8 @@ int ControlStyle::styleHint(StyleHint hint, const QStyleOption *option, const QW
     case SH_DialogButtonBox_ButtonsHaveIcons:
     case SH_EtchDisabledText:
         return 0;
+    case SH_LineEdit_PasswordCharacter:
+        return u'•';
     default:
         return QProxyStyle::styleHint(hint, option, widget, returnData);
     }

@@ -15,7 +15,7 @@ void drawFocusRing(QPainter &painter, const QPainterPath &outline, ColorRole rol
     const double outer = outline.boundingRect().left();
     const double width = PixelGrid{painter}.aligned(QPointF{outer + usualWidth, 0}).x() - outer;
     QColor color = themeColor(role);
-    color.setAlphaF(role == ColorRole::accent ? 0.55F : 0.8F);
+    color.setAlphaF(role == ColorRole::accent ? 0.9F : 0.8F);
     painter.save();
     painter.setClipPath(outline);
     // Half of the line is cut off by the clip.

@@ -1,6 +1,7 @@
 #include "screens/common/LabelledField.h"
 
 #include "screens/common/Fonts.h"
+#include "screens/common/ReadingOrder.h"
 
 #include <QFontMetrics>
 #include <QVBoxLayout>
@@ -37,6 +38,7 @@ LabelledField::LabelledField(const Texts &texts, const Look &look, QWidget *pare
     column->addWidget(new TextLabel{texts.label, look.label, this});
     column->addWidget(input);
     column->addWidget(hint);
+    readInLayoutOrder(*column);
 }
 
 } // namespace quilmora

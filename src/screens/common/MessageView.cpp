@@ -40,6 +40,14 @@ double paragraphHeight(const QTextBlock &paragraph, const QFont &font, const QTe
     return height;
 }
 
+/// So high that no line is cut.
+int scrolledHeight(const QFont &font)
+{
+    const double line = QFontMetricsF{font}.lineSpacing();
+    const double lines = std::floor((greatestHeight - 2 * verticalPadding) / line);
+    return 2 * verticalPadding + static_cast<int>(lines * line);
+}
+
 } // namespace
 
 MessageView::MessageView(const QString &message, int pixelSize, const QString &nameOfLongText,
@@ -81,7 +89,7 @@ int MessageView::heightForWidth(int width) const
          block = block.next()) {
         height += paragraphHeight(block, font(), document()->defaultTextOption(), column);
     }
-    return std::min(static_cast<int>(std::ceil(height)), greatestHeight);
+    return height < greatestHeight ? static_cast<int>(std::ceil(height)) : scrolledHeight(font());
 }
 
 bool MessageView::isFramed() const

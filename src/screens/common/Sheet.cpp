@@ -1,6 +1,7 @@
 #include "screens/common/Sheet.h"
 
 #include "screens/common/PixelGrid.h"
+#include "screens/common/Scrim.h"
 #include "screens/common/Shapes.h"
 #include "screens/common/Theme.h"
 
@@ -8,6 +9,7 @@
 #include <QGuiApplication>
 #include <QPainter>
 #include <QScreen>
+#include <QShowEvent>
 
 #include <algorithm>
 
@@ -33,13 +35,16 @@ QBitmap shapeOf(const QRect &bounds)
     return shape;
 }
 
-/// Over the window's middle, a little higher, and not beyond the screen as long as it fits there.
+/// Over the window's middle, small sheets a little higher, and not beyond the screen as long as they fit
+/// there.
 QPoint placeOver(const QWidget &window, QSize size)
 {
     const QRect over = window.frameGeometry();
     const QRect screen = window.screen()->availableGeometry();
-    const int x = over.center().x() - size.width() / 2;
-    const int y = over.y() + (over.height() - size.height()) / 3;
+    const int room = over.height() - size.height();
+    const bool isSmall = 2 * size.height() < over.height();
+    const int x = over.x() + (over.width() - size.width()) / 2;
+    const int y = over.y() + std::max(0, isSmall ? room / 3 : room / 2);
     return {std::max(screen.left(), std::min(x, screen.right() + 1 - size.width())),
             std::max(screen.top(), std::min(y, screen.bottom() + 1 - size.height()))};
 }
@@ -68,6 +73,11 @@ void Sheet::showEvent(QShowEvent *event)
     if (cutsItsShape()) {
         setMask(shapeOf(rect()));
     }
+#ifndef Q_OS_MACOS
+    if (!event->spontaneous()) {
+        new Scrim{*this};
+    }
+#endif
 }
 
 void Sheet::paintEvent(QPaintEvent * /*event*/)

@@ -57,6 +57,8 @@ QColor schemeColor(ColorRole role, bool dark)
         return QColor{dark ? 0x32D74BU : 0x28CD41U};
     case ColorRole::controlBorder:
         return dark ? white(0.16) : black(0.15);
+    case ColorRole::scrim:
+        return black(dark ? 0.40 : 0.20);
     case ColorRole::controlPressed:
         return dark ? white(0.12) : black(0.08);
     default:

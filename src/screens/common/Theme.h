@@ -44,6 +44,7 @@ enum class ColorRole {
     onBackdrop,      ///< Text on that.
     onBackdropSecondary,
     previewPictureShadow,
+    scrim, ///< Laid over a window below its sheet.
     toastBackground,
     toastText,
 };

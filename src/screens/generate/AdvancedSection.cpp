@@ -1,5 +1,6 @@
 #include "screens/generate/AdvancedSection.h"
 
+#include "screens/common/ReadingOrder.h"
 #include "screens/common/TextEditor.h"
 #include "screens/common/TextLabel.h"
 #include "screens/generate/DisclosureHeader.h"
@@ -35,6 +36,7 @@ AdvancedSection::AdvancedSection(QWidget *parent)
     bodyColumn->setSpacing(8);
     bodyColumn->addWidget(caption);
     bodyColumn->addWidget(editor);
+    readInLayoutOrder(*bodyColumn);
 
     auto *column = new QVBoxLayout{this};
     column->setContentsMargins(0, 0, 0, 0);

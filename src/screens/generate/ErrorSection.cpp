@@ -3,6 +3,7 @@
 #include "screens/common/AccessiblePart.h"
 #include "screens/common/ActionButton.h"
 #include "screens/common/MessageView.h"
+#include "screens/common/ReadingOrder.h"
 #include "screens/common/SymbolLabel.h"
 #include "screens/common/TextLabel.h"
 
@@ -46,6 +47,7 @@ ErrorSection::ErrorSection(const QString &message, QWidget *parent) : QWidget{pa
     column->addLayout(messageRow);
     column->addWidget(back, 0, Qt::AlignHCenter);
     column->addStretch();
+    readInLayoutOrder(*column);
 }
 
 } // namespace quilmora

@@ -34,7 +34,7 @@ GenerateCoverView::GenerateCoverView(std::shared_ptr<CoverGenerationFlow> theFlo
     column->setContentsMargins(padding, padding, padding, padding);
     column->setSpacing(0);
     column->addWidget(form);
-    column->addStretch(1);
+    column->addStretch();
     connect(form, &GenerateForm::generateRequested, this, &GenerateCoverView::start);
     connect(flow.get(), &CoverGenerationFlow::generationStateChanged, this, &GenerateCoverView::showState);
 }
@@ -60,7 +60,7 @@ void GenerateCoverView::showState()
         form->focusTitle();
         return;
     }
-    column->insertWidget(0, section);
+    column->insertWidget(0, section, 1);
     verticalScrollBar()->setValue(0);
     showAtOnce();
     if (takesFocus) {

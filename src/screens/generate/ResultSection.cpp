@@ -3,6 +3,7 @@
 #include "screens/common/AccessiblePart.h"
 #include "screens/common/GradientButton.h"
 #include "screens/common/PictureView.h"
+#include "screens/common/ReadingOrder.h"
 #include "screens/common/TextLabel.h"
 
 #include <QVBoxLayout>
@@ -50,6 +51,7 @@ ResultSection::ResultSection(const QImage &image, QWidget *parent) : ShadowGroun
     column->addWidget(picture, 0, Qt::AlignHCenter);
     column->addLayout(buttons);
     column->addStretch();
+    readInLayoutOrder(*column);
 }
 
 } // namespace quilmora

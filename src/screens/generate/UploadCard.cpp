@@ -4,6 +4,7 @@
 #include "screens/common/ActionButton.h"
 #include "screens/common/ErrorLine.h"
 #include "screens/common/FilePanels.h"
+#include "screens/common/ReadingOrder.h"
 #include "screens/common/TextLabel.h"
 #include "screens/generate/UploadFace.h"
 
@@ -42,7 +43,7 @@ UploadCard::UploadCard(const QString &title, const QString &iconName, FilePanels
       face{new UploadFace{title, iconName, this}},
       errorLine{new ErrorLine{11, this}},
       removeButton{new ActionButton{
-          u"xmark.circle"_s, u"移除"_s, {ActionButton::Kind::plainRed, 11, QFont::Normal, 4, {2, 2}}, this}}
+          u"xmark.circle"_s, u"移除"_s, {ActionButton::Kind::plainRed, 11, QFont::Normal, 4, {0, 2}}, this}}
 {
     removeButton->hide();
     connect(face, &UploadFace::clicked, this, &UploadCard::chooseFile);
@@ -59,6 +60,7 @@ UploadCard::UploadCard(const QString &title, const QString &iconName, FilePanels
     column->addWidget(errorLine);
     column->addWidget(removeButton, 0, Qt::AlignLeft);
     column->addStretch();
+    readInLayoutOrder(*column);
 }
 
 void UploadCard::chooseFile()

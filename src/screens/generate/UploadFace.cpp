@@ -87,8 +87,6 @@ void UploadFace::paintInvitation(QPainter &painter) const
 void UploadFace::paintPicture(QPainter &painter)
 {
     const PixelGrid grid{painter};
-    painter.fillPath(roundedRect(grid.aligned(rect()), cornerRadius),
-                     themeColor(ColorRole::controlBackground));
     QRect place{{0, 0}, picture.fittedSize(size())};
     place.moveCenter(rect().center());
     painter.drawPixmap(grid.aligned(place.topLeft()), picture.pixmap(place.size(), devicePixelRatioF()));

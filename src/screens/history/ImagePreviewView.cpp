@@ -6,6 +6,7 @@
 #include "screens/common/GradientButton.h"
 #include "screens/common/PictureView.h"
 #include "screens/common/PixelGrid.h"
+#include "screens/common/ReadingOrder.h"
 #include "screens/common/Sheet.h"
 #include "screens/common/SymbolButton.h"
 #include "screens/common/TextLabel.h"
@@ -103,6 +104,7 @@ ImagePreviewView::ImagePreviewView(HistoryRecord shown, std::function<void()> cl
     if (const QImage image = record.image(); !image.isNull()) {
         insertPicture(*column, image);
     }
+    readInLayoutOrder(*column);
 }
 
 QLayout *ImagePreviewView::makeCloseRow()

@@ -6,6 +6,7 @@
 #include "screens/common/Card.h"
 #include "screens/common/ErrorLine.h"
 #include "screens/common/LabelledField.h"
+#include "screens/common/ReadingOrder.h"
 #include "store/DatabaseManager.h"
 
 #include <QShowEvent>
@@ -18,7 +19,7 @@ namespace quilmora
 namespace
 {
 
-constexpr int padding = 32;
+constexpr QMargins padding{32, 24, 32, 32};
 constexpr int spacing = 16;
 constexpr int titleBottomPadding = 4;
 constexpr int cardPadding = 20;
@@ -55,7 +56,7 @@ SettingsView::SettingsView(DatabaseManager &store, QWidget *parent)
     connect(save, &ActionButton::clicked, this, &SettingsView::saveSettings);
 
     auto *column = new QVBoxLayout{content()};
-    column->setContentsMargins(padding, padding, padding, padding);
+    column->setContentsMargins(padding);
     column->setSpacing(spacing);
     column->addWidget(new TextLabel{u"功能设置"_s, {22, QFont::Bold}, content()});
     column->addSpacing(titleBottomPadding);
@@ -63,6 +64,7 @@ SettingsView::SettingsView(DatabaseManager &store, QWidget *parent)
     column->addWidget(validationError);
     column->addWidget(save, 0, Qt::AlignLeft);
     column->addStretch(1);
+    readInLayoutOrder(*column);
 }
 
 QWidget *SettingsView::makeCard()
@@ -80,6 +82,7 @@ QWidget *SettingsView::makeCard()
     for (LabelledField *field : {url, key, model}) {
         column->addWidget(field);
     }
+    readInLayoutOrder(*column);
     return card;
 }
 

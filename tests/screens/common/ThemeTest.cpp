@@ -99,6 +99,7 @@ void ThemeTest::everyRoleHasItsColourInBothSchemes_data()
     row("green", ColorRole::green, hex(0x28CD41), hex(0x32D74B));
     row("control border", ColorRole::controlBorder, grey(0, 0.15), grey(255, 0.16));
     row("control pressed", ColorRole::controlPressed, grey(0, 0.08), grey(255, 0.12));
+    row("scrim", ColorRole::scrim, grey(0, 0.20), grey(0, 0.40));
     row("hover fill", ColorRole::hoverFill, QColor{0x8E, 0x8E, 0x93, 38}, QColor{0x98, 0x98, 0x9D, 38});
     row("option border", ColorRole::optionBorder, QColor{0x8E, 0x8E, 0x93, 64}, QColor{0x98, 0x98, 0x9D, 64});
     fixed("on accent", ColorRole::onAccent, hex(0xFFFFFF));

@@ -22,12 +22,12 @@ const QStringList &expectedNames()
         u"抖音 / TikTok"_s,
         u"填写封面内容"_s,     // the section
         u"填写封面内容"_s,     // its head
+        u"视频封面标题文本"_s, // the text above the field
         u"视频封面标题文本"_s, // the field
         u"推荐不超过16个汉字，以保证设计效果"_s,
-        u"视频封面标题文本"_s, // the text above it
+        u"背景场景"_s,
         u"背景场景"_s,
         u"输入封面背景图中体现的元素"_s,
-        u"背景场景"_s,
         u"选择表情"_s, // the section
         u"选择表情"_s, // its head
         u"震惊"_s,
@@ -44,12 +44,13 @@ const QStringList &expectedNames()
         u"自定义..."_s,
         u"上传照片"_s,         // the section
         u"上传照片"_s,         // its head
-        u"人脸形象（必填）"_s, // the button
+        u"人脸形象（必填）"_s, // the text above the button
         u"人脸形象（必填）"_s,
         u"风格参考（上传示例封面，非必填）"_s,
         u"风格参考（上传示例封面，非必填）"_s,
         u"高级选项"_s,
-        u"自定义风格指令（如\"使用蓝金配色\"、\"更戏剧化\"、\"保留原来的穿着\"）"_s, // the editor
+        u"自定义风格指令（如\"使用蓝金配色\"、\"更戏剧化\"、\"保留原来的穿着\"）"_s, // the text above the
+                                                                                     // editor
         u"自定义风格指令（如\"使用蓝金配色\"、\"更戏剧化\"、\"保留原来的穿着\"）"_s,
         u"开始生成封面"_s,
     };

@@ -68,7 +68,7 @@ void InputMethodTest::theWordGoesIntoTheRequest()
     GenerateScreen screen;
     ComposingInputMethod inputMethod;
     typeInto(screen.titleField(), u"标题"_s);
-    typeInto(screen.find(field), u"豪华"_s);
+    typeInto(accessible::findField(&screen.window, field), u"豪华"_s);
     inputMethod.compose(u"办公室"_s);
     press(screen.generateButton());
     QTRY_COMPARE(screen.server.requestCount(), 1);

@@ -166,9 +166,8 @@ void UploadedPicturesTest::thePreviewFitsInsideTheFaceWithRoundCorners()
     const int left = (face()->width() - 70) / 2;
     QCOMPARE(screenCapture::colorAt(shown, {left + 35.0, 70}), QColor(0, 200, 0));
     QCOMPARE(screenCapture::colorAt(shown, {left + 2.0, 70}), QColor(0, 200, 0));
-    const QColor ground = themeColor(ColorRole::controlBackground);
-    QCOMPARE(screenCapture::colorAt(shown, {left - 3.0, 70}), ground);
-    QCOMPARE(screenCapture::colorAt(shown, {left + 1.0, 1}), ground);
+    QCOMPARE(screenCapture::colorAt(shown, {left - 3.0, 70}).alpha(), 0);
+    QCOMPARE(screenCapture::colorAt(shown, {left + 1.0, 1}).alpha(), 0);
 }
 
 void UploadedPicturesTest::theFileIsReadOnceHoweverOftenTheCardIsPainted()

@@ -179,7 +179,7 @@ void HelpViewTest::theFocusRingShowsOnlyAfterTheTabKey()
 {
     const auto ringPixels = [this](QWidget *around) {
         const QColor accent = themeColor(ColorRole::accent);
-        const QColor ring{accent.red(), accent.green(), accent.blue(), 140}; // 55 %
+        const QColor ring{accent.red(), accent.green(), accent.blue(), 230}; // 90 %
         const QRect area = placeIn(screen->view(), around).adjusted(-10, -8, 10, 8);
         return screenCapture::countOf(screenCapture::capture(screen->view()), ring, area, 3);
     };
@@ -194,7 +194,7 @@ void HelpViewTest::theFocusRingShowsOnlyAfterTheTabKey()
     const QImage inside =
         screenCapture::capture(screen->view()).copy(placeIn(screen->view(), screen->websiteLine()));
     const QColor accent = themeColor(ColorRole::accent);
-    QCOMPARE(screenCapture::countOf(inside, {accent.red(), accent.green(), accent.blue(), 140}, {}, 20), 0);
+    QCOMPARE(screenCapture::countOf(inside, {accent.red(), accent.green(), accent.blue(), 230}, {}, 20), 0);
     screen->websiteLine()->clearFocus();
     QCOMPARE(ringPixels(screen->websiteLine()), 0);
 }

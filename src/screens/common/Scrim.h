@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QWidget>
+
+namespace quilmora
+{
+
+class Sheet;
+
+/// Darkens a window while a sheet is up, so that the sheet stands out. Goes with the sheet.
+class Scrim final : public QWidget
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(Scrim)
+
+public:
+    /// Covers the window that the sheet belongs to, which owns it.
+    explicit Scrim(const Sheet &sheet);
+    ~Scrim() override = default;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+};
+
+} // namespace quilmora
