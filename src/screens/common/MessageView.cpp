@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 namespace quilmora
 {
 namespace
@@ -24,10 +26,9 @@ constexpr int usualWidth = 400;
 constexpr qsizetype longestName = 1200;
 
 /// Height of a paragraph in a column of that width, in device-independent pixels.
-double paragraphHeight(const QTextBlock &paragraph, const QFont &font, const QTextOption &option,
-                       double width)
+double paragraphHeight(const QString &paragraph, const QFont &font, const QTextOption &option, double width)
 {
-    QTextLayout layout{paragraph.text(), font};
+    QTextLayout layout{paragraph, font};
     layout.setTextOption(option);
     layout.beginLayout();
     double height = 0;
@@ -41,11 +42,11 @@ double paragraphHeight(const QTextBlock &paragraph, const QFont &font, const QTe
 }
 
 /// So high that no line is cut.
-int scrolledHeight(const QFont &font)
+int scrolledHeight(const QFont &font, const QTextOption &option)
 {
-    const double line = QFontMetricsF{font}.lineSpacing();
+    const double line = paragraphHeight(u"行"_s, font, option, usualWidth);
     const double lines = std::floor((greatestHeight - 2 * verticalPadding) / line);
-    return 2 * verticalPadding + static_cast<int>(lines * line);
+    return 2 * verticalPadding + static_cast<int>(std::ceil(lines * line));
 }
 
 } // namespace
@@ -87,9 +88,10 @@ int MessageView::heightForWidth(int width) const
     // Enough of it to know; the rest of a long message is not looked at.
     for (QTextBlock block = document()->begin(); block.isValid() && height < greatestHeight;
          block = block.next()) {
-        height += paragraphHeight(block, font(), document()->defaultTextOption(), column);
+        height += paragraphHeight(block.text(), font(), document()->defaultTextOption(), column);
     }
-    return height < greatestHeight ? static_cast<int>(std::ceil(height)) : scrolledHeight(font());
+    return height < greatestHeight ? static_cast<int>(std::ceil(height))
+                                   : scrolledHeight(font(), document()->defaultTextOption());
 }
 
 bool MessageView::isFramed() const

@@ -5,14 +5,12 @@
 #include "support/ScreenTest.h"
 
 #include <QClipboard>
-#include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QVBoxLayout>
 
-#include <cmath>
 #include <ctime>
 #include <memory>
 
@@ -26,11 +24,9 @@ namespace
 /// Whether the view is as high as a frame may be, and no line is cut at its lower edge.
 bool showsWholeLines(const MessageView &view)
 {
-    constexpr int padding = 6;
-    const double line = QFontMetricsF{view.font()}.lineSpacing();
-    const double lines = (view.height() - 2 * padding) / line;
-    return view.height() <= 320 && view.height() > 320 - line &&
-           std::abs(lines - std::round(lines)) * line < 1.5;
+    const int bottom = view.viewport()->height();
+    const QRect last = view.cursorRect(view.cursorForPosition({view.width() / 2, bottom - 2}));
+    return view.height() <= 320 && view.height() > 320 - last.height() && last.bottom() < bottom;
 }
 
 } // namespace
