@@ -112,7 +112,6 @@ void PortalColorSchemeTest::withoutABusNothingIsStated()
     QVERIFY(!portal.stated());
 }
 
-Q_DECLARE_METATYPE(std::optional<ColorScheme>)
 QTEST_GUILESS_MAIN(PortalColorSchemeTest)
 
 #include "PortalColorSchemeTest.moc"
