@@ -1,4 +1,5 @@
 #include "BenchWindow.h"
+#include "GridBench.h"
 #include "HistoryBench.h"
 #include "Report.h"
 #include "StartUpBench.h"
@@ -142,6 +143,7 @@ int main(int argc, char *argv[])
     const QTemporaryDir folder;
     console::printLine(u"%1 %2  %3"_s.arg(u"measured"_s, -58).arg(u"ours"_s, 12).arg(u"baseline"_s, 12));
     benchHistory();
+    benchGrid();
     benchStartUp();
     benchPickingAPhoto(folder);
     benchPaintingTheForm(folder);
