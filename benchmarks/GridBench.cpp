@@ -85,22 +85,30 @@ private:
     std::vector<double> times;
 };
 
-/// The history screen in a window.
+/// The history screen in a window that has been open before.
 class Visit final
 {
 public:
-    Visit(BenchHistory &history, ThumbnailCache &thumbnails) : view{history.database, panels, thumbnails}
+    Visit(BenchHistory &history, ThumbnailCache &thumbnails)
     {
-        view.resize(windowSize);
+        window.resize(windowSize);
+        window.show();
+        if (!QTest::qWaitForWindowExposed(&window)) {
+            qFatal("The window does not appear");
+        }
+        window.repaint();
+        view = new HistoryListView{history.database, panels, thumbnails, &window};
+        view->resize(windowSize);
         // Reads the history; the first drawing comes with the next turns.
-        view.show();
+        view->show();
     }
 
-    HistoryGrid &grid() { return *view.findChild<HistoryGrid *>(); }
+    HistoryGrid &grid() { return *view->findChild<HistoryGrid *>(); }
 
 private:
     OneFilePanels panels;
-    HistoryListView view;
+    QWidget window;
+    HistoryListView *view = nullptr;
 };
 
 void reportTurns(const QString &what, double medianOfLongest, const Turns &all)

@@ -51,7 +51,7 @@ bool ThumbnailReader::advance(const QString &path, const ThumbnailCache::Square 
         return true;
     }
     if (!begun || begun->path != path || begun->square != square || begun->stamp != *stamp) {
-        begun.reset(new Begun{path, square, *stamp, {file, pixelsOf(square)}});
+        begun = std::make_unique<Begun>(path, square, *stamp, file, pixelsOf(square));
     }
     if (!begun->picture.advance(until)) {
         return false;

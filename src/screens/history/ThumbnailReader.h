@@ -31,6 +31,15 @@ public:
 
 private:
     struct Begun {
+        Begun(const QString &shown, const ThumbnailCache::Square &place, const FileStamp &state,
+              const QString &file, QSize box)
+            : path{shown},
+              square{place},
+              stamp{state},
+              picture{file, box}
+        {
+        }
+
         QString path;
         ThumbnailCache::Square square;
         FileStamp stamp;
