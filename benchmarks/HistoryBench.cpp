@@ -1,23 +1,20 @@
 #include "HistoryBench.h"
 
+#include "BenchHistory.h"
 #include "BenchWindow.h"
 #include "Report.h"
 #include "ResidentMemory.h"
 #include "app/MainView.h"
 #include "app/NavTabButton.h"
-#include "generation/CoverInputs.h"
-#include "generation/CoverPrompt.h"
 #include "platform/ImageCodec.h"
 #include "screens/history/HistoryGrid.h"
 #include "screens/history/HistoryListView.h"
 #include "screens/history/ImagePreviewView.h"
+#include "screens/history/ThumbnailCache.h"
 #include "screens/settings/SettingsView.h"
-#include "store/SqliteConnection.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QElapsedTimer>
-#include <QRandomGenerator>
 #include <QScrollBar>
 #include <QTest>
 
@@ -30,55 +27,8 @@ namespace quilmora::bench
 namespace
 {
 
-constexpr QSize coverSize{2848, 1600};
 constexpr QSize windowSize{1000, 700};
 constexpr int runs = 9;
-
-/// A database with `count` covers and their files, which are all the same picture.
-class History final
-{
-public:
-    explicit History(int count) : database{folder.path(), folder.filePath(u"none"_s)}
-    {
-        const QString first = coverFile(0);
-        QImage cover{coverSize, QImage::Format_RGB32};
-        QRandomGenerator random{1};
-        for (int y = 0; y < cover.height(); ++y) {
-            for (int x = 0; x < cover.width(); ++x) {
-                const auto grain = static_cast<int>(random.generate() % 8U);
-                cover.setPixel(x, y, qRgb(x / 16 + grain, y / 8 + grain, 90 + grain));
-            }
-        }
-        if (!cover.save(first, "png")) {
-            qFatal("Cannot write a cover");
-        }
-        const QString prompt = composePrompt({CoverSize::presets().constFirst(),
-                                              u"这个秘密改变了一切"_s,
-                                              u"未来科技感"_s,
-                                              Emotion::presets().constFirst(),
-                                              {},
-                                              {},
-                                              {},
-                                              {}});
-        SqliteConnection connection{folder.filePath(u"quilmora.db"_s)};
-        connection.execute(u"BEGIN;"_s);
-        for (int number = 0; number < count; ++number) {
-            if (number > 0) {
-                QFile::link(first, coverFile(number));
-            }
-            connection.execute(
-                u"INSERT INTO history (prompt, image_path, created_at, model_id) VALUES "
-                "('%1', '%2', %3.5, 'doubao-seedream-4-0-250828');"_s.arg(prompt, coverFile(number))
-                    .arg(1700000000 + number));
-        }
-        connection.execute(u"COMMIT;"_s);
-    }
-
-    QString coverFile(int number) const { return folder.filePath(u"cover_%1.png"_s.arg(number)); }
-
-    const QTemporaryDir folder;
-    DatabaseManager database;
-};
 
 /// Tells how long it takes until a widget of a class is painted for the first time.
 template <typename Widget>
@@ -128,10 +78,10 @@ private:
 class Screen final
 {
 public:
-    explicit Screen(History &history)
+    explicit Screen(BenchHistory &history)
         : window{[&](NavigationTab tab, QWidget *parent) -> QWidget * {
               if (tab == NavigationTab::history) {
-                  return new HistoryListView{history.database, panels, parent};
+                  return new HistoryListView{history.database, panels, thumbnails, parent};
               }
               return new SettingsView{history.database, parent};
           }}
@@ -160,15 +110,16 @@ public:
 
 private:
     OneFilePanels panels;
+    ThumbnailCache thumbnails;
     MainView window;
 };
 
-double openingTime(History &history)
+double openingTime(BenchHistory &history)
 {
     return medianOf(runs, [&] { return Screen{history}.milliseconds; });
 }
 
-double peakMemory(History &history)
+double peakMemory(BenchHistory &history)
 {
     residentMemory::resetPeak();
     Screen screen{history};
@@ -184,7 +135,7 @@ double peakMemory(History &history)
     return residentMemory::peak();
 }
 
-double previewTime(History &history)
+double previewTime(BenchHistory &history)
 {
     return medianOf(runs, [&] {
         Screen screen{history};
@@ -202,8 +153,8 @@ double previewTime(History &history)
 void benchHistory()
 {
     constexpr int many = 10'000;
-    History ten{10};
-    History tenThousand{many};
+    BenchHistory ten{10};
+    BenchHistory tenThousand{many};
     // The first one after the start also loads fonts and symbols.
     openingTime(ten);
     report(u"history with 10,000 covers to its first paint, against 10"_s, openingTime(tenThousand),

@@ -1,6 +1,7 @@
 #include "BenchWindow.h"
 #include "ClickToWireBench.h"
 #include "EncoderBench.h"
+#include "GridBench.h"
 #include "HistoryBench.h"
 #include "Report.h"
 #include "SamplePhotos.h"
@@ -127,6 +128,7 @@ QList<Bench> benches(const QTemporaryDir &folder)
 {
     return {
         {u"history"_s, benchHistory},
+        {u"grid"_s, benchGrid},
         {u"start-up"_s, benchStartUp},
         {u"picking"_s,
          [&folder] {

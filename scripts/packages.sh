@@ -6,7 +6,7 @@
 apt_packages() {
     case $1 in
     build) echo "cmake ninja-build g++ ccache pkg-config qt6-base-dev qt6-svg-dev|libqt6svg6-dev" \
-        "qt6-translations-l10n libsqlite3-dev libdeflate-dev libcpp-httplib-dev libssl-dev zlib1g-dev libbrotli-dev libgl-dev" ;;
+        "qt6-translations-l10n libpng-dev libsqlite3-dev libdeflate-dev libcpp-httplib-dev libssl-dev zlib1g-dev libbrotli-dev libgl-dev" ;;
     run) echo "ca-certificates fonts-noto-cjk qt6-image-formats-plugins qt6-qpa-plugins" ;;
     display) echo "xvfb" ;;
     test) echo "openssl at-spi2-core dbus libatspi2.0-dev qt6-base-private-dev libspng-dev liblodepng-dev pngcheck mold" ;;
@@ -23,7 +23,7 @@ apt_extras() {
 
 brew_packages() {
     case $1 in
-    build) echo "cmake ninja ccache pkg-config qt sqlite libdeflate cpp-httplib openssl" ;;
+    build) echo "cmake ninja ccache pkg-config qt libpng sqlite libdeflate cpp-httplib openssl" ;;
     test) echo "openssl libspng pngcheck" ;;
     lint) echo "llvm" ;;
     esac

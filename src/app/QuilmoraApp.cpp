@@ -12,6 +12,7 @@
 #include "screens/generate/GenerateCoverView.h"
 #include "screens/help/HelpView.h"
 #include "screens/history/HistoryListView.h"
+#include "screens/history/ThumbnailCache.h"
 #include "screens/settings/SettingsView.h"
 #include "store/DatabaseManager.h"
 #include "store/ImageStorageService.h"
@@ -31,7 +32,7 @@ namespace
 /// High enough for the whole form.
 constexpr QSize comfortableSize{1100, 1080};
 
-QWidget *makeScreen(NavigationTab tab, FilePanels &panels, QWidget *parent)
+QWidget *makeScreen(NavigationTab tab, FilePanels &panels, ThumbnailCache &thumbnails, QWidget *parent)
 {
     switch (tab) {
     case NavigationTab::generate:
@@ -42,7 +43,7 @@ QWidget *makeScreen(NavigationTab tab, FilePanels &panels, QWidget *parent)
     case NavigationTab::settings:
         return new SettingsView{DatabaseManager::shared(), parent};
     case NavigationTab::history:
-        return new HistoryListView{DatabaseManager::shared(), panels, parent};
+        return new HistoryListView{DatabaseManager::shared(), panels, thumbnails, parent};
     case NavigationTab::help:
         return new HelpView{HelpContents::ofThisBuild(), parent};
     }
@@ -53,7 +54,8 @@ QWidget *makeScreen(NavigationTab tab, FilePanels &panels, QWidget *parent)
 
 QuilmoraApp::QuilmoraApp(int &argc, char **argv)
     : QApplication{argc, argv},
-      panels{std::make_unique<SystemFilePanels>()}
+      panels{std::make_unique<SystemFilePanels>()},
+      thumbnails{std::make_unique<ThumbnailCache>()}
 {
     installChineseCatalogue(*this);
     setApplicationName(u"Quilmora"_s);
@@ -72,7 +74,7 @@ QuilmoraApp::~QuilmoraApp() = default;
 void QuilmoraApp::openMainWindow()
 {
     window = std::make_unique<MainView>(
-        [this](NavigationTab tab, QWidget *parent) { return makeScreen(tab, *panels, parent); });
+        [this](NavigationTab tab, QWidget *parent) { return makeScreen(tab, *panels, *thumbnails, parent); });
     // Not by their standard names: those have no key on some desktops.
     for (const auto key : {Qt::Key_W, Qt::Key_Q}) {
         auto *shortcut = new QShortcut{QKeySequence{Qt::CTRL | key}, window.get()};

@@ -9,6 +9,7 @@ namespace quilmora
 
 class FilePanels;
 class MainView;
+class ThumbnailCache;
 
 /// The running application with its one window. The only place that knows the shared services.
 class QuilmoraApp final : public QApplication
@@ -28,6 +29,7 @@ public:
 
 private:
     std::unique_ptr<FilePanels> panels;
+    const std::unique_ptr<ThumbnailCache> thumbnails;
     std::unique_ptr<MainView> window;
 };
 

@@ -54,7 +54,7 @@ QWidget *Stage::makeScreen(NavigationTab tab, QWidget *parent)
         return new GenerateCoverView{CoverGenerationFlow::create(database, storage, generator), panels,
                                      parent};
     case NavigationTab::history:
-        return new HistoryListView{database, panels, parent};
+        return new HistoryListView{database, panels, thumbnails, parent};
     case NavigationTab::settings:
         return new SettingsView{database, parent};
     case NavigationTab::help:

@@ -3,6 +3,7 @@
 #include "app/MainView.h"
 #include "generation/ImageGeneratorService.h"
 #include "screens/help/HelpContents.h"
+#include "screens/history/ThumbnailCache.h"
 #include "store/DatabaseManager.h"
 #include "store/ImageStorageService.h"
 #include "support/ScriptedFilePanels.h"
@@ -91,6 +92,7 @@ private:
     ImageStorageService storage;
     ImageGeneratorService generator;
     test::ScriptedFilePanels panels;
+    ThumbnailCache thumbnails;
     HelpContents help = HelpContents::ofThisBuild();
     std::unique_ptr<MainView> view;
 };

@@ -114,12 +114,13 @@ int ClampedText::height(int width) const
     return heightOfLines(font, static_cast<int>(lines(width).size()));
 }
 
-void ClampedText::draw(QPainter &painter, const QRectF &bounds, const QColor &color) const
+int ClampedText::draw(QPainter &painter, const QRectF &bounds, const QColor &color) const
 {
     painter.setPen(color);
     const int lineHeight = heightOfLines(font, 1);
     double top = bounds.top();
-    for (const QString &line : lines(static_cast<int>(bounds.width()))) {
+    const QStringList shown = lines(static_cast<int>(bounds.width()));
+    for (const QString &line : shown) {
         QTextLayout layout{line, font};
         layout.setTextOption(options(line, alignment));
         layout.beginLayout();
@@ -131,6 +132,7 @@ void ClampedText::draw(QPainter &painter, const QRectF &bounds, const QColor &co
         layout.draw(&painter, {bounds.left(), top});
         top += lineHeight;
     }
+    return lineHeight * static_cast<int>(shown.size());
 }
 
 } // namespace quilmora

@@ -25,8 +25,8 @@ public:
     /// The height of as many lines as there may be.
     static int heightOfLines(const QFont &font, int lines);
 
-    /// Draws the text from the top of `bounds`, aligned in its width.
-    void draw(QPainter &painter, const QRectF &bounds, const QColor &color) const;
+    /// Draws the text from the top of `bounds`, aligned in its width. Gives the height that it takes.
+    int draw(QPainter &painter, const QRectF &bounds, const QColor &color) const;
 
     /// The lines that are shown at that width.
     QStringList lines(int width) const;

@@ -20,13 +20,19 @@ namespace quilmora
 namespace
 {
 
-/// Decoding waits for so long after the last scrolling, which it would hold up.
+/// Reading waits for so long after the last scrolling, which it would hold up.
 constexpr auto restAfterScrolling = 60ms;
+/// Events wait no longer than this for a picture that is being read.
+constexpr auto slice = 4ms;
 constexpr int scrollStep = 40;
 
 } // namespace
 
-HistoryGrid::HistoryGrid(HistoryModel &model, QWidget *parent) : QAbstractItemView{parent}, records{model}
+HistoryGrid::HistoryGrid(HistoryModel &model, ThumbnailCache &cache, QWidget *parent)
+    : QAbstractItemView{parent},
+      records{model},
+      pictures{cache},
+      reader{cache}
 {
     HistoryGridAccessible::install();
     setModel(&records);
@@ -218,33 +224,53 @@ ThumbnailCache::Square HistoryGrid::square() const
     return {grid().tileSize().width(), HistoryThumbnail::cornerRadius, devicePixelRatioF()};
 }
 
-void HistoryGrid::fillNext()
+/// The picture that was begun before any other, otherwise the one nearest to the middle; -1 when all are
+/// there.
+int HistoryGrid::nextToRead(int first, int end)
 {
-    const auto [first, end] = positionsInSight();
     const GridGeometry geometry = grid();
     const QPoint middle{viewport()->width() / 2, verticalOffset() + viewport()->height() / 2};
-    QSet<QString> inSight;
     int nearest = -1;
     int distance = 0;
     for (int position = first; position < end; ++position) {
         const QString &path = records.record(position).imagePath;
-        inSight.insert(path);
         const auto state = pictures.find(path, square()).state;
+        if (state != ThumbnailCache::State::unknown && state != ThumbnailCache::State::outdated) {
+            continue;
+        }
+        if (path == reader.begunPath()) {
+            return position;
+        }
         const int away = (geometry.tile(position).center() - middle).manhattanLength();
-        const bool wanted =
-            state == ThumbnailCache::State::unknown || state == ThumbnailCache::State::outdated;
-        if (wanted && (nearest < 0 || away < distance)) {
+        if (nearest < 0 || away < distance) {
             nearest = position;
             distance = away;
         }
     }
-    if (nearest < 0) {
+    return nearest;
+}
+
+void HistoryGrid::fillNext()
+{
+    const auto [first, end] = positionsInSight();
+    const int next = nextToRead(first, end);
+    if (next < 0) {
+        reader.drop();
         filled = true;
         return;
     }
-    pictures.load(records.record(nearest).imagePath, square());
-    pictures.trim(inSight);
-    viewport()->update(visualRect(records.index(nearest)));
+    const QString path = records.record(next).imagePath;
+    if (reader.advance(path, square(), QDeadlineTimer{slice, Qt::PreciseTimer})) {
+        QSet<QString> inSight;
+        for (int position = first; position < end; ++position) {
+            const QString &shown = records.record(position).imagePath;
+            inSight.insert(shown);
+            if (shown == path) {
+                viewport()->update(visualRect(records.index(position)));
+            }
+        }
+        pictures.trim(inSight);
+    }
     fillTimer.start(0ms);
 }
 

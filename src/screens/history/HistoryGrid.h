@@ -3,6 +3,7 @@
 #include "screens/history/GridGeometry.h"
 #include "screens/history/HistoryModel.h"
 #include "screens/history/ThumbnailCache.h"
+#include "screens/history/ThumbnailReader.h"
 
 #include <QAbstractItemView>
 #include <QTimer>
@@ -11,15 +12,15 @@ namespace quilmora
 {
 
 /// The covers of the history as a scrolling grid of tiles. Only the tiles in sight are drawn, and their
-/// pictures are decoded one at a time between events.
+/// pictures are read one at a time, in slices between events.
 class HistoryGrid final : public QAbstractItemView
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(HistoryGrid)
 
 public:
-    /// `model` must outlive the grid.
-    explicit HistoryGrid(HistoryModel &model, QWidget *parent = nullptr);
+    /// Both must outlive the grid.
+    HistoryGrid(HistoryModel &model, ThumbnailCache &pictures, QWidget *parent = nullptr);
     ~HistoryGrid() override = default;
 
     QRect visualRect(const QModelIndex &index) const override;
@@ -54,10 +55,12 @@ private:
     GridGeometry grid() const { return geometryOf(viewport()->width()); }
     std::pair<int, int> positionsInSight() const;
     ThumbnailCache::Square square() const;
+    int nextToRead(int first, int end);
     void fillNext();
 
     HistoryModel &records;
-    ThumbnailCache pictures;
+    ThumbnailCache &pictures;
+    ThumbnailReader reader;
     QTimer fillTimer;
     bool filled = false;
     bool focusByKeyboard = false;

@@ -26,10 +26,12 @@ constexpr QMargins headerPadding{32, 24, 32, 16};
 
 } // namespace
 
-HistoryListView::HistoryListView(DatabaseManager &store, FilePanels &filePanels, QWidget *parent)
+HistoryListView::HistoryListView(DatabaseManager &store, FilePanels &filePanels, ThumbnailCache &pictures,
+                                 QWidget *parent)
     : QWidget{parent},
       database{store},
       panels{filePanels},
+      thumbnails{pictures},
       records{new HistoryModel{this}},
       column{new QVBoxLayout{this}}
 {
@@ -87,7 +89,7 @@ void HistoryListView::showBody()
     if (empty) {
         body = new EmptyHistoryView{this};
     } else {
-        grid = new HistoryGrid{*records, this};
+        grid = new HistoryGrid{*records, thumbnails, this};
         grid->setAccessibleName(u"已生成列表"_s);
         connect(grid, &HistoryGrid::opened, this, &HistoryListView::openPreview);
         body = grid;

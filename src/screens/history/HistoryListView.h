@@ -17,6 +17,7 @@ class FilePanels;
 class HistoryGrid;
 class HistoryModel;
 class Sheet;
+class ThumbnailCache;
 
 /// The screen with all covers that were made, newest first. A click on one shows it large.
 class HistoryListView final : public QWidget
@@ -25,8 +26,9 @@ class HistoryListView final : public QWidget
     Q_DISABLE_COPY_MOVE(HistoryListView)
 
 public:
-    /// `store` and `panels` must outlive the screen.
-    HistoryListView(DatabaseManager &store, FilePanels &panels, QWidget *parent = nullptr);
+    /// All three must outlive the screen; `thumbnails` keeps its pictures for the next one.
+    HistoryListView(DatabaseManager &store, FilePanels &panels, ThumbnailCache &thumbnails,
+                    QWidget *parent = nullptr);
     ~HistoryListView() override = default;
 
 protected:
@@ -41,6 +43,7 @@ private:
 
     DatabaseManager &database;
     FilePanels &panels;
+    ThumbnailCache &thumbnails;
     HistoryModel *const records;
     QVBoxLayout *const column;
     QPointer<HistoryGrid> grid;

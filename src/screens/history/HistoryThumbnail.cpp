@@ -31,9 +31,12 @@ constexpr int placeholderPixelSize = 30;
 void paintPicture(QPainter &painter, const QRect &square, const ThumbnailCache::Thumbnail &picture)
 {
     QSizeF size = picture.pixmap.deviceIndependentSize();
-    if (picture.state == ThumbnailCache::State::outdated) {
+    const bool scaled = picture.state == ThumbnailCache::State::outdated;
+    if (scaled) {
         size.scale(square.size(), Qt::KeepAspectRatio);
     }
+    // The toolkit copies pixel for pixel only where it is not asked for smoothness.
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, scaled);
     const QPointF corner = QRectF{square}.center() - QPointF{size.width(), size.height()} / 2;
     painter.drawPixmap(QRectF{PixelGrid{painter}.aligned(corner), size}, picture.pixmap,
                        picture.pixmap.rect());
@@ -42,8 +45,7 @@ void paintPicture(QPainter &painter, const QRect &square, const ThumbnailCache::
 int paintPrompt(QPainter &painter, const QRect &place, const QString &prompt)
 {
     const ClampedText text{prompt, systemFont(promptPixelSize), promptLines};
-    text.draw(painter, place, themeColor(ColorRole::secondaryText));
-    return text.height(place.width());
+    return text.draw(painter, place, themeColor(ColorRole::secondaryText));
 }
 
 void paintFooter(QPainter &painter, const QRect &place, const HistoryRecord &record)
@@ -79,7 +81,8 @@ void HistoryThumbnail::paintSquare(QPainter &painter, const QRect &square, const
 {
     const PixelGrid grid{painter};
     const QRectF ground = grid.aligned(square);
-    painter.fillPath(continuousRoundedRect(ground, cornerRadius), themeColor(ColorRole::controlBackground));
+    frame.prepare(ground.size(), grid.lineWidth(1), painter.device()->devicePixelRatioF());
+    painter.drawPixmap(ground.topLeft(), frame.ground());
     const auto picture =
         pictures.find(path, {square.width(), cornerRadius, painter.device()->devicePixelRatioF()});
     if (!picture.pixmap.isNull()) {
@@ -87,11 +90,9 @@ void HistoryThumbnail::paintSquare(QPainter &painter, const QRect &square, const
     } else if (picture.state == ThumbnailCache::State::absent) {
         Symbol{u"photo"_s, placeholderPixelSize}.draw(painter, square, themeColor(ColorRole::tertiaryText));
     }
-    const double lineWidth = grid.lineWidth(1);
-    const QPainterPath outline = continuousRoundedRect(insideLine(ground, lineWidth), cornerRadius);
-    painter.strokePath(outline, QPen{themeColor(ColorRole::tileBorder), lineWidth});
+    painter.drawPixmap(ground.topLeft(), frame.outline());
     if (focused) {
-        drawFocusRing(painter, outline);
+        drawFocusRing(painter, continuousRoundedRect(insideLine(ground, grid.lineWidth(1)), cornerRadius));
     }
 }
 
@@ -101,7 +102,7 @@ void HistoryThumbnail::paint(QPainter *painter, const QStyleOptionViewItem &opti
     const HistoryRecord &record = model.record(index.row());
     const QRect tile = option.rect;
     painter->save();
-    painter->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    painter->setRenderHint(QPainter::Antialiasing);
     const QRect square{tile.topLeft(), QSize{tile.width(), tile.width()}};
     paintSquare(*painter, square, record.imagePath, option.state.testFlag(QStyle::State_HasFocus));
 

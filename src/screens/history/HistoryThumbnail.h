@@ -1,5 +1,7 @@
 #pragma once
 
+#include "screens/history/TileFrame.h"
+
 #include <QAbstractItemDelegate>
 
 namespace quilmora
@@ -34,6 +36,7 @@ private:
 
     const HistoryModel &model;
     ThumbnailCache &pictures;
+    mutable TileFrame frame{cornerRadius};
 };
 
 } // namespace quilmora

@@ -1,40 +1,11 @@
 #include "screens/history/ThumbnailCache.h"
 
-#include "platform/ImageCodec.h"
 #include "platform/UserFolders.h"
-#include "screens/common/Shapes.h"
-
-#include <QImage>
-#include <QPainter>
-
-#include <algorithm>
 
 namespace quilmora
 {
 namespace
 {
-
-/// `image` as large as fits into the square; where it reaches the square's corners they are cut. Not by a
-/// clip when painting: clips have jagged edges.
-QPixmap fitted(const QImage &image, const ThumbnailCache::Square &square)
-{
-    const double pixels = square.side * square.devicePixelRatio;
-    const QSize box = QSizeF{pixels, pixels}.toSize();
-    const QSize size = image.size().scaled(box, Qt::KeepAspectRatio).expandedTo({1, 1});
-    const QImage scaled = image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-
-    QPixmap pixmap{size};
-    pixmap.fill(Qt::transparent);
-    QPainter painter{&pixmap};
-    painter.setRenderHint(QPainter::Antialiasing);
-    QRectF outline{QPointF{}, QSizeF{box}};
-    outline.moveCenter(QRectF{QPointF{}, QSizeF{size}}.center());
-    painter.fillPath(continuousRoundedRect(outline, square.cornerRadius * square.devicePixelRatio),
-                     QBrush{scaled});
-    painter.end();
-    pixmap.setDevicePixelRatio(square.devicePixelRatio);
-    return pixmap;
-}
 
 qsizetype bytesOf(const QPixmap &pixmap)
 {
@@ -61,17 +32,15 @@ ThumbnailCache::Thumbnail ThumbnailCache::find(const QString &path, const Square
     return {entry->square == square ? State::ready : State::outdated, entry->pixmap};
 }
 
-void ThumbnailCache::load(const QString &path, const Square &square)
+void ThumbnailCache::keep(const QString &path, const FileStamp &stamp, const Square &square,
+                          const QPixmap &pixmap)
 {
-    const QString file = userFolders::expandTilde(path);
-    // Taken first: a file that changes while it is read gets another one.
-    const auto stamp = fileStamp(file);
-    if (!stamp) {
-        entries.remove(path);
-        return;
-    }
-    const QImage image = imageCodec::decodeFile(file);
-    entries.insert(path, {*stamp, square, image.isNull() ? QPixmap{} : fitted(image, square), ++uses});
+    entries.insert(path, {stamp, square, pixmap, ++uses});
+}
+
+void ThumbnailCache::forget(const QString &path)
+{
+    entries.remove(path);
 }
 
 void ThumbnailCache::trim(const QSet<QString> &inUse)

@@ -11,7 +11,7 @@ namespace quilmora
 {
 
 /// The pictures of covers, made ready for the squares of tiles and kept as long as their files stay as they
-/// are. Bounded in memory. Main thread only.
+/// are. Bounded in memory. Made to outlive the screen, so that its next visit finds them. Main thread only.
 class ThumbnailCache final
 {
 public:
@@ -39,8 +39,12 @@ public:
     /// What there is for the picture file at `path`, as its file stands now. Never decodes.
     Thumbnail find(const QString &path, const Square &square);
 
-    /// Decodes the picture at `path` and keeps it for that square.
-    void load(const QString &path, const Square &square);
+    /// Keeps what was made of the file at `path`, which had that stamp, for that square: null when the file
+    /// holds no picture.
+    void keep(const QString &path, const FileStamp &stamp, const Square &square, const QPixmap &pixmap);
+
+    /// Drops what is kept for `path`.
+    void forget(const QString &path);
 
     /// Drops what was not asked for the longest time until the rest is within the bound. What lies at `inUse`
     /// stays in any case.
@@ -49,8 +53,9 @@ public:
     /// Bytes of all pixmaps kept.
     qsizetype bytes() const;
 
-    /// The bound, in bytes.
-    static constexpr qsizetype maximumBytes = qsizetype{24} * 1024 * 1024;
+    /// The bound, in bytes: some hundred covers at two pixels for each device-independent one, which is
+    /// several screens.
+    static constexpr qsizetype maximumBytes = qsizetype{64} * 1024 * 1024;
 
 private:
     struct Entry {

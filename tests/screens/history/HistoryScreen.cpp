@@ -35,7 +35,7 @@ HistoryScreen::HistoryScreen() : database{home.path(u"data"_s), home.path(u"Pict
 
 void HistoryScreen::build()
 {
-    view = std::make_unique<HistoryListView>(database, panels, &window);
+    view = std::make_unique<HistoryListView>(database, panels, thumbnails, &window);
     window.layout()->addWidget(view.get());
 }
 

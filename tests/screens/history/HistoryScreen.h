@@ -61,6 +61,7 @@ public:
     TemporaryHome home;
     DatabaseManager database;
     ScriptedFilePanels panels;
+    ThumbnailCache thumbnails;
     QWidget window;
     std::unique_ptr<HistoryListView> view;
 };

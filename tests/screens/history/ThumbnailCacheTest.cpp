@@ -1,5 +1,6 @@
 #include "screens/history/ThumbnailCache.h"
 
+#include "screens/history/ThumbnailReader.h"
 #include "support/SamplePictures.h"
 #include "support/ScreenTest.h"
 
@@ -17,6 +18,13 @@ namespace
 {
 
 constexpr ThumbnailCache::Square square{100, 8, 1.0};
+
+void load(ThumbnailCache &cache, const QString &path, const ThumbnailCache::Square &place)
+{
+    ThumbnailReader reader{cache};
+    while (!reader.advance(path, place, QDeadlineTimer{QDeadlineTimer::Forever})) {
+    }
+}
 
 } // namespace
 
@@ -53,7 +61,7 @@ void ThumbnailCacheTest::aPictureIsUnknownUntilItIsLoaded()
     writePicture(u"a.png"_s, {10, 10});
     ThumbnailCache cache;
     QCOMPARE(cache.find(u"~/a.png"_s, square).state, State::unknown);
-    cache.load(u"~/a.png"_s, square);
+    load(cache, u"~/a.png"_s, square);
     QCOMPARE(cache.find(u"~/a.png"_s, square).state, State::ready);
     QVERIFY(!cache.find(u"~/a.png"_s, square).pixmap.isNull());
 }
@@ -77,7 +85,7 @@ void ThumbnailCacheTest::aPictureIsFittedIntoTheSquare()
     QFETCH(const QSize, pixels);
     const QString path = writePicture(u"a.png"_s, size);
     ThumbnailCache cache;
-    cache.load(path, {100, 8, ratio});
+    load(cache, path, {100, 8, ratio});
     const QPixmap pixmap = cache.find(path, {100, 8, ratio}).pixmap;
     QCOMPARE(pixmap.size(), pixels);
     QCOMPARE(pixmap.devicePixelRatio(), ratio);
@@ -87,11 +95,11 @@ void ThumbnailCacheTest::anotherSizeOrResolutionMakesItOutdated()
 {
     const QString path = writePicture(u"a.png"_s, {16, 9});
     ThumbnailCache cache;
-    cache.load(path, square);
+    load(cache, path, square);
     QCOMPARE(cache.find(path, {120, 8, 1.0}).state, State::outdated);
     QCOMPARE(cache.find(path, {100, 8, 2.0}).state, State::outdated);
     QVERIFY(!cache.find(path, {120, 8, 1.0}).pixmap.isNull());
-    cache.load(path, {120, 8, 1.0});
+    load(cache, path, {120, 8, 1.0});
     QCOMPARE(cache.find(path, {120, 8, 1.0}).state, State::ready);
 }
 
@@ -99,7 +107,7 @@ void ThumbnailCacheTest::aChangedFileIsUnknownAgain()
 {
     const QString path = writePicture(u"a.png"_s, {16, 9});
     ThumbnailCache cache;
-    cache.load(path, square);
+    load(cache, path, square);
     writePicture(u"a.png"_s, {9, 16});
     const auto found = cache.find(path, square);
     QCOMPARE(found.state, State::unknown);
@@ -110,12 +118,12 @@ void ThumbnailCacheTest::aFileThatIsGoneIsAbsentAndForgotten()
 {
     const QString path = writePicture(u"a.png"_s, {16, 9});
     ThumbnailCache cache;
-    cache.load(path, square);
+    load(cache, path, square);
     QVERIFY(cache.bytes() > 0);
     QVERIFY(QFile::remove(path));
     QCOMPARE(cache.find(path, square).state, State::absent);
     QCOMPARE(cache.bytes(), 0);
-    cache.load(path, square);
+    load(cache, path, square);
     QCOMPARE(cache.find(path, square).state, State::absent);
 }
 
@@ -124,7 +132,7 @@ void ThumbnailCacheTest::whatIsNoPictureIsAbsentUntilTheFileChanges()
     const QString path = samplePictures::write(home->path(u"a.png"_s), "text");
     ThumbnailCache cache;
     QCOMPARE(cache.find(path, square).state, State::unknown);
-    cache.load(path, square);
+    load(cache, path, square);
     QCOMPARE(cache.find(path, square).state, State::absent);
     writePicture(u"a.png"_s, {16, 9});
     QCOMPARE(cache.find(path, square).state, State::unknown);
@@ -132,21 +140,22 @@ void ThumbnailCacheTest::whatIsNoPictureIsAbsentUntilTheFileChanges()
 
 void ThumbnailCacheTest::whatWasNotUsedForTheLongestTimeGoesFirst()
 {
-    // Each takes 4 MB, so that six fit.
+    // Each takes 4 MB, so that sixteen fit.
     constexpr ThumbnailCache::Square large{1024, 8, 1.0};
+    constexpr int count = 17;
     ThumbnailCache cache;
     QStringList paths;
-    for (int number = 0; number < 7; ++number) {
+    for (int number = 0; number < count; ++number) {
         paths += writePicture(u"%1.png"_s.arg(number), {8, 8});
-        cache.load(paths.last(), large);
+        load(cache, paths.last(), large);
     }
-    QCOMPARE(cache.bytes(), qsizetype{7} * 1024 * 1024 * 4);
+    QCOMPARE(cache.bytes(), qsizetype{count} * 1024 * 1024 * 4);
     QCOMPARE(cache.find(paths.at(0), large).state, State::ready);
     cache.trim({});
     QVERIFY(cache.bytes() <= ThumbnailCache::maximumBytes);
     QCOMPARE(cache.find(paths.at(1), large).state, State::unknown);
-    for (const int kept : {0, 2, 3, 4, 5, 6}) {
-        QCOMPARE(cache.find(paths.at(kept), large).state, State::ready);
+    for (int kept = 0; kept < count; ++kept) {
+        QVERIFY(kept == 1 || cache.find(paths.at(kept), large).state == State::ready);
     }
 }
 
@@ -155,9 +164,9 @@ void ThumbnailCacheTest::whatIsInUseStaysBeyondTheBound()
     constexpr ThumbnailCache::Square large{1024, 8, 1.0};
     ThumbnailCache cache;
     QSet<QString> inUse;
-    for (int number = 0; number < 8; ++number) {
+    for (int number = 0; number < 18; ++number) {
         const QString path = writePicture(u"%1.png"_s.arg(number), {8, 8});
-        cache.load(path, large);
+        load(cache, path, large);
         inUse.insert(path);
     }
     cache.trim(inUse);
