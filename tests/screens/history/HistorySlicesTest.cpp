@@ -2,6 +2,7 @@
 #include "support/ScreenCapture.h"
 
 #include <QFile>
+#include <QLayout>
 #include <QScrollBar>
 #include <QTimer>
 
