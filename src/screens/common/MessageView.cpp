@@ -21,6 +21,7 @@ constexpr int sidePadding = 14;
 constexpr int verticalPadding = 6;
 /// The toolkit scrolls as soon as less than this is left below the last line.
 constexpr int roomBelow = 2;
+constexpr double greatestTextHeight = greatestHeight - 2 * verticalPadding - roomBelow;
 constexpr int usualWidth = 400;
 /// Screen readers say a name in one go.
 constexpr qsizetype longestName = 1200;
@@ -59,7 +60,6 @@ MessageView::MessageView(const QString &message, int pixelSize, const QString &n
     const bool isLong = message.size() > longestName;
     setReadOnly(true);
     setUndoRedoEnabled(false);
-    setViewportMargins(sidePadding, verticalPadding, sidePadding, verticalPadding);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     setAccessibleName(isLong ? nameOfLongText : message);
     // The Tab key has nothing to do where nothing scrolls.
@@ -83,15 +83,31 @@ QSize MessageView::sizeHint() const
 
 int MessageView::heightForWidth(int width) const
 {
+    const double text = textHeight(width);
+    return text < greatestTextHeight ? static_cast<int>(std::ceil(text)) + roomBelow
+                                     : scrolledHeight(font(), document()->defaultTextOption());
+}
+
+double MessageView::textHeight(int width) const
+{
     const double column = std::max(1, width - 2 * sidePadding);
-    double height = 2.0 * verticalPadding + roomBelow;
+    double height = 0;
     // Enough of it to know; the rest of a long message is not looked at.
-    for (QTextBlock block = document()->begin(); block.isValid() && height < greatestHeight;
+    for (QTextBlock block = document()->begin(); block.isValid() && height < greatestTextHeight;
          block = block.next()) {
         height += paragraphHeight(block.text(), font(), document()->defaultTextOption(), column);
     }
-    return height < greatestHeight ? static_cast<int>(std::ceil(height))
-                                   : scrolledHeight(font(), document()->defaultTextOption());
+    return height;
+}
+
+void MessageView::resizeEvent(QResizeEvent *event)
+{
+    // A message without a frame stands by itself, as a label would.
+    const int padding = textHeight(width()) < greatestTextHeight ? 0 : verticalPadding;
+    if (viewportMargins() != QMargins{sidePadding, padding, sidePadding, padding}) {
+        setViewportMargins(sidePadding, padding, sidePadding, padding);
+    }
+    TextEditor::resizeEvent(event);
 }
 
 bool MessageView::isFramed() const

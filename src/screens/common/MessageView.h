@@ -27,10 +27,14 @@ public:
     int heightForWidth(int width) const override;
 
 protected:
+    void resizeEvent(QResizeEvent *event) override;
     bool isFramed() const override;
     QMimeData *createMimeDataFromSelection() const override;
 
 private:
+    /// Of all lines in a view of that width, or somewhat more than a view without a frame has room for.
+    double textHeight(int width) const;
+
     const MessageLines lines;
 };
 
