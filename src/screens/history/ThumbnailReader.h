@@ -6,6 +6,7 @@
 #include <QDeadlineTimer>
 
 #include <memory>
+#include <utility>
 
 namespace quilmora
 {
@@ -31,9 +32,9 @@ public:
 
 private:
     struct Begun {
-        Begun(const QString &shown, const ThumbnailCache::Square &place, const FileStamp &state,
-              const QString &file, QSize box)
-            : path{shown},
+        Begun(QString shown, const ThumbnailCache::Square &place, const FileStamp &state, const QString &file,
+              QSize box)
+            : path{std::move(shown)},
               square{place},
               stamp{state},
               picture{file, box}
