@@ -111,7 +111,8 @@ void PreviewMeasuresTest::places()
     // The prompt keeps 40 and 24 away from the sides, whatever its length.
     QCOMPARE(piece(prompt)->x(), 40 + 24);
     QCOMPARE(900 - piece(prompt)->geometry().right() - 1, 40 + 24);
-    for (const DrawnText &line : Drawing{sheet()}.texts()) {
+    const Drawing drawn{sheet()};
+    for (const DrawnText &line : drawn.texts()) {
         QVERIFY2(line.box.left() >= 64 && line.box.right() <= 900 - 64, qPrintable(line.text));
     }
     // All of it in the middle.
