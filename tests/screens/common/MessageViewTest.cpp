@@ -1,6 +1,7 @@
 #include "screens/common/MessageView.h"
 
 #include "support/AccessibleFinder.h"
+#include "support/LaidOutText.h"
 #include "support/ScreenCapture.h"
 #include "support/ScreenTest.h"
 
@@ -11,7 +12,6 @@
 #include <QTextBlock>
 #include <QVBoxLayout>
 
-#include <ctime>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -45,7 +45,7 @@ private Q_SLOTS:
     void markupAndAmpersandsAreText();
     void theKeyboardCopiesThePartThatIsSelected();
     void nothingCanBeTyped();
-    void aMessageOfAMillionLineBreaksIsShownSwiftly();
+    void aMessageOfAMillionLineBreaksIsLaidOutBitByBit();
 
 private:
     MessageView *show(const QString &message, QSize size = {600, 500});
@@ -180,20 +180,15 @@ void MessageViewTest::nothingCanBeTyped()
     QCOMPARE(view->toPlainText(), u"一"_s);
 }
 
-void MessageViewTest::aMessageOfAMillionLineBreaksIsShownSwiftly()
+void MessageViewTest::aMessageOfAMillionLineBreaksIsLaidOutBitByBit()
 {
     const QString message = u"\n"_s.repeated(1000000);
-    const std::clock_t before = std::clock();
     const MessageView *view = show(message);
     window->repaint();
-    const double seconds = static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC;
     QCOMPARE(view->toPlainText(), message);
-    qInfo() << "shown in" << seconds << "s of processor time";
-#if defined(__SANITIZE_ADDRESS__)
-    QVERIFY(seconds < 3.0);
-#else
-    QVERIFY(seconds < 0.6);
-#endif
+    QVERIFY(view->document()->blockCount() <= 20001);
+    QVERIFY(laidOutCharacters(*view->document()) > 0);
+    QVERIFY(laidOutCharacters(*view->document()) < 10000);
 }
 
 int main(int argc, char *argv[])
