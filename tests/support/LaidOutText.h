@@ -7,7 +7,8 @@
 namespace quilmora::test
 {
 
-/// How many characters of the document have been broken into lines so far: what a view of a long text has worked for.
+/// How many characters of the document have been broken into lines so far: what a view of a long text has
+/// worked for.
 inline qsizetype laidOutCharacters(const QTextDocument &document)
 {
     qsizetype characters = 0;
