@@ -2,6 +2,8 @@
 
 #include "platform/Console.h"
 
+#include <QStringDecoder>
+
 #include <sqlite3.h>
 
 using namespace Qt::StringLiterals;
@@ -34,7 +36,10 @@ QString SqliteStatement::text(int column) const
 {
     const auto *bytes =
         static_cast<const char *>(static_cast<const void *>(sqlite3_column_text(statement.get(), column)));
-    QString text = QString::fromUtf8(bytes, sqlite3_column_bytes(statement.get(), column));
+    // The usual conversion takes a first character without width for a mark of the encoding and drops it.
+    QStringDecoder decoder{QStringDecoder::Utf8,
+                           QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom};
+    QString text = decoder(QByteArrayView{bytes, sqlite3_column_bytes(statement.get(), column)});
     // The conversion reserves a character for every byte, three times what a Chinese text needs.
     text.squeeze();
     return text;

@@ -73,6 +73,7 @@ void DatabaseManagerHistoryTest::textsComeBackAsGiven_data()
     QTest::newRow("line breaks and blanks at the ends") << u" a\nb\r\n "_s;
     QTest::newRow("Chinese") << u"震惊！《十分钟》学会「做封面」"_s;
     QTest::newRow("emoji") << u"😀👩‍👩‍👧🇨🇳"_s;
+    QTest::newRow("what has no width at the start") << u"\ufeffa\u200b"_s;
     QTest::newRow("a million characters") << QString{1000000, u'长'};
 }
 

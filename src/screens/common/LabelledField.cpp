@@ -1,7 +1,9 @@
 #include "screens/common/LabelledField.h"
 
+#include "platform/WellFormedText.h"
 #include "screens/common/Fonts.h"
 #include "screens/common/ReadingOrder.h"
+#include "screens/common/SecretField.h"
 
 #include <QFontMetrics>
 #include <QVBoxLayout>
@@ -12,21 +14,28 @@ namespace quilmora
 {
 
 QLineEdit *makeTextField(const QString &accessibleName, const QString &placeholder, int pixelSize,
-                         QWidget *parent)
+                         QWidget *parent, bool isSecret)
 {
-    auto *field = new QLineEdit{parent};
+    QLineEdit *field = isSecret ? new SecretField{parent} : new QLineEdit{parent};
     field->setAccessibleName(accessibleName);
     field->setPlaceholderText(placeholder);
     field->setFont(systemFont(pixelSize));
     field->setMaxLength(std::numeric_limits<int>::max());
     field->setMinimumHeight(QFontMetrics{field->font()}.height() + 10);
     field->setTextMargins(4, 0, 4, 0);
+    QObject::connect(field, &QLineEdit::textChanged, field, [field](const QString &text) {
+        if (!wellFormedText::holds(text)) {
+            const int cursor = field->cursorPosition();
+            field->setText(wellFormedText::from(text));
+            field->setCursorPosition(cursor);
+        }
+    });
     return field;
 }
 
 LabelledField::LabelledField(const Texts &texts, const Look &look, QWidget *parent)
     : QWidget{parent},
-      input{makeTextField(texts.label, texts.placeholder, look.fieldPixelSize, this)}
+      input{makeTextField(texts.label, texts.placeholder, look.fieldPixelSize, this, look.isSecret)}
 {
     auto *hint = new TextLabel{texts.hint, look.hint, this};
     hint->setWordWrap(true);

@@ -1,9 +1,11 @@
 #include "screens/common/TextEditor.h"
 
+#include "platform/WellFormedText.h"
 #include "screens/common/FieldFrame.h"
 #include "screens/common/Fonts.h"
 
 #include <QEvent>
+#include <QMimeData>
 #include <QPainter>
 #include <QScrollBar>
 
@@ -61,6 +63,12 @@ void TextEditor::paintFrame()
 {
     QPainter painter{this};
     drawFieldFrame(painter, rect(), hasFocus());
+}
+
+void TextEditor::insertFromMimeData(const QMimeData *source)
+{
+    insertPlainText(wellFormedText::from(source->text()));
+    ensureCursorVisible();
 }
 
 } // namespace quilmora

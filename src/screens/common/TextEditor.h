@@ -26,6 +26,7 @@ protected:
 
     bool event(QEvent *event) override;
     bool viewportEvent(QEvent *event) override;
+    void insertFromMimeData(const QMimeData *source) override;
 
 private:
     void paintFrame();

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+
+/// Texts that every file and every other program can take.
+namespace quilmora::wellFormedText
+{
+
+/// Whether `text` has neither NUL, at which many a reader stops, nor halves of surrogate pairs, which cannot
+/// be written as UTF-8. Any thread.
+bool holds(QStringView text);
+
+/// `text` with U+FFFD, the sign for a character that could not be read, in place of each of them. Any thread.
+QString from(const QString &text);
+
+} // namespace quilmora::wellFormedText
