@@ -11,7 +11,6 @@
 #include <QJsonObject>
 
 #include <algorithm>
-#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -30,12 +29,6 @@ Results &results()
 {
     static Results all;
     return all;
-}
-
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
 }
 
 /// Keeps a line for the report and gives its verdict.
@@ -66,6 +59,12 @@ void reportRatio(const QString &what, double ours, double baseline, double goal,
 }
 
 } // namespace
+
+double median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
 
 double medianOf(int runs, const std::function<double()> &measure)
 {
@@ -119,6 +118,23 @@ void reportMemory(const QString &what, double mebibytes, double goal)
                            .arg(mebibytes, 8, 'f', 1)
                            .arg(goal, 8, 'f', 1)
                            .arg(verdict(what, mebibytes, goal, u"MiB"_s, 1.0)));
+}
+
+void reportMemory(const QString &what, double ours, double baseline, double goal)
+{
+    reportRatio(what, ours, baseline, goal, u"MiB"_s);
+}
+
+void reportCount(const QString &what, double ours, double most)
+{
+    const bool met = ours <= most;
+    results().allMet = results().allMet && met;
+    results().rows.append(
+        QJsonObject{{u"what"_s, what}, {u"ours"_s, ours}, {u"goal"_s, most}, {u"met"_s, met}});
+    console::printLine(u"%1 %2      goal %3  %4"_s.arg(what, -58)
+                           .arg(ours, 9, 'f', 2)
+                           .arg(most, 5, 'f', 0)
+                           .arg(met ? u"met"_s : u"NOT MET"_s));
 }
 
 void reportFigures(const QString &what, const QList<Figure> &figures)

@@ -4,9 +4,12 @@
 #include <QString>
 
 #include <functional>
+#include <vector>
 
 namespace quilmora::bench
 {
+
+double median(std::vector<double> values);
 
 /// The median of what `measure` gives in `runs` calls.
 double medianOf(int runs, const std::function<double()> &measure);
@@ -37,6 +40,12 @@ void reportSize(const QString &what, double ours, double baseline, double goal);
 
 /// The same for memory, both in mebibytes: what was measured, and the goal that it must not pass.
 void reportMemory(const QString &what, double mebibytes, double goal);
+
+/// The same for two programs' memory.
+void reportMemory(const QString &what, double ours, double baseline, double goal);
+
+/// The same for something that is counted, beside the most that it may be.
+void reportCount(const QString &what, double ours, double most);
 
 /// Prints a line that has no goal: seconds, for several ways of doing the same.
 struct Figure {

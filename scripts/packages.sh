@@ -1,6 +1,6 @@
 # Sourced by ./run, ./test and .ci/run: installs the system packages that are missing.
 #
-#   install_packages GROUP...   with the groups build, run, display, test and lint
+#   install_packages GROUP...   with the groups build, run, display, test, bench and lint
 
 # Names separated by "|" are alternatives: the first one that the system offers is taken.
 apt_packages() {
@@ -9,6 +9,7 @@ apt_packages() {
         "qt6-translations-l10n libpng-dev libsqlite3-dev libdeflate-dev libcpp-httplib-dev libssl-dev zlib1g-dev libbrotli-dev libgl-dev" ;;
     run) echo "ca-certificates fonts-noto-cjk qt6-image-formats-plugins qt6-qpa-plugins" ;;
     display) echo "xvfb" ;;
+    bench) echo "libxcb1-dev" ;;
     test) echo "openssl at-spi2-core dbus libatspi2.0-dev qt6-base-private-dev libspng-dev liblodepng-dev pngcheck mold" ;;
     lint) echo "clang clang-format clang-tidy clazy" ;;
     esac

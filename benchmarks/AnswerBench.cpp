@@ -1,0 +1,133 @@
+#include "AnswerBench.h"
+
+#include "BenchWindow.h"
+#include "Report.h"
+#include "platform/ImageCodec.h"
+#include "support/ScriptedAnswer.h"
+#include "support/ScriptedHttpServer.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QEvent>
+#include <QEventLoop>
+#include <QRandomGenerator>
+
+#include <ctime>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace quilmora::bench
+{
+namespace
+{
+
+/// Milliseconds of processor time that this thread has used.
+double threadTime()
+{
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+}
+
+/// Adds up what painting costs, until a control of that name has been painted.
+class PaintTime final : public QObject
+{
+public:
+    PaintTime(QWidget &theWindow, QString theName) : window{theWindow}, name{std::move(theName)}
+    {
+        window.installEventFilter(this);
+    }
+
+    void waitForTheEnd() { loop.exec(); }
+
+    double milliseconds = 0;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() != QEvent::UpdateRequest || isInside) {
+            return false;
+        }
+        isInside = true;
+        const double before = threadTime();
+        QCoreApplication::sendEvent(watched, event);
+        milliseconds += threadTime() - before;
+        isInside = false;
+        for (const auto *button : window.findChildren<QAbstractButton *>()) {
+            if (button->isVisible() && button->accessibleName() == name) {
+                loop.quit();
+            }
+        }
+        return true;
+    }
+
+private:
+    QWidget &window;
+    const QString name;
+    QEventLoop loop;
+    bool isInside = false;
+};
+
+/// Noise, which does not compress.
+QImage largeCover()
+{
+    QImage noise{3200, 2500, QImage::Format_RGB32};
+    QRandomGenerator random{7};
+    random.fillRange(reinterpret_cast<quint32 *>(noise.bits()), noise.sizeInBytes() / 4);
+    return noise.convertToFormat(QImage::Format_RGB888);
+}
+
+double writingTime(const QImage &cover)
+{
+    const QTemporaryDir folder;
+    DatabaseManager database{folder.filePath(u"data"_s), folder.filePath(u"covers"_s)};
+    ImageStorageService storage{folder.filePath(u"covers"_s)};
+    constexpr int runs = 5;
+    return medianOf(runs, [&] {
+        const double before = threadTime();
+        const auto path = storage.saveImage(cover);
+        database.insertHistory(u"prompt"_s, path.value(), u"model"_s);
+        return threadTime() - before;
+    });
+}
+
+/// The main thread's time from the sent request to the painted result, without its painting.
+double timeBesidePainting(const QByteArray &answer, const QString &photo)
+{
+    const test::ScriptedHttpServer server{[&answer](const auto &) {
+        return test::ScriptedAnswer::whole(answer);
+    }};
+    BenchWindow bench{server.url().toString()};
+    bench.typeTitle(u"标题"_s);
+    bench.pickFace(photo);
+    PaintTime painting{bench.window(), u"保存图片"_s};
+    qobject_cast<QAbstractButton *>(bench.control(u"开始生成封面"_s))->click();
+    const double before = threadTime();
+    const double paintedBefore = painting.milliseconds;
+    painting.waitForTheEnd();
+    return threadTime() - before - (painting.milliseconds - paintedBefore);
+}
+
+} // namespace
+
+void benchAnswer()
+{
+    const QTemporaryDir folder;
+    const QString photo = folder.filePath(u"face.png"_s);
+    QImage face{64, 64, QImage::Format_RGB32};
+    face.fill(Qt::darkYellow);
+    face.save(photo, "png");
+    const QImage cover = largeCover();
+    const QByteArray png = imageCodec::encodePng(cover);
+    const QByteArray answer = R"({"data":[{"b64_json":")" + png.toBase64() + R"("}]})";
+    const QImage decoded = QImage::fromData(png, "png");
+    constexpr int runs = 5;
+    const Pair times = medianPair(
+        runs, [&] { return timeBesidePainting(answer, photo); }, [&] { return writingTime(decoded); });
+    constexpr double frame = 16;
+    report(u"a 30 MB answer, the main thread beside painting and writing"_s, times.ours - times.baseline,
+           frame, 1.0);
+}
+
+} // namespace quilmora::bench

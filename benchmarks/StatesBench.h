@@ -1,0 +1,10 @@
+#pragma once
+
+namespace quilmora::bench
+{
+
+/// How often the main thread wakes up in each state of each screen while nobody touches it. The toolkit's
+/// blinking cursor is switched off.
+void benchStates();
+
+} // namespace quilmora::bench
