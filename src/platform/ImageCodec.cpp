@@ -49,14 +49,14 @@ QImage toSrgb(QImage image)
     return image;
 }
 
-bool isTooLarge(QSize size)
+bool isTooLarge(QSize size, qint64 mostPixels)
 {
-    return qint64{size.width()} * size.height() > maximumPixels;
+    return qint64{size.width()} * size.height() > mostPixels;
 }
 
 enum class Cut { given, refused };
 
-QImage decodeBytes(const QByteArray &bytes, Cut cutPictures)
+QImage decodeBytes(const QByteArray &bytes, Cut cutPictures, qint64 mostPixels)
 {
     raiseAllocationLimitOnce();
     QBuffer buffer;
@@ -66,7 +66,7 @@ QImage decodeBytes(const QByteArray &bytes, Cut cutPictures)
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);
     const QByteArray format = reader.format();
-    if (!isBitmapFormat(format) || isTooLarge(reader.size()) ||
+    if (!isBitmapFormat(format) || isTooLarge(reader.size(), mostPixels) ||
         (cutPictures == Cut::refused && !holdsWholePicture(bytes, format))) {
         return {};
     }
@@ -77,7 +77,7 @@ QImage decodeBytes(const QByteArray &bytes, Cut cutPictures)
 
 QImage decode(const QByteArray &bytes)
 {
-    return decodeBytes(bytes, Cut::given);
+    return decodeBytes(bytes, Cut::given, maximumAnswerPixels);
 }
 
 QImage decodeFile(const QString &path)
@@ -90,12 +90,12 @@ QImage decodeFile(const QString &path)
     if (!file.open(QIODevice::ReadOnly) || file.size() > maximumFileBytes) {
         return {};
     }
-    return decodeBytes(file.readAll(), Cut::refused);
+    return decodeBytes(file.readAll(), Cut::refused, maximumPixels);
 }
 
 QByteArray encodePng(const QImage &image)
 {
-    return isTooLarge(image.size()) ? QByteArray{} : pngEncoder::encode(toSrgb(image));
+    return isTooLarge(image.size(), maximumPixels) ? QByteArray{} : pngEncoder::encode(toSrgb(image));
 }
 
 } // namespace quilmora::imageCodec

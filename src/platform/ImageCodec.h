@@ -16,11 +16,16 @@ constexpr int maximumBitmapMebibytes = 1024;
 /// The most pixels that a picture may have, however few bytes each takes: drawing it takes four.
 constexpr qint64 maximumPixels = qint64{maximumBitmapMebibytes} * 1024 * 1024 / 4;
 
+/// The most pixels that a picture in an answer may have: more than ten times the largest cover that is asked
+/// for, so that what comes from a stranger cannot take the machine's memory.
+constexpr qint64 maximumAnswerPixels = qint64{64} * 1024 * 1024;
+
 /// The largest picture file that is read, in bytes; larger ones are refused.
 constexpr qint64 maximumFileBytes = qint64{512} * 1024 * 1024;
 
 /// The first picture in `bytes`, judged by content: upright (the camera's orientation applied) and in sRGB.
-/// Null when the bytes are no picture of a known bitmap format. Of a picture that was cut short, what its
+/// Null when the bytes are no picture of a known bitmap format, and at once when the picture has more than
+/// maximumAnswerPixels. Of a picture that was cut short, what its
 /// format lets be read is given: an answer that was paid for is worth more than its missing end.
 QImage decode(const QByteArray &bytes);
 
