@@ -46,9 +46,8 @@ void startOnce(WindowWatch &watch, const Program &program, Starts &starts)
 
 /// Starts all programs by turns, after one start of each that does not count: it fills caches and makes the
 /// database.
-std::vector<Starts> startByTurns(int runs, const std::vector<Program> &programs)
+std::vector<Starts> startByTurns(WindowWatch &watch, int runs, const std::vector<Program> &programs)
 {
-    WindowWatch watch;
     for (const Program &program : programs) {
         Starts first;
         startOnce(watch, program, first);
@@ -67,7 +66,7 @@ QString beside(const QString &program)
     return QCoreApplication::applicationDirPath() + u'/' + program;
 }
 
-void reportAgainstBrowser(const Program &ours, const QString &home)
+void reportAgainstBrowser(WindowWatch &watch, const Program &ours, const QString &home)
 {
     const QString browser = QStandardPaths::findExecutable(u"chromium"_s);
     if (browser.isEmpty()) {
@@ -79,7 +78,7 @@ void reportAgainstBrowser(const Program &ours, const QString &home)
                           u"--window-size=1000,700"_s, u"--user-data-dir=%1/profile"_s.arg(home)},
                          home};
     constexpr int runs = 5;
-    const auto starts = startByTurns(runs, {ours, window});
+    const auto starts = startByTurns(watch, runs, {ours, window});
     report(u"start to painted window, against an empty browser window"_s, median(starts[0].milliseconds),
            median(starts[1].milliseconds), 0.25);
     reportMemory(u"memory of the window, against an empty browser window"_s, median(starts[0].mebibytes),
@@ -94,20 +93,21 @@ void benchFirstWindow()
         console::printLine(u"The start of the program was not measured: there is no X display."_s);
         return;
     }
+    WindowWatch watch;
     const QTemporaryDir ourHome;
     const QTemporaryDir bareHome;
     const QTemporaryDir browserHome;
     const Program ours{beside(u"../quilmora"_s), {}, ourHome.path()};
     const Program bare{beside(u"quilmora-bare-window"_s), {}, bareHome.path()};
     constexpr int runs = 15;
-    const auto starts = startByTurns(runs, {ours, bare});
+    const auto starts = startByTurns(watch, runs, {ours, bare});
     report(u"start to painted window, against a bare window"_s, median(starts[0].milliseconds),
            median(starts[1].milliseconds), 3.0);
     reportMemory(u"memory of the window, against a bare window"_s, median(starts[0].mebibytes),
                  median(starts[1].mebibytes), 2.0);
     reportCount(u"bytes written to the disk by a start that finds nothing new"_s,
                 *std::max_element(starts[0].bytesWritten.begin(), starts[0].bytesWritten.end()), 0);
-    reportAgainstBrowser(ours, browserHome.path());
+    reportAgainstBrowser(watch, ours, browserHome.path());
 }
 
 } // namespace quilmora::bench

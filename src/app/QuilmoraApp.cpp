@@ -6,7 +6,6 @@
 #include "platform/ChineseCatalogue.h"
 #include "screens/common/ControlStyle.h"
 #include "screens/common/Fonts.h"
-#include "screens/common/LogoImage.h"
 #include "screens/common/SystemFilePanels.h"
 #include "screens/common/Theme.h"
 #include "screens/generate/GenerateCoverView.h"
@@ -31,6 +30,16 @@ namespace
 
 /// High enough for the whole form.
 constexpr QSize comfortableSize{1100, 1080};
+
+/// Small pictures, which take no time at the start. Desktops that know the installed program take its own.
+QIcon iconOfWindows()
+{
+    QIcon icon;
+    for (const int side : {32, 64, 128}) {
+        icon.addFile(u":/icons/%1x%1/apps/app.quilmora.Quilmora.png"_s.arg(side), {side, side});
+    }
+    return icon;
+}
 
 QWidget *makeScreen(NavigationTab tab, FilePanels &panels, ThumbnailCache &thumbnails, QWidget *parent)
 {
@@ -66,7 +75,7 @@ QuilmoraApp::QuilmoraApp(int &argc, char **argv)
 #endif
     installApplicationFont();
     Theme::current();
-    setWindowIcon(logoPixmap(256, 56, 1, applicationResourceFolders()));
+    setWindowIcon(iconOfWindows());
 }
 
 QuilmoraApp::~QuilmoraApp() = default;

@@ -142,7 +142,10 @@ void QuilmoraAppTest::startingOpensNoDatabaseAndNoWindow()
     QVERIFY(!QFile::exists(databaseFile()));
     QVERIFY(!QFile::exists(home.path(u"Pictures/Quilmora"_s)));
     QCOMPARE(QGuiApplication::applicationDisplayName(), u"Quilmora"_s);
-    QVERIFY(!QGuiApplication::windowIcon().isNull());
+    for (const int side : {32, 64, 128}) {
+        QVERIFY(QGuiApplication::windowIcon().availableSizes().contains({side, side}));
+        QCOMPARE(QGuiApplication::windowIcon().pixmap(QSize{side, side}, 1.0).size(), QSize(side, side));
+    }
 }
 
 void QuilmoraAppTest::theMainWindowOpensTheDatabase()
