@@ -47,10 +47,13 @@ QString requiredText(const SqliteStatement &row, int column)
 DatabaseManager::DatabaseManager(const QString &folder, const QString &covers)
     : database{databaseFileIn(folder)}
 {
+    // Where another program holds the database, the window opens once that was waited for, not for each.
+    database.setWaiting(SqliteConnection::Waiting::together);
     createTables();
     migrateHistoryTableIfNeeded(database);
     ensureDefaultConfig();
     backfillOrphanImages(database, covers);
+    database.setWaiting(SqliteConnection::Waiting::each);
 }
 
 DatabaseManager &DatabaseManager::shared()
