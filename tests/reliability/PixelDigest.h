@@ -14,7 +14,7 @@ inline QString pixelDigest(const QImage &image)
     QCryptographicHash hash{QCryptographicHash::Sha1};
     for (int y = 0; y < plain.height(); ++y) {
         const void *const row = plain.constScanLine(y);
-        hash.addData(QByteArray::fromRawData(static_cast<const char *>(row), plain.width() * 4));
+        hash.addData(QByteArray::fromRawData(static_cast<const char *>(row), qsizetype{plain.width()} * 4));
     }
     return QString::fromLatin1(hash.result().toHex());
 }

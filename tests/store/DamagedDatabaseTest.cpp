@@ -173,6 +173,7 @@ void DamagedDatabaseTest::whatCanStillBeReadStays()
         QVERIFY2(holdsAll(readableRows(file()), expected), place.constData());
         QCOMPARE(coverNames(), names);
     }
+    qInfo("%d pages", static_cast<int>(pages));
 }
 
 QTEST_GUILESS_MAIN(DamagedDatabaseTest)

@@ -37,7 +37,7 @@ QString fillDisk(const QString &folder, qint64 blocks)
     };
     statvfs(QFile::encodeName(folder).constData(), &disk);
     const auto room = static_cast<qint64>(disk.f_bavail * disk.f_frsize) - blocks * blockBytes;
-    const QString path = folder + u"/filler"_s;
+    QString path = folder + u"/filler"_s;
     samplePictures::write(path, QByteArray(room, 'f'));
     return path;
 }
@@ -72,7 +72,7 @@ private:
     QByteArray run(const Operation &operation) const;
     bool isDone(const Operation &operation) const;
     /// What the first three covers and their rows are, and the settings; empty on a fresh start.
-    QByteArrayList stored() const;
+    QByteArrayList knownState() const;
     /// What is wrong with the store's files; empty for nothing.
     QByteArray fault(const QByteArrayList &before, const QByteArray &output) const;
     /// Runs the operation where `makeTight` has left little room; gives what is wrong afterwards.
@@ -150,7 +150,7 @@ bool FullDiskTest::isDone(const Operation &operation) const
     return hasTables && sql(operation.done) == Rows{{"1"}};
 }
 
-QByteArrayList FullDiskTest::stored() const
+QByteArrayList FullDiskTest::knownState() const
 {
     QByteArrayList found;
     for (const QFileInfo &entry : QDir{covers()}.entryInfoList({u"known*"_s}, QDir::Files)) {
@@ -166,7 +166,7 @@ QByteArrayList FullDiskTest::stored() const
 
 QByteArray FullDiskTest::fault(const QByteArrayList &before, const QByteArray &output) const
 {
-    if (stored() != before) {
+    if (knownState() != before) {
         return "what was stored has changed";
     }
     if (!before.isEmpty() && sql("SELECT api_url, api_key IN ('key', '" + QByteArray(9000, 'k') +
@@ -196,10 +196,10 @@ QByteArray FullDiskTest::fault(const QByteArrayList &before, const QByteArray &o
 QByteArray FullDiskTest::attempt(const Operation &operation, const std::function<void()> &makeTight) const
 {
     store(operation);
-    const QByteArrayList before = stored();
+    const QByteArrayList before = knownState();
     makeTight();
     const QByteArray output = run(operation);
-    const QByteArray wrong = fault(before, output);
+    QByteArray wrong = fault(before, output);
     if (wrong.isEmpty() && isDone(operation) != output.isEmpty()) {
         return output.isEmpty() ? QByteArray{"not done, and not told"} : "done, but told: " + output;
     }
@@ -243,6 +243,7 @@ void FullDiskTest::nothingIsHarmed()
         failures += outcome.exitCode;
     }
     QVERIFY(failures > 0);
+    qInfo("%d attempts without room for all of it", failures);
 }
 
 void FullDiskTest::nothingIsHarmedWhereFilesMayNotGrow()
@@ -270,6 +271,7 @@ void FullDiskTest::nothingIsHarmedWhereFilesMayNotGrow()
         home.emplace();
     }
     QVERIFY(failures > 0);
+    qInfo("%d attempts without room for all of it", failures);
 }
 
 QTEST_GUILESS_MAIN(FullDiskTest)

@@ -29,7 +29,7 @@ private Q_SLOTS:
 
 private:
     static constexpr int cannotMount = 3;
-    static constexpr qint64 mebibyte = 1024 * 1024;
+    static constexpr qint64 mebibyte = qint64{1024} * 1024;
 
     static QString pragma(SqliteConnection &connection, const QString &name)
     {
