@@ -27,7 +27,7 @@ private:
 void TwoCopiesTest::noCoverIsLost()
 {
     const ServiceProcess service;
-    const int each = (runCount(24) + 1) / 2;
+    const int each = (runCount(16) + 1) / 2;
     MakerProcess first{u"first"_s, each, service.endpoint()};
     MakerProcess second{u"second"_s, each, service.endpoint()};
     for (MakerProcess *maker : {&first, &second}) {
