@@ -7,6 +7,7 @@
 #include "store/DatabaseManager.h"
 #include "support/AccessibleFinder.h"
 #include "support/ChildProcess.h"
+#include "support/DatabaseHolder.h"
 #include "support/ScreenTest.h"
 #include "support/TemporaryHome.h"
 
@@ -175,6 +176,13 @@ void StoreFaultsWindowTest::theWindowStaysUsable_data()
         replaceDatabase(home, [](auto) {});
     }} << QByteArray{"SQL 错误: attempt to write a readonly database\n"}
                                           << madeButLost;
+    QTest::newRow("a database that another program holds for a second")
+        << none << Fault{[](const TemporaryHome &home) {
+               // Goes with the copy of the process in which it is made.
+               static const DatabaseHolder holder{databaseIn(home), DatabaseHolder::Lock::exclusive,
+                                                  std::chrono::seconds{1}};
+           }}
+        << QByteArray{} << made;
     QTest::newRow("a folder of covers that goes") << none << Fault{[](const TemporaryHome &home) {
         QDir{home.path(u"Pictures"_s)}.removeRecursively();
     }} << QByteArray{"保存图片失败: 此文件或目录不存在\n"}
