@@ -2,6 +2,8 @@
 
 #include "platform/Console.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 #include <sqlite3.h>
 #include <thread>
@@ -10,6 +12,18 @@ using namespace Qt::StringLiterals;
 
 namespace quilmora
 {
+namespace
+{
+
+/// Whether a pipe or the like lies where SQLite looks for changes that were broken off: it would read without
+/// end.
+bool hasEndlessJournal(const QString &path)
+{
+    const QFileInfo journal{path + u"-journal"_s};
+    return journal.exists() && !journal.isFile() && !journal.isDir();
+}
+
+} // namespace
 
 SqliteStatement::SqliteStatement(sqlite3_stmt *prepared) : statement{prepared} {}
 
@@ -53,7 +67,8 @@ void SqliteStatement::Finalize::operator()(sqlite3_stmt *pointer) const
 SqliteConnection::SqliteConnection(const QString &path)
 {
     sqlite3 *opened = nullptr;
-    const int result = sqlite3_open(path.toUtf8().constData(), &opened);
+    const int result =
+        hasEndlessJournal(path) ? SQLITE_CANTOPEN : sqlite3_open(path.toUtf8().constData(), &opened);
     connection.reset(opened);
     if (result != SQLITE_OK) {
         console::printLine(u"无法打开数据库: "_s + path);

@@ -197,8 +197,8 @@ void KilledWindowTest::nothingThatWasPromisedIsLost()
         QVERIFY(desktop->act(u"已生成列表"_s));
         QTRY_VERIFY(desktop->isUsable(u"刷新"_s));
     }
-    qInfo("%d kills; %d covers, %d of them shown; %d adopted whole, %d cut short", count, promises.covers(),
-          promises.shown(), promises.adopted(), promises.cutShort());
+    qInfo("%d kills; %d covers, %d of them shown; %d adopted whole, %d cut short, %d replaced", count,
+          promises.covers(), promises.shown(), promises.adopted(), promises.cutShort(), promises.replaced());
     program->terminate();
     QVERIFY(program->waitForFinished());
     QCOMPARE(program->readAllStandardOutput(), QByteArray{});

@@ -79,6 +79,7 @@ class StrangeFileTest final : public StoreFixture
 private Q_SLOTS:
     void inTheDatabasesPlaceItIsToldAndKept_data();
     void inTheDatabasesPlaceItIsToldAndKept();
+    void aPipeInThePlaceOfItsJournalIsToldAndNotReadFrom();
     void anEmptyPlaceIsFilled_data();
     void anEmptyPlaceIsFilled();
     void anotherProgramsTablesAreLeftAlone();
@@ -135,6 +136,18 @@ void StrangeFileTest::inTheDatabasesPlaceItIsToldAndKept()
     QCOMPARE(described(file()), before);
     QCOMPARE(QDir{folder()}.entryList(QDir::AllEntries | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot),
              QStringList{u"quilmora.db"_s});
+}
+
+void StrangeFileTest::aPipeInThePlaceOfItsJournalIsToldAndNotReadFrom()
+{
+    start();
+    const QString journal = file() + u"-journal"_s;
+    makePipe(journal);
+    const auto outcome = childProcess::run([this] { useAndPrint(); });
+    QCOMPARE(outcome.signal, 0);
+    QCOMPARE(outcome.standardOutput, QByteArray{cannotOpen() + ", 0 covers\n"});
+    QFile::remove(journal);
+    QCOMPARE(start(), QByteArray{});
 }
 
 void StrangeFileTest::anEmptyPlaceIsFilled_data()
