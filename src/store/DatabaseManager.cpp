@@ -6,6 +6,7 @@
 #include "store/HistoryInsertion.h"
 #include "store/HistoryMigration.h"
 #include "store/OrphanBackfill.h"
+#include "store/QuickCommits.h"
 
 #include <QDir>
 #include <QFile>
@@ -47,10 +48,16 @@ QString requiredText(const SqliteStatement &row, int column)
 DatabaseManager::DatabaseManager(const QString &folder, const QString &covers)
     : database{databaseFileIn(folder)}
 {
+    // Another copy that uses the log holds it for as long as it runs.
+    database.setWaiting(SqliteConnection::Waiting::none);
+    endInterruptedQuickCommits(database);
+    // Where another program holds the database, the window opens once that was waited for, not for each.
+    database.setWaiting(SqliteConnection::Waiting::together);
     createTables();
     migrateHistoryTableIfNeeded(database);
     ensureDefaultConfig();
     backfillOrphanImages(database, covers);
+    database.setWaiting(SqliteConnection::Waiting::each);
 }
 
 DatabaseManager &DatabaseManager::shared()

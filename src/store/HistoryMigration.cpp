@@ -43,6 +43,10 @@ QStringList tableColumns(SqliteConnection &database, const QString &table)
 void migrateHistoryTableIfNeeded(SqliteConnection &database)
 {
     const QStringList columns = tableColumns(database, u"history"_s);
+    if (columns.isEmpty() && database.wasHeldByAnother()) {
+        // Let go by now, a history with "model_key" would get a second, empty column for the model.
+        return;
+    }
     if (columns.contains(u"model_id"_s)) {
         return;
     }

@@ -12,8 +12,8 @@ class SqliteConnection;
 QStringList tableColumns(SqliteConnection &database, const QString &table);
 
 /// Brings a history of an older version to the present layout: "model_key" becomes "model_id", and where
-/// there is neither, "model_id" is added, empty. A history that has "model_id" is left alone. Failures are
-/// printed and do not hold up the statements that follow.
+/// there is neither, "model_id" is added, empty. A history that has "model_id" is left alone, and
+/// so is one that another program holds. Failures are printed and do not hold up the statements that follow.
 void migrateHistoryTableIfNeeded(SqliteConnection &database);
 
 } // namespace quilmora

@@ -47,7 +47,7 @@ std::optional<QSet<QString>> knownPaths(SqliteConnection &database)
     QSet<QString> paths;
     SqliteStatement rows = database.prepare(u"SELECT image_path FROM history;"_s);
     if (!rows) {
-        return paths;
+        return database.wasHeldByAnother() ? std::nullopt : std::optional{paths};
     }
     while (rows.step()) {
         if (!rows.isNull(0)) {

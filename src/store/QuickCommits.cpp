@@ -2,21 +2,40 @@
 
 #include "store/SqliteConnection.h"
 
+#include <QFileInfo>
+#include <QStorageInfo>
+
 using namespace Qt::StringLiterals;
 
 namespace quilmora
 {
+namespace
+{
+
+/// Far more than the log takes. A full disk would not let it be taken in, and without room for its index
+/// nobody else could even read.
+constexpr qint64 roomForLog = qint64{64} * 1024 * 1024;
+
+bool hasRoomForLog(SqliteConnection &database)
+{
+    constexpr int fileColumn = 2;
+    SqliteStatement row = database.prepare(u"PRAGMA database_list;"_s);
+    return row && row.step() &&
+           QStorageInfo{QFileInfo{row.text(fileColumn)}.path()}.bytesAvailable() >= roomForLog;
+}
+
+} // namespace
 
 QuickCommits::QuickCommits(SqliteConnection &theDatabase) : database{theDatabase}
 {
-    if (pragma(u"journal_mode"_s) != u"delete"_s) {
+    if (database.pragma(u"journal_mode"_s) != u"delete"_s || !hasRoomForLog(database)) {
         return;
     }
     switched = true;
     // Alone, the log needs no memory shared with other programs, which not every file system has.
-    pragma(u"locking_mode = EXCLUSIVE"_s);
-    if (pragma(u"journal_mode = WAL"_s) == u"wal"_s) {
-        pragma(u"synchronous = NORMAL"_s);
+    database.pragma(u"locking_mode = EXCLUSIVE"_s);
+    if (database.pragma(u"journal_mode = WAL"_s) == u"wal"_s) {
+        database.pragma(u"synchronous = NORMAL"_s);
     }
 }
 
@@ -25,17 +44,18 @@ QuickCommits::~QuickCommits()
     if (!switched) {
         return;
     }
-    pragma(u"synchronous = FULL"_s);
-    pragma(u"journal_mode = DELETE"_s);
-    pragma(u"locking_mode = NORMAL"_s);
+    database.pragma(u"synchronous = FULL"_s);
+    database.pragma(u"journal_mode = DELETE"_s);
+    database.pragma(u"locking_mode = NORMAL"_s);
     // The lock goes with the next read.
-    pragma(u"schema_version"_s);
+    database.pragma(u"schema_version"_s);
 }
 
-QString QuickCommits::pragma(const QString &text)
+void endInterruptedQuickCommits(SqliteConnection &database)
 {
-    SqliteStatement row = database.prepare(u"PRAGMA "_s + text + u';');
-    return row && row.step() ? row.text(0) : QString{};
+    if (database.pragma(u"journal_mode"_s) == u"wal"_s) {
+        database.pragma(u"journal_mode = DELETE"_s);
+    }
 }
 
 } // namespace quilmora

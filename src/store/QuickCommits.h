@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <QtGlobal>
 
 namespace quilmora
 {
@@ -9,8 +9,8 @@ class SqliteConnection;
 
 /// For as long as it exists, statements on `database` commit one by one as ever, but do not wait for the disk
 /// each; at the end everything is on the disk. Should the power fail meanwhile, the last rows may be missing,
-/// but the database is sound. Other programs wait for the end. Where the database cannot be switched over,
-/// nothing changes.
+/// but the database is sound. Other programs wait for the end. Where the database cannot be switched over, or
+/// the disk has little room for the log, nothing changes.
 class QuickCommits final
 {
 public:
@@ -19,11 +19,12 @@ public:
     ~QuickCommits();
 
 private:
-    /// Gives or sets one of the connection's properties and gives its value; empty when that fails.
-    QString pragma(const QString &text);
-
     SqliteConnection &database;
     bool switched = false;
 };
+
+/// Makes one plain file again of a database that has been left with its log, by a program that was killed or
+/// a disk that was full; not while another program uses it.
+void endInterruptedQuickCommits(SqliteConnection &database);
 
 } // namespace quilmora

@@ -2,9 +2,12 @@
 
 #include "platform/Console.h"
 
+#include <QFileInfo>
 #include <QStringDecoder>
 
+#include <algorithm>
 #include <sqlite3.h>
+#include <thread>
 
 using namespace Qt::StringLiterals;
 
@@ -13,8 +16,13 @@ namespace quilmora
 namespace
 {
 
-/// How long a statement waits for another running copy of the program to finish its own.
-constexpr int busyTimeoutMilliseconds = 5000;
+/// Whether a pipe or the like lies where SQLite looks for changes that were broken off: it would read without
+/// end.
+bool hasEndlessJournal(const QString &path)
+{
+    const QFileInfo journal{path + u"-journal"_s};
+    return journal.exists() && !journal.isFile() && !journal.isDir();
+}
 
 } // namespace
 
@@ -63,15 +71,42 @@ void SqliteStatement::Finalize::operator()(sqlite3_stmt *pointer) const
 SqliteConnection::SqliteConnection(const QString &path)
 {
     sqlite3 *opened = nullptr;
-    const int result = sqlite3_open(path.toUtf8().constData(), &opened);
+    const int result =
+        hasEndlessJournal(path) ? SQLITE_CANTOPEN : sqlite3_open(path.toUtf8().constData(), &opened);
     connection.reset(opened);
     if (result != SQLITE_OK) {
         console::printLine(u"无法打开数据库: "_s + path);
         return;
     }
-    sqlite3_busy_timeout(opened, busyTimeoutMilliseconds);
+    sqlite3_busy_handler(opened, waitForOthers, this);
     // Room for ten thousand rows of the history: with less they are sorted in a file on the disk.
     sqlite3_exec(opened, "PRAGMA cache_size = -32768;", nullptr, nullptr, nullptr);
+}
+
+int SqliteConnection::waitForOthers(void *self, int attempts)
+{
+    return static_cast<SqliteConnection *>(self)->waitALittle(attempts) ? 1 : 0;
+}
+
+bool SqliteConnection::waitALittle(int attempts)
+{
+    if (attempts == 0 && waiting == Waiting::each) {
+        waited = {};
+    }
+    if (waiting == Waiting::none || waited >= longestWait) {
+        return false;
+    }
+    // Most copies are done within milliseconds; one that is not need not be asked so often.
+    const std::chrono::milliseconds pause{std::min(attempts + 1, 50)};
+    const Clock::time_point before = Clock::now();
+    std::this_thread::sleep_for(pause);
+    waited += Clock::now() - before;
+    return true;
+}
+
+void SqliteConnection::setWaiting(Waiting how)
+{
+    waiting = how;
 }
 
 void SqliteConnection::execute(const QString &sql)
@@ -94,11 +129,22 @@ SqliteStatement SqliteConnection::prepare(const QString &sql)
     return SqliteStatement{statement};
 }
 
+bool SqliteConnection::wasHeldByAnother() const
+{
+    return sqlite3_errcode(connection.get()) == SQLITE_BUSY;
+}
+
 QString SqliteConnection::quoted(const QString &text)
 {
     QString doubled = text;
     doubled.replace(u'\'', u"''"_s);
     return u'\'' + doubled + u'\'';
+}
+
+QString SqliteConnection::pragma(const QString &text)
+{
+    SqliteStatement row = prepare(u"PRAGMA "_s + text + u';');
+    return row && row.step() ? row.text(0) : QString{};
 }
 
 void SqliteConnection::Close::operator()(sqlite3 *pointer) const

@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <chrono>
 #include <memory>
 
 struct sqlite3;
@@ -43,9 +44,23 @@ private:
 class SqliteConnection final
 {
 public:
+    /// How long a statement waits for another program that holds the database before it fails.
+    static constexpr std::chrono::milliseconds longestWait{5000};
+
     /// Opens the file, creating it if it is missing. When that fails, "无法打开数据库: " and the path are
     /// printed and every later operation fails quietly.
     explicit SqliteConnection(const QString &path);
+    Q_DISABLE_COPY_MOVE(SqliteConnection)
+    ~SqliteConnection() = default;
+
+    enum class Waiting {
+        each,     ///< Every statement waits for as long as the longest wait.
+        together, ///< All statements from here on, and the one before, wait no longer than one alone.
+        none      ///< What another program holds fails at once.
+    };
+
+    /// How statements wait from here on; each by itself at first.
+    void setWaiting(Waiting how);
 
     /// Runs the statements in `sql`; prints "SQL 错误: " and SQLite's message when one fails.
     void execute(const QString &sql);
@@ -54,14 +69,29 @@ public:
     /// printed).
     SqliteStatement prepare(const QString &sql);
 
+    /// Whether what failed last, be it to run, to prepare or to step, failed because another program held the
+    /// database. Whoever could not look then knows nothing of what is in it.
+    bool wasHeldByAnother() const;
+
     /// `text` as an SQL text literal, quotes included.
     static QString quoted(const QString &text);
+
+    /// Gives or sets one of the connection's properties and gives its value; empty when that fails.
+    QString pragma(const QString &text);
 
 private:
     struct Close {
         void operator()(sqlite3 *pointer) const;
     };
+    using Clock = std::chrono::steady_clock;
+
+    /// Asked by SQLite before each further attempt; waits a little, or gives 0 when it was long enough.
+    static int waitForOthers(void *self, int attempts);
+    bool waitALittle(int attempts);
+
     std::unique_ptr<sqlite3, Close> connection;
+    Waiting waiting = Waiting::each;
+    Clock::duration waited{}; ///< By the present statement, or by all that wait together.
 };
 
 } // namespace quilmora

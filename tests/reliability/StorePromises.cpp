@@ -1,0 +1,214 @@
+#include "reliability/StorePromises.h"
+
+#include "platform/ImageCodec.h"
+#include "platform/PictureReduction.h"
+#include "platform/UserFolders.h"
+#include "reliability/PixelDigest.h"
+#include "reliability/WorkedSettings.h"
+#include "store/CoversFolder.h"
+
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QFile>
+
+#include <algorithm>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace quilmora::test
+{
+namespace
+{
+
+enum Column { id, prompt, path, createdAt, model };
+
+const QByteArray adoptedPrompt{"(历史图片，已自动补录)"};
+
+QString fileOf(const databaseFile::Row &row)
+{
+    return userFolders::expandTilde(QString::fromUtf8(row.at(Column::path)));
+}
+
+bool endsLikeAPng(const QString &file)
+{
+    QFile bytes{file};
+    const QByteArray end = QByteArray::fromHex("0000000049454e44ae426082");
+    return bytes.open(QIODevice::ReadOnly) && bytes.readAll().endsWith(end);
+}
+
+/// Whether this is a journal into which nothing was written yet: no change was begun, and the next one takes
+/// its place.
+bool isEmptyJournal(const QString &file)
+{
+    QFile journal{file};
+    char first = '\0';
+    return file.endsWith(u"-journal"_s) && journal.open(QIODevice::ReadOnly) &&
+           (!journal.getChar(&first) || first == '\0');
+}
+
+/// Whether a tile of the history and the preview both show the placeholder.
+bool showsPlaceholder(const QString &file)
+{
+    PictureReduction tile{file, {200, 200}};
+    while (!tile.advance(QDeadlineTimer{QDeadlineTimer::Forever})) {
+    }
+    return tile.image().isNull() && imageCodec::decodeFile(file).isNull();
+}
+
+} // namespace
+
+StorePromises::StorePromises()
+    : folder{userFolders::applicationSupport() + u"/Quilmora"_s},
+      pictures{coversFolder::path()}
+{
+}
+
+void StorePromises::believe(const QByteArrayList &lines)
+{
+    // Each maker counts from one.
+    bool isFirst = true;
+    for (const QByteArray &line : lines) {
+        const QByteArrayList words = line.split(' ');
+        if (words.constFirst() == "shown") {
+            digestsToFind.insert(words.at(1), words.value(2));
+        } else if (words.constFirst() == "saving") {
+            // Before the first one is saved the former run's settings may still stand.
+            lastSaving = words.at(1).toInt();
+            lastSaved = isFirst ? lastSaved : lastSaving - 1;
+            isFirst = false;
+        } else if (words.constFirst() == "saved") {
+            lastSaved = words.at(1).toInt();
+        } else if (words.constFirst() != "started") {
+            complain(u"It said: "_s + QString::fromUtf8(line));
+        }
+    }
+}
+
+QStringList StorePromises::broken()
+{
+    if (databaseFile::value(databaseFile(), "PRAGMA integrity_check") != "ok") {
+        complain(u"The database is damaged"_s);
+    }
+    checkRows();
+    checkFiles();
+    checkShown();
+    checkSettings();
+    return std::exchange(complaints, {});
+}
+
+void StorePromises::checkRows()
+{
+    const auto all = databaseFile::run(
+        databaseFile(), "SELECT id, prompt, image_path, created_at, model_id FROM history ORDER BY id");
+    QMap<qint64, Row> present;
+    for (const Row &row : all) {
+        present.insert(row.at(Column::id).toLongLong(), row);
+    }
+    for (auto row = rows.cbegin(); row != rows.cend(); ++row) {
+        if (present.value(row.key()) != row.value()) {
+            complain(u"Row %1 is gone or changed"_s.arg(row.key()));
+        }
+    }
+    for (auto row = present.cbegin(); row != present.cend(); ++row) {
+        if (!rows.contains(row.key())) {
+            checkRow(row.value());
+        }
+    }
+    rows = present;
+}
+
+void StorePromises::checkRow(const Row &row)
+{
+    const QString file = fileOf(row);
+    const QImage picture = endsLikeAPng(file) ? imageCodec::decodeFile(file) : QImage{};
+    const bool isWhole = !picture.isNull();
+    digests.insert(file, pixelDigest(picture));
+    const bool isAdopted = row.at(Column::prompt) == adoptedPrompt;
+    if (!isAdopted && !isWhole) {
+        complain(u"No whole picture for "_s + QString::fromUtf8(row.join('|')));
+    }
+    if (isAdopted && !isWhole && !showsPlaceholder(file)) {
+        complain(u"Neither whole nor a placeholder: "_s + file);
+    }
+    adoptedCount += isAdopted && isWhole ? 1 : 0;
+    cutShortCount += isAdopted && !isWhole ? 1 : 0;
+    if (const auto stamp = fileStamp(file)) {
+        stamps.insert(file, *stamp);
+    }
+}
+
+void StorePromises::checkFiles()
+{
+    for (const QFileInfo &entry : QDir{folder}.entryInfoList(QDir::Files | QDir::Hidden)) {
+        if (entry.filePath() != databaseFile() && !isEmptyJournal(entry.filePath())) {
+            complain(u"Beside the database: "_s + entry.fileName());
+        }
+    }
+    replacedCount = 0;
+    QHash<QString, int> rowsOfFile;
+    for (const Row &row : std::as_const(rows)) {
+        ++rowsOfFile[fileOf(row)];
+    }
+    for (const QFileInfo &entry : QDir{pictures}.entryInfoList(QDir::Files | QDir::Hidden)) {
+        const QString file = entry.filePath();
+        const int count = rowsOfFile.take(file);
+        if (count == 0) {
+            complain(u"No row for "_s + file);
+        }
+        // The same second and the same random number: the later cover takes the place of the earlier one.
+        replacedCount += std::max(0, count - 1);
+        if (const auto stamp = fileStamp(file); count == 1 && (!stamp || stamps.value(file) != *stamp)) {
+            complain(u"Changed: "_s + file);
+        }
+    }
+    for (auto missing = rowsOfFile.cbegin(); missing != rowsOfFile.cend(); ++missing) {
+        complain(u"No file "_s + missing.key());
+    }
+}
+
+void StorePromises::checkShown()
+{
+    for (auto cover = digestsToFind.cbegin(); cover != digestsToFind.cend(); ++cover) {
+        int found = 0;
+        bool isTheOne = false;
+        for (const Row &row : std::as_const(rows)) {
+            if (row.at(Column::prompt).contains(QByteArray{"「" + cover.key() + "」"})) {
+                ++found;
+                isTheOne = cover.value().isEmpty() ||
+                           digests.value(fileOf(row)) == QString::fromLatin1(cover.value());
+            }
+        }
+        if (found != 1) {
+            complain(u"%1 rows for the shown cover %2"_s.arg(found).arg(QString::fromUtf8(cover.key())));
+        } else if (!isTheOne && replacedCount == 0) {
+            complain(u"Another picture than the one shown: "_s + QString::fromUtf8(cover.key()));
+        }
+        ++shownCount;
+    }
+    digestsToFind.clear();
+}
+
+void StorePromises::checkSettings()
+{
+    const auto settings =
+        databaseFile::run(databaseFile(), "SELECT api_url, api_key, model_id FROM volc_config");
+    if (settings.size() != 1) {
+        complain(u"%1 rows of settings"_s.arg(settings.size()));
+        return;
+    }
+    const int number = settings.constFirst().at(0).split('=').constLast().toInt();
+    const int former = lastSaved;
+    const bool isNew = number == lastSaved || number == lastSaving;
+    lastSaved = number;
+    lastSaving = number;
+    const auto expected =
+        workedSettings(QString::fromUtf8(settings.constFirst().at(0).split('?').constFirst()), number);
+    if (!isNew || (number > 0 && (settings.constFirst().at(1) != expected.apiKey.toUtf8() ||
+                                  settings.constFirst().at(2) != expected.modelID.toUtf8()))) {
+        complain(u"Settings %1 where %2 were saved: "_s.arg(number).arg(former) +
+                 QString::fromUtf8(settings.constFirst().join('|')));
+    }
+}
+
+} // namespace quilmora::test
