@@ -25,6 +25,7 @@ public:
         TextLabel::Style label;
         int fieldPixelSize;
         TextLabel::Style hint;
+        bool isMasked = false;
     };
 
     LabelledField(const Texts &texts, const Look &look, QWidget *parent = nullptr);

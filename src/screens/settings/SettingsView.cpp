@@ -25,12 +25,14 @@ constexpr int titleBottomPadding = 4;
 constexpr int cardPadding = 20;
 constexpr int groupSpacing = 18;
 
-LabelledField *makeField(const QString &label, const QString &placeholder, const QString &hint)
+LabelledField *makeField(const QString &label, const QString &placeholder, const QString &hint,
+                         bool isMasked = false)
 {
     return new LabelledField{{label, placeholder, hint},
                              {.label = {13, QFont::Medium},
                               .fieldPixelSize = 12,
-                              .hint = {11, QFont::Normal, ColorRole::secondaryText}}};
+                              .hint = {11, QFont::Normal, ColorRole::secondaryText},
+                              .isMasked = isMasked}};
 }
 
 } // namespace
@@ -41,12 +43,11 @@ SettingsView::SettingsView(DatabaseManager &store, QWidget *parent)
       url{makeField(u"API URL"_s, VolcengineConfig::defaultURL(),
                     u"默认："_s + VolcengineConfig::defaultURL())},
       key{makeField(u"API Key"_s, u"Bearer 长效 API Key"_s,
-                    u"请在火山方舟控制台「获取 API Key」页面创建长效 Key"_s)},
+                    u"请在火山方舟控制台「获取 API Key」页面创建长效 Key"_s, true)},
       model{makeField(u"Model ID"_s, VolcengineConfig::defaultModelID(),
                       u"如：doubao-seedream-4-0-250828、doubao-seedream-3-0-t2i-250415 等"_s)},
       validationError{new ErrorLine{13, content()}}
 {
-    key->field()->setEchoMode(QLineEdit::Password);
     auto *card = makeCard();
     // Made after the fields: the Tab key goes in the order of making.
     auto *save = new ActionButton{u"checkmark.circle.fill"_s,
