@@ -1,5 +1,6 @@
 #include "generation/BlockingDownload.h"
 
+#include "generation/AnswerBound.h"
 #include "generation/StopSignal.h"
 
 #include <QEventLoop>
@@ -37,6 +38,7 @@ std::optional<QByteArray> downloadBlocking(const QUrl &url, std::chrono::millise
     request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     request.setTransferTimeout(static_cast<int>(idleLimit.count()));
     const std::unique_ptr<QNetworkReply> reply{manager.get(request)};
+    answerBound::apply(*reply);
     QObject::connect(reply.get(), &QNetworkReply::finished, &waiting, &QEventLoop::quit);
     if (!reply->isFinished() && !stopSignal.isStopped()) {
         waiting.exec();

@@ -1,5 +1,6 @@
 #include "generation/HttpSession.h"
 
+#include "generation/AnswerBound.h"
 #include "generation/OneShotUpload.h"
 
 #include <QCoreApplication>
@@ -53,6 +54,7 @@ void HttpSession::send(Method method, const Request &request, int redirectsLeft,
         reply = manager->post(prepared, upload);
         upload->setParent(reply);
     }
+    answerBound::apply(*reply);
     connect(reply, &QNetworkReply::finished, this, [=, this] {
         const auto next = readRedirect(*reply);
         if (const auto *error = std::get_if<TransportError>(&next)) {

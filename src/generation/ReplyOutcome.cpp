@@ -1,5 +1,7 @@
 #include "generation/ReplyOutcome.h"
 
+#include "generation/AnswerBound.h"
+
 #include <QCoreApplication>
 #include <QNetworkReply>
 #include <QRegularExpression>
@@ -22,11 +24,22 @@ bool repeatsTheBody(const QNetworkReply &reply)
     return statusOf(reply) == 307 || statusOf(reply) == 308;
 }
 
+/// How many bytes of body were promised; nothing if that is not said, or not by a length that can be.
+std::optional<qint64> promisedLength(const QNetworkReply &reply)
+{
+    bool isNumber = false;
+    const qint64 length = reply.rawHeader("Content-Length").toLongLong(&isNumber);
+    // Chunks tell their end themselves, whatever length is said beside them.
+    if (!isNumber || length < 0 || reply.hasRawHeader("Transfer-Encoding")) {
+        return std::nullopt;
+    }
+    return length;
+}
+
 /// Whether an answer has begun that tells its end by closing the connection.
 bool endsWithTheConnection(const QNetworkReply &reply)
 {
-    return statusOf(reply) >= 200 && !reply.hasRawHeader("Content-Length") &&
-           !reply.hasRawHeader("Transfer-Encoding");
+    return statusOf(reply) >= 200 && !promisedLength(reply) && !reply.hasRawHeader("Transfer-Encoding");
 }
 
 /// By the class of the error, which is set for answers with an error status as well.
@@ -59,8 +72,8 @@ bool isAnswer(const QNetworkReply &reply)
 /// answer have no body, whatever length they name.
 bool isCut(const QNetworkReply &reply, const QByteArray &body)
 {
-    return statusOf(reply) != 204 && statusOf(reply) != 304 && reply.hasRawHeader("Content-Length") &&
-           body.size() < reply.rawHeader("Content-Length").toLongLong();
+    return statusOf(reply) != 204 && statusOf(reply) != 304 &&
+           body.size() < promisedLength(reply).value_or(0);
 }
 
 QString connectionClosed()
@@ -75,19 +88,35 @@ QString withoutLibraryCode(const QString &text)
     return QString{text}.remove(code);
 }
 
+/// `text` without the colon before a reason that the network layer does not know.
+QString withoutEmptyReason(const QString &text)
+{
+    static const QRegularExpression colon{u"[:：]\\s*$"_s};
+    return QString{text}.remove(colon);
+}
+
 QString transportErrorText(const QNetworkReply &reply)
 {
     switch (reply.error()) {
     case QNetworkReply::OperationCanceledError:
-        // Nothing cancels a request but the idle limit, which the network layer reports as a cancellation.
-        return u"请求超时"_s;
+        // Nothing cancels a request but the bound of answers and the idle limit, which the network layer
+        // reports as a cancellation.
+        return answerBound::isExceeded(reply)
+                   ? QCoreApplication::translate("QHttp", "Data downloaded is too large to store")
+                   : u"请求超时"_s;
     case QNetworkReply::ContentReSendError:
         // The connection was lost and the body not sent again.
         return connectionClosed();
     case QNetworkReply::SslHandshakeFailedError:
         return withoutLibraryCode(reply.errorString());
-    default:
+    case QNetworkReply::UnknownNetworkError:
+        // So it calls a connection that ends while the request is being sent.
+        if (reply.errorString() == QCoreApplication::translate("QNativeSocketEngine", "Unknown error")) {
+            return connectionClosed();
+        }
         return reply.errorString();
+    default:
+        return withoutEmptyReason(reply.errorString());
     }
 }
 

@@ -18,7 +18,7 @@ using HttpOutcome = std::variant<std::monostate, QByteArray, TransportError>;
 
 /// Reads what the finished `reply`, which follows no redirects by itself, came to. An answer with an error
 /// status is an answer; a connection that was refused, lost, cut or silent for too long is a failure, and so
-/// is a body that cannot be unpacked.
+/// is a body that cannot be unpacked or is beyond the bound of answers.
 HttpOutcome readOutcome(QNetworkReply &reply);
 
 /// Where the finished `reply` sends its request next.

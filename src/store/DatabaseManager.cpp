@@ -6,11 +6,12 @@
 #include "store/HistoryInsertion.h"
 #include "store/HistoryMigration.h"
 #include "store/OrphanBackfill.h"
+#include "store/OwnersAlone.h"
 #include "store/QuickCommits.h"
 
 #include <QDir>
-#include <QFile>
-#include <QFileInfo>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -19,19 +20,20 @@ namespace quilmora
 namespace
 {
 
-constexpr QFile::Permissions ownerOnly = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
-
 /// Creates the folder if need be, closed to other users, and gives the path of the database file in it.
 QString databaseFileIn(const QString &folder)
 {
     QDir{}.mkpath(folder);
-    constexpr QFile::Permissions others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup |
-                                          QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
-    const QFileInfo made{folder};
-    if (made.isDir() && (made.permissions() & others) != QFile::Permissions{}) {
-        QFile::setPermissions(folder, ownerOnly);
-    }
-    return folder + u"/quilmora.db"_s;
+    QString file = folder + u"/quilmora.db"_s;
+    ownersAlone::protect(folder, file);
+    return file;
+}
+
+/// What of `key` may stand in a statement: all of it, unless it holds a NUL. That ends the statement, which
+/// fails with a message that quotes what stands before it.
+QString withoutCutKey(const QString &key)
+{
+    return key.sliced(std::max<qsizetype>(0, key.indexOf(QChar::Null)));
 }
 
 /// The text of a column that can hold no NULL in a sound database.
@@ -99,7 +101,8 @@ void DatabaseManager::ensureDefaultConfig()
 void DatabaseManager::saveConfig(const QString &apiURL, const QString &apiKey, const QString &modelID)
 {
     database.execute(u"INSERT OR REPLACE INTO volc_config (id, api_url, api_key, model_id)\nVALUES (1, "_s +
-                     SqliteConnection::quoted(apiURL) + u", "_s + SqliteConnection::quoted(apiKey) + u", "_s +
+                     SqliteConnection::quoted(apiURL) + u", "_s +
+                     SqliteConnection::quoted(withoutCutKey(apiKey)) + u", "_s +
                      SqliteConnection::quoted(modelID) + u");"_s);
 }
 

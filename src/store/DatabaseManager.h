@@ -17,8 +17,8 @@ class DatabaseManager final
 {
 public:
     /// Opens "quilmora.db" in `folder`, creating both if missing, brings a history of an older version to the
-    /// present layout, and adds a row for each file in `covers`, the folder of the covers, that has none. The
-    /// folder of the database is made the owner's alone, because the settings hold the key in plain text.
+    /// present layout, and adds a row for each file in `covers`, the folder of the covers, that has none.
+    /// Folder and file of the database are made the owner's alone: the settings hold the key in plain text.
     DatabaseManager(const QString &folder, const QString &covers);
     Q_DISABLE_COPY_MOVE(DatabaseManager)
     ~DatabaseManager() = default;

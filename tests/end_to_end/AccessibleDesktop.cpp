@@ -28,12 +28,29 @@ bool canBeActedUpon(AtspiAccessible *object)
     return can;
 }
 
+/// Takes over a text of the library's.
+QByteArray taken(gchar *owned)
+{
+    QByteArray text{owned};
+    g_free(owned);
+    return text;
+}
+
 QByteArray nameOf(AtspiAccessible *object)
 {
-    gchar *name = atspi_accessible_get_name(object, nullptr);
-    QByteArray text{name};
-    g_free(name);
-    return text;
+    return taken(atspi_accessible_get_name(object, nullptr));
+}
+
+QByteArray contentOf(AtspiAccessible *object)
+{
+    AtspiText *text = atspi_accessible_get_text_iface(object);
+    if (text == nullptr) {
+        return {};
+    }
+    QByteArray content =
+        taken(atspi_text_get_text(text, 0, atspi_text_get_character_count(text, nullptr), nullptr));
+    g_object_unref(text);
+    return content;
 }
 
 } // namespace
@@ -51,8 +68,26 @@ AccessibleDesktop::AccessibleDesktop()
     atspi_accessible_set_cache_mask(desktop.get(), ATSPI_CACHE_NONE);
 }
 
+void AccessibleDesktop::listen()
+{
+    const auto hear = [](AtspiEvent *event, void *texts) {
+        if (G_VALUE_HOLDS_STRING(&event->any_data)) {
+            static_cast<QStringList *>(texts)->append(
+                QString::fromUtf8(g_value_get_string(&event->any_data)));
+        }
+        g_boxed_free(ATSPI_TYPE_EVENT, event);
+    };
+    listener = atspi_event_listener_new(hear, &announced, nullptr);
+    for (const char *kind : {"object:text-changed", "object:property-change"}) {
+        atspi_event_listener_register(listener, kind, nullptr);
+    }
+}
+
 AccessibleDesktop::~AccessibleDesktop()
 {
+    if (listener != nullptr) {
+        g_object_unref(listener);
+    }
     atspi_exit();
 }
 
@@ -68,6 +103,28 @@ void AccessibleDesktop::collect(Object object, const QByteArray &name, std::vect
     if (nameOf(object.get()) == name && hasState(object.get(), ATSPI_STATE_SHOWING)) {
         found.push_back(std::move(object));
     }
+}
+
+void AccessibleDesktop::collectTexts(_AtspiAccessible *object, QStringList &texts)
+{
+    texts.append(QString::fromUtf8(nameOf(object)));
+    texts.append(QString::fromUtf8(taken(atspi_accessible_get_description(object, nullptr))));
+    texts.append(QString::fromUtf8(contentOf(object)));
+    const int count = atspi_accessible_get_child_count(object, nullptr);
+    for (int index = 0; index < count; ++index) {
+        if (const Object child{atspi_accessible_get_child_at_index(object, index, nullptr)}) {
+            collectTexts(child.get(), texts);
+        }
+    }
+}
+
+QStringList AccessibleDesktop::texts()
+{
+    QStringList texts;
+    const Object desktop{atspi_get_desktop(0)};
+    collectTexts(desktop.get(), texts);
+    texts.removeAll(QString{});
+    return texts;
 }
 
 AccessibleDesktop::Object AccessibleDesktop::find(const QString &name)

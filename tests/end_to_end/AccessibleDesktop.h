@@ -1,11 +1,12 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 
 #include <memory>
 #include <vector>
 
 struct _AtspiAccessible;
+struct _AtspiEventListener;
 
 namespace quilmora::test
 {
@@ -34,6 +35,13 @@ public:
     /// Replaces the text of the field of that name.
     bool setText(const QString &name, const QString &text);
 
+    /// All names, descriptions and texts on the desktop, whether on screen or not.
+    QStringList texts();
+
+    /// From now on keeps the texts that the applications announce by themselves as they change.
+    void listen();
+    const QStringList &heard() const { return announced; }
+
 private:
     struct Release {
         void operator()(_AtspiAccessible *object) const;
@@ -43,6 +51,10 @@ private:
     /// The shown object of that name that can do most: one that can be acted upon before a mere text.
     Object find(const QString &name);
     void collect(Object object, const QByteArray &name, std::vector<Object> &found);
+    void collectTexts(_AtspiAccessible *object, QStringList &texts);
+
+    QStringList announced;
+    _AtspiEventListener *listener = nullptr;
 };
 
 } // namespace quilmora::test

@@ -1,124 +1,97 @@
 #include "generation/GenerationProbe.h"
 #include "generation/ImageGeneratorService.h"
+#include "generation/TlsServer.h"
 #include "platform/ChineseCatalogue.h"
 
 #include <QCoreApplication>
-#include <QFile>
-#include <QProcess>
-#include <QSslConfiguration>
-#include <QSslKey>
-#include <QSslServer>
-#include <QSslSocket>
-#include <QTemporaryDir>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTest>
 
-#include <memory>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+Q_DECLARE_METATYPE(quilmora::test::TlsServer::Identity)
 
-QByteArray contentOf(const QString &path)
-{
-    QFile file{path};
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray{};
-}
-
-} // namespace
-
-/// Requests to a server whose certificate nobody vouches for.
+/// Servers that can, and that cannot, prove who they are.
 class TlsTest final : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void anUntrustedServerNeverSeesTheKey();
+    void initTestCase() { installChineseCatalogue(*QCoreApplication::instance()); }
+    void aServerWithoutProofNeverSeesTheKey_data();
+    void aServerWithoutProofNeverSeesTheKey();
     void aTrustedServerIsSentTheRequest();
     void aServerWithoutTls();
 
 private:
-    Results resultOf(const QString &url);
+    void generate(const QString &url);
 
-    QSslConfiguration serverConfiguration;
-    QSslCertificate certificate;
-    std::unique_ptr<QSslServer> server;
-    QByteArray received; ///< What the server could read, decrypted.
-    int handshakes = 0;
+    Results results;
+    ImageGeneratorService service;
 };
 
-void TlsTest::initTestCase()
+void TlsTest::generate(const QString &url)
 {
-    installChineseCatalogue(*QCoreApplication::instance());
-    const QTemporaryDir folder;
-    QProcess openssl;
-    openssl.setWorkingDirectory(folder.path());
-    openssl.start(u"openssl"_s,
-                  {u"req"_s, u"-x509"_s, u"-newkey"_s, u"rsa:2048"_s, u"-nodes"_s, u"-days"_s, u"2"_s,
-                   u"-subj"_s, u"/CN=quilmora test"_s, u"-addext"_s, u"subjectAltName=IP:127.0.0.1"_s,
-                   u"-keyout"_s, u"key.pem"_s, u"-out"_s, u"certificate.pem"_s});
-    QVERIFY2(openssl.waitForFinished() && openssl.exitCode() == 0,
-             openssl.readAllStandardError().constData());
-    certificate = QSslCertificate{contentOf(folder.filePath(u"certificate.pem"_s))};
-    QVERIFY(!certificate.isNull());
-    serverConfiguration = QSslConfiguration::defaultConfiguration();
-    serverConfiguration.setLocalCertificate(certificate);
-    serverConfiguration.setPrivateKey(QSslKey{contentOf(folder.filePath(u"key.pem"_s)), QSsl::Rsa});
-}
-
-void TlsTest::init()
-{
-    received.clear();
-    handshakes = 0;
-    server = std::make_unique<QSslServer>();
-    server->setSslConfiguration(serverConfiguration);
-    connect(server.get(), &QSslServer::startedEncryptionHandshake, this, [this](QSslSocket *socket) {
-        ++handshakes;
-        connect(socket, &QSslSocket::readyRead, this, [this, socket] {
-            received += socket->readAll();
-            if (received.contains("\r\n\r\n") && received.endsWith('}')) {
-                socket->write(ScriptedAnswer::whole(pictureAnswer()).pieces.first().bytes);
-                socket->disconnectFromHost();
-            }
-        });
-    });
-    QVERIFY(server->listen(QHostAddress::LocalHost));
-}
-
-Results TlsTest::resultOf(const QString &url)
-{
-    ImageGeneratorService service;
-    Results results;
+    results = {};
     service.generateImage(u"p"_s, 1, 1, {}, {url, u"secret-key"_s, u"m"_s}, results.collect());
-    if (!QTest::qWaitFor([&results] { return !results.all.isEmpty(); }, 20'000)) {
-        results.all.append(GenError::serverError(u"no result"_s));
-    }
-    return results;
+    QTRY_COMPARE_WITH_TIMEOUT(results.all.size(), 1, 20'000);
 }
 
-void TlsTest::anUntrustedServerNeverSeesTheKey()
+void TlsTest::aServerWithoutProofNeverSeesTheKey_data()
 {
-    const Results results = resultOf(u"https://127.0.0.1:"_s + QString::number(server->serverPort()));
+    QTest::addColumn<TlsServer::Identity>("identity");
+    QTest::addColumn<bool>("isTrusted");
+    QTest::addColumn<QString>("text");
+    using Identity = TlsServer::Identity;
+    const QString failed = u"SSL 握手失败: "_s;
+    const QString misnamed = failed + u"主机名与此证书的任何有效主机不匹配"_s;
+    QTest::newRow("nobody trusted vouches")
+        << Identity{} << false << failed + u"无法找到本地查找证书的颁发者证书"_s;
+    QTest::newRow("expired") << Identity{.notAfter = u"20210101000000Z"_s} << true
+                             << failed + u"证书已过期"_s;
+    QTest::newRow("not valid yet") << Identity{.notBefore = u"20480101000000Z"_s} << true
+                                   << failed + u"证书尚未生效"_s;
+    QTest::newRow("another address's") << Identity{.subject = u"IP:127.0.0.2"_s} << true << misnamed;
+    QTest::newRow("another name's") << Identity{.subject = u"DNS:example.org"_s} << true << misnamed;
+}
+
+void TlsTest::aServerWithoutProofNeverSeesTheKey()
+{
+    QFETCH(const TlsServer::Identity, identity);
+    QFETCH(const bool, isTrusted);
+    QFETCH(const QString, text);
+    const TlsServer server{identity};
+    std::optional<TrustedAuthority> trust;
+    if (isTrusted) {
+        trust.emplace(server.authority());
+    }
+    generate(server.url());
     QVERIFY(results.isTransportError());
-    QVERIFY2(results.text().contains(u"证书"_s) && isChinese(results.text()), qPrintable(results.text()));
-    QCOMPARE(handshakes, 1);
-    QCOMPARE(received, QByteArray{});
+    QCOMPARE(results.text(), text);
+    QCOMPARE(server.handshakes(), 1);
+    QCOMPARE(server.received(), QByteArray{});
+
+    // The next one, with proof, is sent its request by the same service.
+    const TlsServer good;
+    const TrustedAuthority goodTrust{good.authority()};
+    generate(good.url());
+    QVERIFY2(results.isPicture(), qPrintable(results.text()));
+    QCOMPARE(good.handshakes(), 1);
+    QCOMPARE(server.received(), QByteArray{});
 }
 
 void TlsTest::aTrustedServerIsSentTheRequest()
 {
-    const QSslConfiguration former = QSslConfiguration::defaultConfiguration();
-    QSslConfiguration trusting = former;
-    trusting.addCaCertificate(certificate);
-    QSslConfiguration::setDefaultConfiguration(trusting);
-    const Results results = resultOf(u"https://127.0.0.1:"_s + QString::number(server->serverPort()));
-    QSslConfiguration::setDefaultConfiguration(former);
+    const TlsServer server;
+    const TrustedAuthority trust{server.authority()};
+    generate(server.url());
     QVERIFY2(results.isPicture(), qPrintable(results.text()));
-    QVERIFY(received.contains("\r\nAuthorization: Bearer secret-key\r\n"));
+    QVERIFY(server.received().contains("\r\nAuthorization: Bearer secret-key\r\n"));
 }
 
 void TlsTest::aServerWithoutTls()
@@ -132,7 +105,7 @@ void TlsTest::aServerWithoutTls()
         });
     });
     QVERIFY(talking.listen(QHostAddress::LocalHost));
-    const Results results = resultOf(u"https://127.0.0.1:"_s + QString::number(talking.serverPort()));
+    generate(u"https://127.0.0.1:"_s + QString::number(talking.serverPort()));
     QVERIFY(results.isTransportError());
     QVERIFY2(results.text().startsWith(u"SSL 握手失败"_s) && isChinese(results.text()),
              qPrintable(results.text()));

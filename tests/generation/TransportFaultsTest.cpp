@@ -165,8 +165,7 @@ void TransportFaultsTest::bodiesThatCannotBeUnpacked()
     }};
     const Results results = resultOf(server.url().toString());
     QVERIFY2(results.isTransportError(), qPrintable(results.text()));
-    QVERIFY2(results.text().startsWith(u"解压失败"_s) && isChinese(results.text()),
-             qPrintable(results.text()));
+    QCOMPARE(results.text(), u"解压失败"_s);
 }
 
 void TransportFaultsTest::somethingThatIsNoHttp()

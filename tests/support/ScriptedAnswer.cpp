@@ -3,6 +3,7 @@
 #include <QtEndian>
 
 #include <algorithm>
+#include <array>
 
 namespace quilmora::test
 {
@@ -15,14 +16,26 @@ QByteArray littleEndian(quint32 value)
     return QByteArray{reinterpret_cast<const char *>(&ordered), sizeof ordered};
 }
 
+/// What each value of a byte adds to a checksum.
+std::array<quint32, 256> checksumSteps()
+{
+    std::array<quint32, 256> steps{};
+    for (quint32 value = 0; value < steps.size(); ++value) {
+        quint32 step = value;
+        for (int bit = 0; bit < 8; ++bit) {
+            step = (step >> 1U) ^ ((step & 1U) != 0U ? 0xedb88320U : 0U);
+        }
+        steps.at(value) = step;
+    }
+    return steps;
+}
+
 quint32 checksum(const QByteArray &bytes)
 {
+    static const std::array<quint32, 256> steps = checksumSteps();
     quint32 sum = 0xffffffffU;
     for (const char byte : bytes) {
-        sum ^= static_cast<quint8>(byte);
-        for (int bit = 0; bit < 8; ++bit) {
-            sum = (sum >> 1U) ^ ((sum & 1U) != 0U ? 0xedb88320U : 0U);
-        }
+        sum = (sum >> 8U) ^ steps.at((sum ^ static_cast<quint8>(byte)) & 0xffU);
     }
     return ~sum;
 }
@@ -84,6 +97,17 @@ ScriptedAnswer ScriptedAnswer::dripping(const QByteArray &body, int parts, std::
     const qsizetype size = body.size() / parts + 1;
     for (qsizetype start = 0; start < body.size(); start += size) {
         answer.pieces.append({body.mid(start, size), pause});
+    }
+    return answer;
+}
+
+ScriptedAnswer ScriptedAnswer::flood(qint64 size, const QByteArray &head)
+{
+    // All pieces share one block of memory.
+    const QByteArray block(1'000'000, 'x');
+    ScriptedAnswer answer{{{head}}};
+    for (qint64 left = size; left > 0; left -= block.size()) {
+        answer.pieces.append({left < block.size() ? block.first(left) : block});
     }
     return answer;
 }

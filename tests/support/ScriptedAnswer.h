@@ -36,6 +36,8 @@ struct ScriptedAnswer {
     static ScriptedAnswer cut(const QByteArray &body, qsizetype promised);
     /// An answer whose body comes in `parts` parts with a pause before each.
     static ScriptedAnswer dripping(const QByteArray &body, int parts, std::chrono::milliseconds pause);
+    /// An answer of `size` bytes without meaning, whose `head` may promise anything.
+    static ScriptedAnswer flood(qint64 size, const QByteArray &head);
     /// Sends the client to `location`.
     static ScriptedAnswer redirect(int status, const QByteArray &location);
     /// Takes the request and never answers.

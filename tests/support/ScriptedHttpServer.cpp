@@ -16,6 +16,9 @@ namespace quilmora::test
 namespace
 {
 
+/// How much of an answer may wait to be taken before more of it is written.
+constexpr qint64 mostWaiting = 4'000'000;
+
 /// Closes the connection at once and so that the other side sees it torn down.
 void tearDown(QTcpSocket &socket)
 {
@@ -53,7 +56,9 @@ qsizetype ReceivedRequest::headerCount(const QByteArray &name) const
     });
 }
 
-ScriptedHttpServer::ScriptedHttpServer(Script theScript) : script{std::move(theScript)}
+ScriptedHttpServer::ScriptedHttpServer(Script theScript, quint16 wantedPort)
+    : script{std::move(theScript)},
+      port{wantedPort}
 {
     // Whatever proxy this machine has, tests speak to their server directly.
     QNetworkProxyFactory::setUseSystemConfiguration(false);
@@ -81,7 +86,7 @@ ScriptedHttpServer::~ScriptedHttpServer()
 void ScriptedHttpServer::listen()
 {
     auto *server = new QTcpServer{&context};
-    if (!server->listen(QHostAddress::LocalHost)) {
+    if (!server->listen(QHostAddress::LocalHost, port)) {
         qFatal("Cannot listen on loopback");
     }
     port = server->serverPort();
@@ -98,12 +103,17 @@ void ScriptedHttpServer::accept(QTcpSocket *socket)
     auto connection = std::make_shared<Connection>();
     QObject::connect(socket, &QTcpSocket::readyRead, &context,
                      [this, socket, connection] { read(socket, *connection); });
+    QObject::connect(socket, &QTcpSocket::bytesWritten, &context, [this](qint64 count) { sent += count; });
     QObject::connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
 }
 
 void ScriptedHttpServer::read(QTcpSocket *socket, Connection &connection)
 {
     connection.bytes += socket->readAll();
+    if (connection.isAnsweredEarly) {
+        connection.bytes.clear();
+        return;
+    }
     const qsizetype headEnd = connection.bytes.indexOf("\r\n\r\n");
     if (headEnd < 0) {
         return;
@@ -114,6 +124,11 @@ void ScriptedHttpServer::read(QTcpSocket *socket, Connection &connection)
         return;
     }
     ReceivedRequest request{connection.bytes.first(headEnd + 2), {}};
+    if (answerAfter > 0 && connection.bytes.size() >= answerAfter) {
+        connection.isAnsweredEarly = true;
+        answer(socket, request);
+        return;
+    }
     const qsizetype length = request.header("Content-Length").toLongLong();
     if (connection.bytes.size() < headEnd + 4 + length) {
         return;
@@ -155,7 +170,13 @@ void ScriptedHttpServer::send(QTcpSocket *socket, ScriptedAnswer answer)
     const ScriptedAnswer::Piece piece = answer.pieces.takeFirst();
     QTimer::singleShot(piece.pauseBefore, socket, [socket, piece, answer] {
         socket->write(piece.bytes);
-        send(socket, answer);
+        if (socket->bytesToWrite() < mostWaiting) {
+            send(socket, answer);
+            return;
+        }
+        QObject::connect(
+            socket, &QTcpSocket::bytesWritten, socket, [socket, answer] { send(socket, answer); },
+            Qt::SingleShotConnection);
     });
 }
 

@@ -38,8 +38,9 @@ class ScriptedHttpServer final
 public:
     using Script = std::function<ScriptedAnswer(const ReceivedRequest &)>;
 
-    /// Starts to listen; `script` is called on the server's thread for every request.
-    explicit ScriptedHttpServer(Script script);
+    /// Starts to listen, on that port or on one that is free; `script` is called on the server's thread for
+    /// every request.
+    explicit ScriptedHttpServer(Script script, quint16 port = 0);
     Q_DISABLE_COPY_MOVE(ScriptedHttpServer)
     ~ScriptedHttpServer();
 
@@ -49,8 +50,12 @@ public:
     /// How many requests were begun, those without their whole body too.
     int headCount() const { return heads; }
     int connectionCount() const { return connections; }
+    /// How many bytes of answers have gone out.
+    qint64 sentBytes() const { return sent; }
     /// Closes every connection on which so much of a request has come; 0 for never.
     void hangUpAfterBytes(qsizetype count) { hangUpAfter = count; }
+    /// Answers as soon as so much of a request has come, and pays no heed to the rest of it; 0 for never.
+    void answerAfterBytes(qsizetype count) { answerAfter = count; }
 
     /// Keeps every answer back until so many requests wait for one; to be called before the first.
     void holdAnswersUntil(qsizetype count) { holdUntil = count; }
@@ -59,6 +64,7 @@ private:
     struct Connection {
         QByteArray bytes;
         bool headSeen = false;
+        bool isAnsweredEarly = false;
     };
 
     void listen();
@@ -70,10 +76,12 @@ private:
     const Script script;
     QThread thread;
     QObject context; ///< Lives in the thread.
-    quint16 port = 0;
+    quint16 port;
     std::atomic_int heads = 0;
     std::atomic_int connections = 0;
+    std::atomic<qint64> sent = 0;
     std::atomic<qsizetype> hangUpAfter = 0;
+    std::atomic<qsizetype> answerAfter = 0;
     std::atomic<qsizetype> holdUntil = 0;
     QList<std::function<void()>> held; ///< Used in the thread only.
     mutable QMutex mutex;

@@ -175,7 +175,7 @@ int ControlStyle::styleHint(StyleHint hint, const QStyleOption *option, const QW
     case SH_EtchDisabledText:
         return 0;
     case SH_LineEdit_PasswordCharacter:
-        return 0x2003; // A wide blank; SecretField draws the dots.
+        return 0x2003; // A wide blank; MaskedField draws the dots.
     default:
         return QProxyStyle::styleHint(hint, option, widget, returnData);
     }

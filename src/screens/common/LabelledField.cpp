@@ -2,8 +2,8 @@
 
 #include "platform/WellFormedText.h"
 #include "screens/common/Fonts.h"
+#include "screens/common/MaskedField.h"
 #include "screens/common/ReadingOrder.h"
-#include "screens/common/SecretField.h"
 
 #include <QFontMetrics>
 #include <QVBoxLayout>
@@ -12,11 +12,10 @@
 
 namespace quilmora
 {
-
 QLineEdit *makeTextField(const QString &accessibleName, const QString &placeholder, int pixelSize,
-                         QWidget *parent, bool isSecret)
+                         QWidget *parent, bool isMasked)
 {
-    QLineEdit *field = isSecret ? new SecretField{parent} : new QLineEdit{parent};
+    QLineEdit *field = isMasked ? new MaskedField{parent} : new QLineEdit{parent};
     field->setAccessibleName(accessibleName);
     field->setPlaceholderText(placeholder);
     field->setFont(systemFont(pixelSize));
@@ -35,7 +34,7 @@ QLineEdit *makeTextField(const QString &accessibleName, const QString &placehold
 
 LabelledField::LabelledField(const Texts &texts, const Look &look, QWidget *parent)
     : QWidget{parent},
-      input{makeTextField(texts.label, texts.placeholder, look.fieldPixelSize, this, look.isSecret)}
+      input{makeTextField(texts.label, texts.placeholder, look.fieldPixelSize, this, look.isMasked)}
 {
     auto *hint = new TextLabel{texts.hint, look.hint, this};
     hint->setWordWrap(true);

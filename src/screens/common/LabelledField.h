@@ -25,7 +25,7 @@ public:
         TextLabel::Style label;
         int fieldPixelSize;
         TextLabel::Style hint;
-        bool isSecret = false; ///< Whether it shows dots for what is typed.
+        bool isMasked = false; ///< Whether it shows dots for what is typed, and tells nobody of it.
     };
 
     LabelledField(const Texts &texts, const Look &look, QWidget *parent = nullptr);
@@ -42,6 +42,6 @@ private:
 
 /// A text field in the application's look, with the system font at that size.
 QLineEdit *makeTextField(const QString &accessibleName, const QString &placeholder, int pixelSize,
-                         QWidget *parent, bool isSecret = false);
+                         QWidget *parent, bool isMasked = false);
 
 } // namespace quilmora

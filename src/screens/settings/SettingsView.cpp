@@ -26,13 +26,13 @@ constexpr int cardPadding = 20;
 constexpr int groupSpacing = 18;
 
 LabelledField *makeField(const QString &label, const QString &placeholder, const QString &hint,
-                         bool isSecret = false)
+                         bool isMasked = false)
 {
     return new LabelledField{{label, placeholder, hint},
                              {.label = {13, QFont::Medium},
                               .fieldPixelSize = 12,
                               .hint = {11, QFont::Normal, ColorRole::secondaryText},
-                              .isSecret = isSecret}};
+                              .isMasked = isMasked}};
 }
 
 } // namespace

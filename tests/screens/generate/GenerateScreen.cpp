@@ -17,10 +17,11 @@ namespace quilmora::test
 
 GenerateScreen::GenerateScreen() : GenerateScreen{answerWithPicture()} {}
 
-GenerateScreen::GenerateScreen(ScriptedHttpServer::Script script)
+GenerateScreen::GenerateScreen(ScriptedHttpServer::Script script, ImageGeneratorService::IdleLimits limits)
     : server{std::move(script)},
       database{userFolders::applicationSupport() + u"/Quilmora"_s, coversFolder::path()},
       storage{coversFolder::path()},
+      generator{limits},
       flow{CoverGenerationFlow::create(database, storage, generator)},
       view{std::make_unique<GenerateCoverView>(flow, panels)}
 {

@@ -26,7 +26,7 @@ class GenerateScreen final
 public:
     /// With a server that answers every request with a small picture.
     GenerateScreen();
-    explicit GenerateScreen(ScriptedHttpServer::Script script);
+    explicit GenerateScreen(ScriptedHttpServer::Script script, ImageGeneratorService::IdleLimits limits = {});
     Q_DISABLE_COPY_MOVE(GenerateScreen)
     ~GenerateScreen() = default;
 

@@ -1,4 +1,4 @@
-#include "screens/common/SecretField.h"
+#include "screens/common/MaskedField.h"
 
 #include "screens/common/Fonts.h"
 #include "support/ScreenCapture.h"
@@ -19,7 +19,7 @@ struct Dot {
 };
 
 /// The runs of text colour on the field's middle line.
-QList<Dot> dotsIn(const SecretField &field, const QImage &picture)
+QList<Dot> dotsIn(const MaskedField &field, const QImage &picture)
 {
     QList<Dot> dots;
     const int y = picture.height() / 2;
@@ -40,7 +40,7 @@ QList<Dot> dotsIn(const SecretField &field, const QImage &picture)
 
 } // namespace
 
-class SecretFieldTest final : public QObject
+class MaskedFieldTest final : public QObject
 {
     Q_OBJECT
 
@@ -55,18 +55,18 @@ private Q_SLOTS:
 private:
     QList<Dot> dots() const { return dotsIn(*field, screenCapture::capture(field.get())); }
 
-    std::unique_ptr<SecretField> field;
+    std::unique_ptr<MaskedField> field;
 };
 
-void SecretFieldTest::init()
+void MaskedFieldTest::init()
 {
-    field = std::make_unique<SecretField>();
+    field = std::make_unique<MaskedField>();
     field->setFont(systemFont(12));
     field->setTextMargins(4, 0, 4, 0);
     field->resize(200, 26);
 }
 
-void SecretFieldTest::everyCharacterIsADotOfTheSameSize()
+void MaskedFieldTest::everyCharacterIsADotOfTheSameSize()
 {
     field->setText(u"钥i中W"_s);
     const QList<Dot> shown = dots();
@@ -78,12 +78,12 @@ void SecretFieldTest::everyCharacterIsADotOfTheSameSize()
     QCOMPARE(shown[2].left - shown[1].left, shown[1].left - shown[0].left);
 }
 
-void SecretFieldTest::anEmptyFieldHasNoDots()
+void MaskedFieldTest::anEmptyFieldHasNoDots()
 {
     QCOMPARE(dots().size(), 0);
 }
 
-void SecretFieldTest::aLongTextIsScrolledToTheCursorAndStaysInsideTheField()
+void MaskedFieldTest::aLongTextIsScrolledToTheCursorAndStaysInsideTheField()
 {
     field->setText(QString{100, u'k'});
     const QList<Dot> atEnd = dots();
@@ -100,7 +100,7 @@ void SecretFieldTest::aLongTextIsScrolledToTheCursorAndStaysInsideTheField()
     QCOMPARE(atStart.constFirst().width, atStart[1].width);
 }
 
-void SecretFieldTest::selectedDotsAreDrawnInTheColourOfSelectedText()
+void MaskedFieldTest::selectedDotsAreDrawnInTheColourOfSelectedText()
 {
     QPalette colours = field->palette();
     colours.setColor(QPalette::Text, Qt::black);
@@ -119,7 +119,7 @@ void SecretFieldTest::selectedDotsAreDrawnInTheColourOfSelectedText()
     QVERIFY(green >= 3);
 }
 
-void SecretFieldTest::aMegabyteIsDrawnToo()
+void MaskedFieldTest::aMegabyteIsDrawnToo()
 {
     field->setMaxLength(2'000'000);
     field->setText(QString{1'000'000, u'k'});
@@ -128,7 +128,7 @@ void SecretFieldTest::aMegabyteIsDrawnToo()
 
 int main(int argc, char *argv[])
 {
-    return runScreenTest<SecretFieldTest>(argc, argv);
+    return runScreenTest<MaskedFieldTest>(argc, argv);
 }
 
-#include "SecretFieldTest.moc"
+#include "MaskedFieldTest.moc"

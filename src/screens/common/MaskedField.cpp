@@ -1,0 +1,118 @@
+#include "screens/common/MaskedField.h"
+
+#include <QAccessibleWidget>
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QStyle>
+#include <QStyleOptionFrame>
+
+#include <algorithm>
+#include <mutex>
+
+namespace quilmora
+{
+namespace
+{
+
+/// Of the height of the font.
+constexpr double dotDiameter = 0.5;
+
+/// What screen readers are told of a MaskedField: that it is one, and how many dots it shows. Having no text
+/// interface, it is no object of the events in which the toolkit tells of changed texts.
+class MaskedFieldAccessible final : public QAccessibleWidget
+{
+public:
+    explicit MaskedFieldAccessible(MaskedField &shown)
+        : QAccessibleWidget{&shown, QAccessible::EditableText},
+          field{shown}
+    {
+    }
+    Q_DISABLE_COPY_MOVE(MaskedFieldAccessible)
+
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.editable = true;
+        state.passwordEdit = true;
+        return state;
+    }
+    QString text(QAccessible::Text kind) const override
+    {
+        return kind == QAccessible::Value ? QString{field.displayText().size(), u'•'}
+                                          : QAccessibleWidget::text(kind);
+    }
+
+protected:
+    ~MaskedFieldAccessible() override = default;
+
+private:
+    const MaskedField &field;
+};
+
+QAccessibleInterface *makeAccessible(const QString & /*className*/, QObject *object)
+{
+    auto *field = qobject_cast<MaskedField *>(object);
+    return field != nullptr ? new MaskedFieldAccessible{*field} : nullptr;
+}
+
+} // namespace
+
+MaskedField::MaskedField(QWidget *parent) : QLineEdit{parent}
+{
+    static std::once_flag installed;
+    std::call_once(installed, [] { QAccessible::installFactory(makeAccessible); });
+    setEchoMode(QLineEdit::Password);
+}
+
+QVariant MaskedField::inputMethodQuery(Qt::InputMethodQuery query) const
+{
+    switch (query) {
+    case Qt::ImSurroundingText:
+    case Qt::ImTextBeforeCursor:
+    case Qt::ImTextAfterCursor:
+    case Qt::ImCurrentSelection:
+        return QString{};
+    default:
+        return QLineEdit::inputMethodQuery(query);
+    }
+}
+
+QRect MaskedField::textArea() const
+{
+    QStyleOptionFrame option;
+    initStyleOption(&option);
+    return style()->subElementRect(QStyle::SE_LineEditContents, &option, this) - textMargins();
+}
+
+void MaskedField::paintEvent(QPaintEvent *event)
+{
+    QLineEdit::paintEvent(event);
+    const QString blanks = displayText();
+    if (blanks.isEmpty()) {
+        return;
+    }
+    const double advance = QFontMetricsF{font()}.horizontalAdvance(blanks.front());
+    const QRect cursor = cursorRect();
+    // The text starts where the cursor would stand at its beginning, outside the field once it has been
+    // scrolled.
+    const double start = cursor.x() + cursor.width() / 2.0 - cursorPosition() * advance;
+    const double radius = font().pixelSize() * dotDiameter / 2;
+    const double middle = QRectF{rect()}.center().y();
+
+    const QRect area = textArea();
+    const auto first = std::max<qsizetype>(0, static_cast<qsizetype>((area.left() - start) / advance) - 1);
+    const auto last = std::min(blanks.size(), static_cast<qsizetype>((area.right() - start) / advance) + 2);
+
+    QPainter painter{this};
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setClipRect(area);
+    painter.setPen(Qt::NoPen);
+    for (qsizetype i = first; i < last; ++i) {
+        const bool isSelected = i >= selectionStart() && i < selectionEnd();
+        painter.setBrush(palette().brush(isSelected ? QPalette::HighlightedText : QPalette::Text));
+        painter.drawEllipse(QPointF{start + (static_cast<double>(i) + 0.5) * advance, middle}, radius,
+                            radius);
+    }
+}
+
+} // namespace quilmora
