@@ -17,5 +17,5 @@ build_preset fuzz "${subject}Fuzzer" fuzz_corpus
 folder=build/fuzz/found/${subject,,}
 mkdir -p "$folder"
 export QT_QPA_PLATFORM=offscreen ASAN_OPTIONS=detect_leaks=0
-build/fuzz/tests/fuzz/"${subject}Fuzzer" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 \
+build/fuzz/tests/fuzz/"${subject}Fuzzer" -max_total_time="$seconds" -timeout=60 -rss_limit_mb=2048 \
     -close_fd_mask=3 -print_final_stats=1 -artifact_prefix=build/fuzz/found/ "$folder" "build/fuzz/tests/fuzz/seeds/${subject,,}"

@@ -201,4 +201,10 @@ qsizetype ScriptedHttpServer::requestCount() const
     return requests().size();
 }
 
+void ScriptedHttpServer::forgetRequests()
+{
+    const QMutexLocker lock{&mutex};
+    received.clear();
+}
+
 } // namespace quilmora::test

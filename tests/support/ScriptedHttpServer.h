@@ -47,6 +47,8 @@ public:
     QUrl url(const QString &path = QStringLiteral("/api/v3/images/generations")) const;
     QList<ReceivedRequest> requests() const;
     qsizetype requestCount() const;
+    /// Forgets what has come so far.
+    void forgetRequests();
     /// How many requests were begun, those without their whole body too.
     int headCount() const { return heads; }
     int connectionCount() const { return connections; }
