@@ -20,7 +20,7 @@
 #include <qpa/qplatformaccessibility.h>
 #include <qpa/qplatformintegration.h>
 
-#include <functional>
+#include <memory>
 #include <private/qguiapplication_p.h>
 #include <utility>
 
@@ -71,6 +71,26 @@ void listen(QAccessibleEvent *event)
     }
 }
 
+/// What the server answers next; told by the test and asked for by the server's thread.
+class NextAnswer final
+{
+public:
+    void set(const ScriptedAnswer &next)
+    {
+        const QMutexLocker lock{&mutex};
+        answer = next;
+    }
+    ScriptedAnswer get()
+    {
+        const QMutexLocker lock{&mutex};
+        return answer;
+    }
+
+private:
+    QMutex mutex;
+    ScriptedAnswer answer;
+};
+
 } // namespace
 
 /// Where the key can be seen: in the settings' masked field and in the requests to the host of the settings.
@@ -114,11 +134,9 @@ private:
 
     QuilmoraApp &application;
     const TemporaryHome &home;
-    QMutex mutex;
-    ScriptedAnswer next; ///< Of the server.
-    ScriptedHttpServer server{[this](const ReceivedRequest &) {
-        const QMutexLocker lock{&mutex};
-        return next;
+    const std::shared_ptr<NextAnswer> next = std::make_shared<NextAnswer>();
+    ScriptedHttpServer server{[next = next](const ReceivedRequest &) {
+        return next->get();
     }};
 };
 
@@ -234,7 +252,7 @@ void KeySecrecyTest::faultsShowNothing_data()
     QTest::addColumn<ScriptedAnswer>("answer");
     const QByteArray error = R"({"error":{"code":"AuthenticationError","message":"the key is not valid"}})";
     QTest::newRow("refusal") << ScriptedAnswer::whole(error, "401 Unauthorized");
-    for (const char *scheme : {"Basic realm=\"x\"", "Digest realm=\"x\", nonce=\"a\"", "NTLM", "Negotiate"}) {
+    for (const char *scheme : {R"(Basic realm="x")", R"(Digest realm="x", nonce="a")", "NTLM", "Negotiate"}) {
         QTest::newRow(scheme) << ScriptedAnswer::whole(error, "401 Unauthorized",
                                                        QByteArray{"WWW-Authenticate: "} + scheme + "\r\n");
     }
@@ -249,10 +267,7 @@ void KeySecrecyTest::faultsShowNothing_data()
 void KeySecrecyTest::faultsShowNothing()
 {
     QFETCH(const ScriptedAnswer, answer);
-    {
-        const QMutexLocker lock{&mutex};
-        next = answer;
-    }
+    next->set(answer);
     const qsizetype before = server.requestCount();
     generateUntil(u"生成失败"_s);
     lookEverywhere();
@@ -281,11 +296,8 @@ void KeySecrecyTest::otherHostsAreSentNothing()
         return ScriptedAnswer::whole(samplePictures::png(samplePictures::picture({64, 36})));
     }};
     const QByteArray address = other.url(u"/cover.png"_s).toEncoded();
-    {
-        const QMutexLocker lock{&mutex};
-        next = isRedirect ? ScriptedAnswer::redirect(307, address)
-                          : ScriptedAnswer::whole(R"({"data":[{"url":")" + address + R"("}]})");
-    }
+    next->set(isRedirect ? ScriptedAnswer::redirect(307, address)
+                         : ScriptedAnswer::whole(R"({"data":[{"url":")" + address + R"("}]})"));
     generateUntil(isRedirect ? u"生成失败"_s : u"生成成功"_s);
     lookEverywhere();
     QCOMPARE(other.requestCount(), isRedirect ? 0 : 1);

@@ -54,6 +54,7 @@ class ProgramSecrecyTest final : public QObject
 private Q_SLOTS:
     void initTestCase();
     void nothingOnScreenHoldsTheKey();
+    void whatTheServiceQuotesIsShownAsItIs();
     void whatItWritesDoesNotHoldTheKey_data();
     void whatItWritesDoesNotHoldTheKey();
 
@@ -61,7 +62,10 @@ private:
     void lookEverywhere();
 
     TemporaryHome home;
-    ScriptedHttpServer server{[left = answers()](const ReceivedRequest &) mutable {
+    ScriptedHttpServer server{[left = answers()](const ReceivedRequest &request) mutable {
+        if (request.body.contains("quote me")) {
+            return ScriptedAnswer::whole(request.header("Authorization"), "401 Unauthorized");
+        }
         const QByteArray picture = samplePictures::png(samplePictures::picture({64, 36}));
         return left.isEmpty()
                    ? ScriptedAnswer::whole(R"({"data":[{"b64_json":")" + picture.toBase64() + R"("}]})")
@@ -130,6 +134,16 @@ void ProgramSecrecyTest::nothingOnScreenHoldsTheKey()
         QCOMPARE(request.header("Authorization"), "Bearer " + key);
         QVERIFY(!givesAway(request.path() + request.body));
     }
+}
+
+void ProgramSecrecyTest::whatTheServiceQuotesIsShownAsItIs()
+{
+    // The service's words are not the program's to change; it only has to keep them to the screen.
+    QVERIFY(desktop->act(u"生成封面"_s));
+    QTRY_VERIFY(desktop->setText(u"视频封面标题文本"_s, u"quote me"_s));
+    QTRY_VERIFY(desktop->isUsable(u"开始生成封面"_s));
+    QVERIFY(desktop->act(u"开始生成封面"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(desktop->isShowing(u"Bearer "_s + QString::fromLatin1(key)), 30000);
 }
 
 void ProgramSecrecyTest::whatItWritesDoesNotHoldTheKey_data()

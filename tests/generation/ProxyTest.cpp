@@ -147,7 +147,7 @@ void ProxyTest::aProxyThatLetsNothingThroughIsTold_data()
 
 void ProxyTest::aProxyThatLetsNothingThroughIsTold()
 {
-    QFETCH(const ScriptedAnswer, answer);
+    QFETCH(ScriptedAnswer, answer);
     QFETCH(const QString, text);
     const ScriptedHttpServer proxy{[answer](const auto &) {
         return answer;

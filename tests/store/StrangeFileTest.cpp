@@ -52,7 +52,8 @@ Make fileOf(const QByteArray &bytes)
     };
 }
 
-/// What lies at `path`: its kind, and the contents of a file.
+/// What lies at `path`: its kind and its owner's rights (those of others are taken away in the database's
+/// place), and the contents of a file.
 QByteArray described(const QString &path)
 {
     struct stat entry {
@@ -60,7 +61,7 @@ QByteArray described(const QString &path)
     if (lstat(QFile::encodeName(path).constData(), &entry) != 0) {
         return "nothing";
     }
-    QByteArray text = QByteArray::number(entry.st_mode, 8);
+    QByteArray text = QByteArray::number(entry.st_mode & ~static_cast<mode_t>(S_IRWXG | S_IRWXO), 8);
     QFile file{path};
     if (S_ISREG(entry.st_mode) && file.open(QIODevice::ReadOnly)) {
         text += ' ' + file.readAll();

@@ -107,7 +107,8 @@ ScriptedAnswer ScriptedAnswer::flood(qint64 size, const QByteArray &head)
     const QByteArray block(1'000'000, 'x');
     ScriptedAnswer answer{{{head}}};
     for (qint64 left = size; left > 0; left -= block.size()) {
-        answer.pieces.append({left < block.size() ? block.first(left) : block});
+        // With a breath in between, as even the fastest network takes one.
+        answer.pieces.append({left < block.size() ? block.first(left) : block, std::chrono::milliseconds{1}});
     }
     return answer;
 }
