@@ -54,7 +54,9 @@ bool HistoryScreen::waitUntilFilled()
     if (grid() != nullptr) {
         grid()->viewport()->repaint();
     }
-    return QTest::qWaitFor([this] { return grid() == nullptr || grid()->isFilled(); });
+    // Slow machines and instrumented programs take their time.
+    constexpr int patience = 60'000;
+    return QTest::qWaitFor([this] { return grid() == nullptr || grid()->isFilled(); }, patience);
 }
 
 qint64 HistoryScreen::addRow(const QString &prompt, const QString &imagePath, double createdAt,
