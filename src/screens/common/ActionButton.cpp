@@ -67,7 +67,7 @@ void ActionButton::paintBackground(QPainter &painter) const
     if (look.kind == Kind::prominent) {
         painter.fillPath(outline, themeColor(ColorRole::accent));
     } else if (look.kind == Kind::bordered) {
-        painter.fillPath(outline, themeColor(ColorRole::controlBackground));
+        painter.fillPath(outline, themeColor(ColorRole::buttonBackground));
         painter.strokePath(outline, QPen{themeColor(ColorRole::controlBorder), lineWidth});
     }
     if (isDown()) {

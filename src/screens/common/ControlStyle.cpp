@@ -32,7 +32,7 @@ void drawPushButton(QPainter &painter, const QStyleOptionButton &option)
     const double lineWidth = isDefault ? 0 : grid.lineWidth(1);
     const QPainterPath outline =
         continuousRoundedRect(insideLine(grid.aligned(option.rect), lineWidth), cornerRadius);
-    painter.fillPath(outline, themeColor(isDefault ? ColorRole::accent : ColorRole::controlBackground));
+    painter.fillPath(outline, themeColor(isDefault ? ColorRole::accent : ColorRole::buttonBackground));
     if (!isDefault) {
         painter.strokePath(outline, QPen{themeColor(ColorRole::controlBorder), lineWidth});
     }

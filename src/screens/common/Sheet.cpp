@@ -39,7 +39,7 @@ QBitmap shapeOf(const QRect &bounds)
 /// there.
 QPoint placeOver(const QWidget &window, QSize size)
 {
-    const QRect over = window.frameGeometry();
+    const QRect over = window.geometry();
     const QRect screen = window.screen()->availableGeometry();
     const int room = over.height() - size.height();
     const bool isSmall = 2 * size.height() < over.height();

@@ -38,6 +38,8 @@ QColor schemeColor(ColorRole role, bool dark)
     switch (role) {
     case ColorRole::windowBackground:
         return QColor{dark ? 0x323232U : 0xECECECU};
+    case ColorRole::buttonBackground:
+        return QColor{dark ? 0x5A5A5AU : 0xFFFFFFU};
     case ColorRole::controlBackground:
     case ColorRole::textBackground:
         return QColor{dark ? 0x1E1E1EU : 0xFFFFFFU};

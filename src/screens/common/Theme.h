@@ -17,6 +17,7 @@ class SystemColorScheme;
 enum class ColorRole {
     windowBackground,
     controlBackground,
+    buttonBackground, ///< Of bordered buttons: raised from the window, not sunken like a field.
     textBackground,
     accent,
     primaryText,

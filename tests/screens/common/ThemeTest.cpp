@@ -87,6 +87,7 @@ void ThemeTest::everyRoleHasItsColourInBothSchemes_data()
         row(name, role, color, color);
     };
     row("window background", ColorRole::windowBackground, hex(0xECECEC), hex(0x323232));
+    row("button background", ColorRole::buttonBackground, hex(0xFFFFFF), hex(0x5A5A5A));
     row("control background", ColorRole::controlBackground, hex(0xFFFFFF), hex(0x1E1E1E));
     row("text background", ColorRole::textBackground, hex(0xFFFFFF), hex(0x1E1E1E));
     row("accent", ColorRole::accent, hex(0x007AFF), hex(0x0A84FF));
@@ -165,6 +166,8 @@ void ThemeTest::textsStandOutFromTheirBackgrounds_data()
                                    ColorRole::textBackground};
     QTest::newRow("primary text") << ColorRole::primaryText << grounds;
     QTest::newRow("secondary text") << ColorRole::secondaryText << grounds;
+    QTest::newRow("button's title") << ColorRole::primaryText
+                                    << QList<ColorRole>{ColorRole::buttonBackground};
     const QList<ColorRole> selected{ColorRole::selectedFill};
     QTest::newRow("selected") << ColorRole::selectedPrimaryText << selected;
     QTest::newRow("selected, secondary") << ColorRole::selectedSecondaryText << selected;
