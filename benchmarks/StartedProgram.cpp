@@ -1,5 +1,7 @@
 #include "StartedProgram.h"
 
+#include "platform/Console.h"
+
 #include <QDir>
 #include <QFile>
 
@@ -127,6 +129,7 @@ void StartedProgram::waitUntilIdle() const
         before = now;
         std::this_thread::sleep_for(quietTime);
     }
+    console::printLine(u"%1 does not come to rest; its memory is that of now."_s.arg(process.program()));
 }
 
 double StartedProgram::proportionalMemory() const
