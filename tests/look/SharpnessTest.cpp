@@ -1,6 +1,7 @@
 #include "PaintRecord.h"
 #include "SceneRun.h"
 #include "screens/common/ProgressSpinner.h"
+#include "screens/common/Scrim.h"
 #include "screens/common/ShadowGround.h"
 #include "screens/history/HistoryGrid.h"
 #include "support/ScreenTest.h"
@@ -75,7 +76,8 @@ QStringList complaintsAbout(QWidget *widget)
     const PaintRecord record = PaintRecord::of(widget);
     QStringList complaints;
     // Shadows are soft.
-    const bool drawsShadows = dynamic_cast<ShadowGround *>(widget) != nullptr;
+    const bool drawsShadows =
+        dynamic_cast<ShadowGround *>(widget) != nullptr || dynamic_cast<Scrim *>(widget) != nullptr;
     for (const PaintRecord::Picture &picture : record.pictures) {
         if (!drawsShadows && !isOnPixels(picture)) {
             complaints += u"a picture of %1 x %2 pixels is drawn at %3"_s.arg(picture.source.width())

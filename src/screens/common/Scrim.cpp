@@ -1,5 +1,7 @@
 #include "screens/common/Scrim.h"
 
+#include "screens/common/Shadow.h"
+#include "screens/common/Shapes.h"
 #include "screens/common/Sheet.h"
 #include "screens/common/Theme.h"
 
@@ -9,7 +11,9 @@
 namespace quilmora
 {
 
-Scrim::Scrim(const Sheet &sheet) : QWidget{sheet.parentWidget()->window()}
+Scrim::Scrim(const Sheet &sheet)
+    : QWidget{sheet.parentWidget()->window()},
+      placeOfSheet{parentWidget()->mapFromGlobal(sheet.pos()), sheet.size()}
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setGeometry(parentWidget()->rect());
@@ -30,8 +34,12 @@ bool Scrim::eventFilter(QObject *watched, QEvent *event)
 
 void Scrim::paintEvent(QPaintEvent * /*event*/)
 {
+    constexpr double blurRadius = 24;
+    constexpr QPointF offset{0, 8};
     QPainter painter{this};
     painter.fillRect(rect(), themeColor(ColorRole::scrim));
+    const Shadow shadow{themeColor(ColorRole::sheetShadow), blurRadius, offset};
+    shadow.draw(painter, roundedRect(placeOfSheet, Sheet::cornerRadius));
 }
 
 } // namespace quilmora

@@ -111,9 +111,17 @@ int Shadow::reach() const
     return static_cast<int>(std::ceil(blurRadius * 1.6));
 }
 
+double Shadow::resolution(double devicePixelRatio) const
+{
+    // Nobody sees the pixels of a very soft shadow, and it is mostly a large one.
+    constexpr double softBlur = 20;
+    return blurRadius < softBlur ? devicePixelRatio : 0.5;
+}
+
 void Shadow::draw(QPainter &painter, const QPainterPath &shape) const
 {
-    const double ratio = painter.device()->devicePixelRatioF();
+    const double deviceRatio = painter.device()->devicePixelRatioF();
+    const double ratio = resolution(deviceRatio);
     const QRectF bounds = shape.boundingRect();
     const QString key = u"shadow:%1:%2:%3x%4:%5:%6"_s.arg(color.name(QColor::HexArgb))
                             .arg(blurRadius)
@@ -126,7 +134,11 @@ void Shadow::draw(QPainter &painter, const QPainterPath &shape) const
         blurred = blurredShape(*this, shape, ratio);
         QPixmapCache::insert(key, blurred);
     }
-    painter.drawPixmap(bounds.topLeft() - QPointF(reach(), reach()) + offset, blurred);
+    painter.save();
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, ratio != deviceRatio);
+    const QPointF corner = bounds.topLeft() - QPointF(reach(), reach()) + offset;
+    painter.drawPixmap(QRectF{corner, blurred.deviceIndependentSize()}, blurred, blurred.rect());
+    painter.restore();
 }
 
 } // namespace quilmora

@@ -21,6 +21,9 @@ struct Shadow {
 
     /// Draws the shadow of `shape`. The blurred picture is kept for the next time.
     void draw(QPainter &painter, const QPainterPath &shape) const;
+
+private:
+    double resolution(double devicePixelRatio) const;
 };
 
 } // namespace quilmora

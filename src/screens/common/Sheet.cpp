@@ -58,12 +58,21 @@ Sheet::Sheet(QWidget *parent) : QDialog{parent, Qt::Sheet | Qt::FramelessWindowH
     setWindowModality(Qt::WindowModal);
 }
 
-QPainterPath Sheet::ground(const QRectF &bounds)
+void Sheet::paintGround(QWidget &widget, const QColor &color)
 {
-    QPainterPath whole;
-    whole.addRect(bounds);
-    // Where the window is cut to shape, softened corners would let a line of its background through.
-    return cutsItsShape() ? whole : roundedRect(bounds, cornerRadius);
+    QPainter painter{&widget};
+    painter.setRenderHint(QPainter::Antialiasing);
+    const PixelGrid grid{painter};
+    const QRectF bounds = grid.aligned(widget.rect());
+    if (cutsItsShape()) {
+        // Softened corners would let a line of the window's background through.
+        painter.fillRect(bounds, color);
+    } else {
+        painter.fillPath(roundedRect(bounds, cornerRadius), color);
+    }
+    const double lineWidth = grid.lineWidth(1);
+    painter.strokePath(roundedRect(insideLine(bounds, lineWidth), cornerRadius - lineWidth / 2),
+                       QPen{themeColor(ColorRole::controlBorder), lineWidth});
 }
 
 void Sheet::showEvent(QShowEvent *event)
@@ -82,17 +91,9 @@ void Sheet::showEvent(QShowEvent *event)
 
 void Sheet::paintEvent(QPaintEvent * /*event*/)
 {
-    if (!paintsGround) {
-        return;
+    if (paintsGround) {
+        paintGround(*this, themeColor(ColorRole::windowBackground));
     }
-    QPainter painter{this};
-    painter.setRenderHint(QPainter::Antialiasing);
-    const PixelGrid grid{painter};
-    const QRectF bounds = grid.aligned(rect());
-    const double lineWidth = grid.lineWidth(1);
-    painter.fillPath(ground(bounds), themeColor(ColorRole::windowBackground));
-    painter.strokePath(roundedRect(insideLine(bounds, lineWidth), cornerRadius - lineWidth / 2),
-                       QPen{themeColor(ColorRole::controlBorder), lineWidth});
 }
 
 } // namespace quilmora

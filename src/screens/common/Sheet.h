@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QDialog>
-#include <QPainterPath>
 
 namespace quilmora
 {
@@ -25,8 +24,8 @@ public:
     /// light or too dark.
     void leaveGroundToContent() { paintsGround = false; }
 
-    /// The shape to be painted by a content that covers a sheet of these bounds.
-    static QPainterPath ground(const QRectF &bounds);
+    /// Paints a sheet's ground and the hairline along its edge on a widget that covers one.
+    static void paintGround(QWidget &widget, const QColor &color);
 
 protected:
     void showEvent(QShowEvent *event) override;

@@ -125,6 +125,8 @@ QColor Theme::color(ColorRole role) const
         return rgb(0.1, 0.1, 0.1);
     case ColorRole::step:
         return rgb(0.18, 0.72, 0.45);
+    case ColorRole::sheetShadow:
+        return black(0.35);
     case ColorRole::pictureShadow:
         return black(0.1);
     case ColorRole::gradientButtonShadow:

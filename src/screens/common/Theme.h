@@ -46,6 +46,7 @@ enum class ColorRole {
     onBackdropSecondary,
     previewPictureShadow,
     scrim, ///< Laid over a window below its sheet.
+    sheetShadow,
     toastBackground,
     toastText,
 };

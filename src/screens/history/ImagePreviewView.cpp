@@ -5,7 +5,6 @@
 #include "screens/common/Fonts.h"
 #include "screens/common/GradientButton.h"
 #include "screens/common/PictureView.h"
-#include "screens/common/PixelGrid.h"
 #include "screens/common/ReadingOrder.h"
 #include "screens/common/Sheet.h"
 #include "screens/common/SymbolButton.h"
@@ -13,7 +12,6 @@
 
 #include <QFontMetrics>
 #include <QMouseEvent>
-#include <QPainter>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -179,12 +177,7 @@ void ImagePreviewView::saveImage()
 
 void ImagePreviewView::paintEvent(QPaintEvent *event)
 {
-    {
-        QPainter painter{this};
-        painter.setRenderHint(QPainter::Antialiasing);
-        const QPainterPath outline = Sheet::ground(PixelGrid{painter}.aligned(rect()));
-        painter.fillPath(outline, ground());
-    }
+    Sheet::paintGround(*this, ground());
     ShadowGround::paintEvent(event);
 }
 

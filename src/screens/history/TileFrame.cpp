@@ -36,7 +36,9 @@ void TileFrame::prepare(QSizeF size, double lineWidth, double devicePixelRatio)
         painter.fillPath(continuousRoundedRect(square, radius), look.groundColor);
     });
     outlinePixmap = drawn(look.pixels, devicePixelRatio, [&](QPainter &painter, const QRectF &square) {
-        const QPainterPath line = continuousRoundedRect(insideLine(square, lineWidth), radius);
+        // Its outer side is the edge of the picture below it.
+        const QPainterPath line =
+            continuousRoundedRect(insideLine(square, lineWidth), radius - lineWidth / 2);
         painter.strokePath(line, QPen{look.lineColor, lineWidth});
     });
 }

@@ -111,6 +111,7 @@ void ThemeTest::everyRoleHasItsColourInBothSchemes_data()
     fixed("selected chip text", ColorRole::selectedChipText, screenCapture::srgb(0.1, 0.1, 0.1));
     fixed("step", ColorRole::step, screenCapture::srgb(0.18, 0.72, 0.45));
     fixed("picture shadow", ColorRole::pictureShadow, screenCapture::srgb(0, 0, 0, 0.1));
+    fixed("sheet shadow", ColorRole::sheetShadow, screenCapture::srgb(0, 0, 0, 0.35));
     fixed("gradient button shadow", ColorRole::gradientButtonShadow,
           screenCapture::srgb(0.45, 0.35, 0.95, 0.25));
 }
