@@ -2,6 +2,7 @@
 # Makes everything that is drawn from AppLogo.svg, beside it:
 #
 #   AppLogo.png     the logo inside the window, which rounds its corners itself
+#   AppLogo-N.png   the same N pixels wide, quicker to read where it is shown small
 #   hicolor/        the application's icon for Linux desktops, by size
 #   Quilmora.icns   the application's icon for macOS
 #
@@ -48,6 +49,9 @@ render() {
 }
 
 render AppLogo.svg 512 AppLogo.png
+for size in 64 128; do
+    render AppLogo.svg "$size" "AppLogo-$size.png"
+done
 
 mkdir -p hicolor/scalable/apps
 icon 32 >"hicolor/scalable/apps/$icon_name.svg"

@@ -6,6 +6,8 @@
 #include "support/ScreenCapture.h"
 #include "support/ScreenTest.h"
 
+#include <QFile>
+
 using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
@@ -23,6 +25,8 @@ private Q_SLOTS:
     void withoutBothTheSymbolIsTaken();
     void anUnreadableAssetFallsThroughToTheSymbol();
     void theApplicationsOwnAssetIsThere();
+    void aSmallLogoIsReadFromTheSmallAsset();
+    void ofTheApplicationsAssetEverySizeLooksAlike();
     void theFileIsReadAnewEveryTime();
     void thePictureIsSharpFittedAndRound();
 
@@ -101,6 +105,34 @@ void LogoImageTest::theApplicationsOwnAssetIsThere()
     const QImage ours = logoPixmap(28, 6, 1.0, {}).toImage();
     QVERIFY(ours != logo({}, home->path(u"none.png"_s)));
     QCOMPARE(middle(ours).alpha(), 255);
+}
+
+void LogoImageTest::aSmallLogoIsReadFromTheSmallAsset()
+{
+    const QString asset = plainFile(u"asset.png"_s, Qt::blue);
+    plainFile(u"asset-64.png"_s, Qt::red);
+    plainFile(u"asset-128.png"_s, Qt::green);
+    QCOMPARE(middle(logo({}, asset, 1.0)), QColor(Qt::red));
+    QCOMPARE(middle(logo({}, asset, 2.0)), QColor(Qt::green));
+    QCOMPARE(middle(logo({}, asset, 3.0)), QColor(Qt::blue));
+}
+
+void LogoImageTest::ofTheApplicationsAssetEverySizeLooksAlike()
+{
+    const QString alone = home->path(u"alone.png"_s);
+    QVERIFY(QFile::copy(logoAssetPath(), alone));
+    for (const double ratio : {1.0, 2.0}) {
+        const QImage fromSmall = logo({}, logoAssetPath(), ratio);
+        const QImage fromLarge = logo({}, alone, ratio);
+        QVERIFY(fromSmall != fromLarge);
+        for (int y = 0; y < fromSmall.height(); ++y) {
+            for (int x = 0; x < fromSmall.width(); ++x) {
+                constexpr int tolerance = 24;
+                QVERIFY(screenCapture::isClose(fromSmall.pixelColor(x, y), fromLarge.pixelColor(x, y),
+                                               tolerance));
+            }
+        }
+    }
 }
 
 void LogoImageTest::theFileIsReadAnewEveryTime()
