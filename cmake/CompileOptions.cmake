@@ -15,15 +15,16 @@ target_compile_definitions(quilmora_options INTERFACE
   QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 
 # Clazy looks at what is compiled anyway, which costs a tenth of what a run of its own does. A folder may choose other
-# checks by setting QUILMORA_CLAZY_CHECKS before its targets.
+# checks, or none, by setting QUILMORA_CLAZY_CHECKS before its targets.
 if(QUILMORA_CLAZY AND NOT APPLE)
   find_library(CLAZY_PLUGIN ClazyPlugin.so REQUIRED)
   mark_as_advanced(CLAZY_PLUGIN)
   set(QUILMORA_CLAZY_CHECKS level1)
   define_property(TARGET PROPERTY QUILMORA_CLAZY_CHECKS INITIALIZE_FROM_VARIABLE QUILMORA_CLAZY_CHECKS)
+  set(checks $<TARGET_PROPERTY:QUILMORA_CLAZY_CHECKS>)
   target_compile_options(quilmora_options INTERFACE
-    -fplugin=${CLAZY_PLUGIN} "SHELL:-Xclang -add-plugin -Xclang clazy"
-    "SHELL:-Xclang -plugin-arg-clazy -Xclang $<TARGET_PROPERTY:QUILMORA_CLAZY_CHECKS>")
+    "$<$<BOOL:${checks}>:SHELL:-fplugin=${CLAZY_PLUGIN} -Xclang -add-plugin -Xclang clazy>"
+    "$<$<BOOL:${checks}>:SHELL:-Xclang -plugin-arg-clazy -Xclang ${checks}>")
 endif()
 
 if(QUILMORA_SANITIZERS)
