@@ -69,8 +69,8 @@ private:
     bool isInside = false;
 };
 
-/// A picture that a service did not compress: large to receive and to decode, but soon written, so that the time of
-/// writing can be taken off without leaving more of its noise than there is to measure.
+/// A picture that a service did not compress: large to receive and to decode, but soon written, so that the
+/// time of writing can be taken off without leaving more of its noise than there is to measure.
 QByteArray largeCover()
 {
     QImage cover{3200, 2500, QImage::Format_RGB888};
