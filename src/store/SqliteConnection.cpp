@@ -24,6 +24,13 @@ bool hasEndlessJournal(const QString &path)
     return journal.exists() && !journal.isFile() && !journal.isDir();
 }
 
+QString keepingTheMark(QByteArrayView utf8)
+{
+    QStringDecoder decoder{QStringDecoder::Utf8,
+                           QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom};
+    return decoder(utf8);
+}
+
 } // namespace
 
 SqliteStatement::SqliteStatement(sqlite3_stmt *prepared) : statement{prepared} {}
@@ -44,10 +51,10 @@ QString SqliteStatement::text(int column) const
 {
     const auto *bytes =
         static_cast<const char *>(static_cast<const void *>(sqlite3_column_text(statement.get(), column)));
-    // The usual conversion takes a first character without width for a mark of the encoding and drops it.
-    QStringDecoder decoder{QStringDecoder::Utf8,
-                           QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom};
-    QString text = decoder(QByteArrayView{bytes, sqlite3_column_bytes(statement.get(), column)});
+    const QByteArrayView utf8{bytes, sqlite3_column_bytes(statement.get(), column)};
+    // The usual conversion, which is quicker, takes a first character without width for a mark of the
+    // encoding and drops it.
+    QString text = utf8.startsWith("\xEF\xBB\xBF") ? keepingTheMark(utf8) : QString::fromUtf8(utf8);
     // The conversion reserves a character for every byte, three times what a Chinese text needs.
     text.squeeze();
     return text;
