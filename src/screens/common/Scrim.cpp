@@ -38,6 +38,9 @@ void Scrim::paintEvent(QPaintEvent * /*event*/)
     constexpr QPointF offset{0, 8};
     QPainter painter{this};
     painter.fillRect(rect(), themeColor(ColorRole::scrim));
+    // Below a large sheet most of the shadow would be drawn for nobody.
+    constexpr int corner = static_cast<int>(Sheet::cornerRadius);
+    painter.setClipRegion(QRegion{rect()} - placeOfSheet.adjusted(corner, corner, -corner, -corner));
     const Shadow shadow{themeColor(ColorRole::sheetShadow), blurRadius, offset};
     shadow.draw(painter, roundedRect(placeOfSheet, Sheet::cornerRadius));
 }
