@@ -17,3 +17,5 @@ install(DIRECTORY ${PROJECT_SOURCE_DIR}/resources/logo/hicolor DESTINATION ${CMA
   FILES_MATCHING PATTERN ${QUILMORA_IDENTIFIER}.*)
 install(FILES ${linux_files}/quilmora.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES ${linux_sources}/copyright DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/quilmora)
+
+include(${CMAKE_CURRENT_LIST_DIR}/DebianPackage.cmake)
