@@ -1,6 +1,6 @@
 # Sourced by ./run, ./test and .ci/run: installs the system packages that are missing.
 #
-#   install_packages GROUP...   with the groups build, run, display, test, bench and lint
+#   install_packages GROUP...   with the groups build, run, display, test, bench, lint and package
 
 # Names separated by "|" are alternatives: the first one that the system offers is taken.
 apt_packages() {
@@ -12,6 +12,7 @@ apt_packages() {
     bench) echo "libxcb1-dev" ;;
     test) echo "openssl at-spi2-core dbus libatspi2.0-dev qt6-base-private-dev libspng-dev liblodepng-dev pngcheck mold" ;;
     lint) echo "clang clang-format clang-tidy clazy" ;;
+    package) echo "dpkg-dev desktop-file-utils appstream lintian" ;;
     esac
 }
 

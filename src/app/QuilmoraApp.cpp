@@ -9,6 +9,7 @@
 #include "screens/common/SystemFilePanels.h"
 #include "screens/common/Theme.h"
 #include "screens/generate/GenerateCoverView.h"
+#include "screens/help/BuildTexts.h"
 #include "screens/help/HelpView.h"
 #include "screens/history/HistoryListView.h"
 #include "screens/history/ThumbnailCache.h"
@@ -36,7 +37,7 @@ QIcon iconOfWindows()
 {
     QIcon icon;
     for (const int side : {32, 64, 128}) {
-        icon.addFile(u":/icons/%1x%1/apps/app.quilmora.Quilmora.png"_s.arg(side), {side, side});
+        icon.addFile(u":/icons/%1x%1/apps/%2.png"_s.arg(side).arg(buildTexts::identifier), {side, side});
     }
     return icon;
 }
@@ -68,7 +69,7 @@ QuilmoraApp::QuilmoraApp(int &argc, char **argv)
 {
     installChineseCatalogue(*this);
     setApplicationName(u"Quilmora"_s);
-    setDesktopFileName(u"app.quilmora.Quilmora"_s);
+    setDesktopFileName(buildTexts::identifier.toString());
     QNetworkProxyFactory::setUseSystemConfiguration(true);
 #ifndef Q_OS_MACOS
     setStyle(new ControlStyle);

@@ -142,6 +142,7 @@ void QuilmoraAppTest::startingOpensNoDatabaseAndNoWindow()
     QVERIFY(!QFile::exists(databaseFile()));
     QVERIFY(!QFile::exists(home.path(u"Pictures/Quilmora"_s)));
     QCOMPARE(QGuiApplication::applicationDisplayName(), u"Quilmora"_s);
+    QCOMPARE(QGuiApplication::desktopFileName(), u"app.quilmora.Quilmora"_s);
     for (const int side : {32, 64, 128}) {
         QVERIFY(QGuiApplication::windowIcon().availableSizes().contains({side, side}));
         QCOMPARE(QGuiApplication::windowIcon().pixmap(QSize{side, side}, 1.0).size(), QSize(side, side));

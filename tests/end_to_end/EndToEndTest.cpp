@@ -14,7 +14,8 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-/// The program as a user starts it, against the bundled image service.
+/// The program as a user starts it, against the bundled image service. QUILMORA_TESTED_PROGRAM may name
+/// another one than that of this build, an installed one for instance.
 class EndToEndTest final : public QObject
 {
     Q_OBJECT
@@ -63,7 +64,8 @@ void EndToEndTest::initTestCase()
     environment.insert(u"QT_LINUX_ACCESSIBILITY_ALWAYS_ON"_s, u"1"_s);
     program.setProcessEnvironment(environment);
     program.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    program.start(QStringLiteral(QUILMORA_PROGRAM), QStringList{});
+    program.start(qEnvironmentVariable("QUILMORA_TESTED_PROGRAM", QStringLiteral(QUILMORA_PROGRAM)),
+                  QStringList{});
     QVERIFY(program.waitForStarted());
     QTRY_VERIFY_WITH_TIMEOUT(desktop->isShowing(u"视频封面标题文本"_s), 30000);
 }
