@@ -132,7 +132,9 @@ QList<QuitTest::State> QuitTest::states()
             {"the form is filled", &QuitTest::formFilled, closing},
             {"a photo is being chosen", &QuitTest::choosingPhoto, closing, closing},
             {"the request is being sent", &QuitTest::uploading, key},
+#ifndef QUILMORA_SIGNALS_ARE_HELD
             {"the service's name is looked up", &QuitTest::lookingUpName, closing},
+#endif
             {"the service is silent", &QuitTest::waitingForAnswer, key},
             {"the answer is coming", &QuitTest::takingAnswer, closing},
             {"the picture's address is silent", &QuitTest::fetchingPicture, key},
