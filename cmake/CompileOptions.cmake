@@ -31,4 +31,7 @@ if(QUILMORA_SANITIZERS)
   target_compile_options(quilmora_options INTERFACE
     -fsanitize=${QUILMORA_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(quilmora_options INTERFACE -fsanitize=${QUILMORA_SANITIZERS})
+  if(QUILMORA_SANITIZERS MATCHES "thread")
+    include(cmake/ThreadSanitizer.cmake)
+  endif()
 endif()

@@ -10,7 +10,7 @@ apt_packages() {
     run) echo "ca-certificates fonts-noto-cjk qt6-image-formats-plugins qt6-qpa-plugins" ;;
     display) echo "xvfb" ;;
     bench) echo "libxcb1-dev" ;;
-    test) echo "openssl at-spi2-core dbus libatspi2.0-dev qt6-base-private-dev libspng-dev liblodepng-dev pngcheck mold" ;;
+    test) echo "openssl at-spi2-core dbus libatspi2.0-dev qt6-base-private-dev libxcb1-dev libspng-dev liblodepng-dev pngcheck mold" ;;
     lint) echo "clang clang-format clang-tidy clazy" ;;
     package) echo "dpkg-dev desktop-file-utils appstream lintian" ;;
     esac

@@ -55,7 +55,7 @@ ImageGeneratorService::ImageGeneratorService(IdleLimits limits)
 
 ImageGeneratorService::~ImageGeneratorService()
 {
-    stop();
+    endThreads();
 }
 
 ImageGeneratorService &ImageGeneratorService::shared()
@@ -72,10 +72,23 @@ ImageGeneratorService &ImageGeneratorService::shared()
 void ImageGeneratorService::stop()
 {
     stopSignal.stop();
+    if (sessionThread.isRunning()) {
+        // In its turn: answers that have come go to the decoders before.
+        QMetaObject::invokeMethod(session, [this] { sessionThread.quit(); });
+        sessionThread.wait();
+    }
+    endThreads();
+    // The results on their way here.
+    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
+    completions.clear();
+}
+
+void ImageGeneratorService::endThreads()
+{
+    stopSignal.stop();
     sessionThread.quit();
     sessionThread.wait();
     decoders.waitForDone();
-    completions.clear();
 }
 
 void ImageGeneratorService::generateImage(const QString &prompt, qint64 width, qint64 height,
@@ -106,6 +119,9 @@ void ImageGeneratorService::generateImage(const QString &prompt, qint64 width, q
 void ImageGeneratorService::post(quint64 job, const HttpSession::Request &request)
 {
     QMetaObject::invokeMethod(session, [this, job, request] {
+        if (stopSignal.isStopped()) {
+            return;
+        }
         session->post(request, [this, job](const HttpOutcome &outcome) {
             // On a thread of its own: reading a picture's address would hold up the other requests here.
             decoders.start([this, job, outcome] { decode(job, outcome); });
@@ -129,7 +145,9 @@ void ImageGeneratorService::decode(quint64 job, const HttpOutcome &outcome)
 
 void ImageGeneratorService::complete(quint64 job, const GenerationResult &result)
 {
-    if (const GenerationCompletion completion = completions.take(job)) {
+    // Once stopped, nobody is there any more to be told of an error.
+    const bool isWanted = !stopSignal.isStopped() || std::holds_alternative<QImage>(result);
+    if (const GenerationCompletion completion = completions.take(job); completion && isWanted) {
         completion(result);
     }
 }

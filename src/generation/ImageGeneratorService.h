@@ -33,7 +33,7 @@ public:
 
     explicit ImageGeneratorService(IdleLimits limits);
     ImageGeneratorService() : ImageGeneratorService{IdleLimits{}} {}
-    /// Drops what is still under way.
+    /// Drops what is still under way and calls no completion.
     ~ImageGeneratorService() override;
 
     /// The one instance of the running application; it stops when the application ends.
@@ -46,11 +46,13 @@ public:
                        const QList<QImage> &referenceImages, const VolcengineConfig &config,
                        const GenerationCompletion &completion);
 
-    /// Drops everything under way and ends the threads; no completion is called any more, and no further
-    /// request is sent.
+    /// Drops every request under way, sends no further one and ends the threads. Covers that have come by
+    /// then are paid for: they go to their completions before this returns. No other completion is called any
+    /// more.
     void stop();
 
 private:
+    void endThreads();
     void post(quint64 job, const HttpSession::Request &request);
     void decode(quint64 job, const HttpOutcome &outcome);
     void complete(quint64 job, const GenerationResult &result);

@@ -93,9 +93,7 @@ void CoverGenerationFlowTest::aFailureKeepsTheFormerPicture()
 {
     start();
     QTRY_COMPARE(states.size(), 2);
-    script = [](const ReceivedRequest &) {
-        return refusal();
-    };
+    answerWith([](const ReceivedRequest &) { return refusal(); });
     start();
     QCOMPARE(flow->generatedImage().size(), QSize(32, 24));
     QTRY_COMPARE(states.mid(2), QStringList({u"generating"_s, u"failure: [C] m"_s}));
@@ -124,11 +122,11 @@ void CoverGenerationFlowTest::aCoverThatCannotBeStoredIsStillASuccess()
 
 void CoverGenerationFlowTest::twoAtOnceWriteTheStateAsTheirAnswersArrive()
 {
-    script = [](const ReceivedRequest &request) {
+    answerWith([](const ReceivedRequest &request) {
         return request.body.contains("slow")
                    ? ScriptedAnswer::whole(pictureAnswer()).after(std::chrono::milliseconds{300})
                    : refusal();
-    };
+    });
     server->holdAnswersUntil(2);
     CoverInputs slow = sampleInputs();
     slow.titleText = u"slow"_s;

@@ -8,6 +8,7 @@
 #include "store/ImageStorageService.h"
 #include "support/TemporaryHome.h"
 
+#include <QMutex>
 #include <QObject>
 
 #include <memory>
@@ -49,6 +50,11 @@ protected:
     {
         database->saveConfig(url, key, model);
     }
+    void answerWith(const ScriptedHttpServer::Script &wanted)
+    {
+        const QMutexLocker lock{&mutex};
+        script = wanted;
+    }
     void start(const CoverInputs &inputs = sampleInputs()) { flow->startGeneration(inputs); }
 
     std::optional<TemporaryHome> home;
@@ -57,8 +63,11 @@ protected:
     std::optional<ImageGeneratorService> generator;
     std::shared_ptr<CoverGenerationFlow> flow;
     std::unique_ptr<ScriptedHttpServer> server;
-    ScriptedHttpServer::Script script; ///< Used by the server's thread; set before a start.
-    QStringList states;                ///< As they were told.
+    QStringList states; ///< As they were told.
+
+private:
+    QMutex mutex;
+    ScriptedHttpServer::Script script; ///< Used by the server's thread too.
 
 private Q_SLOTS:
     void init()
@@ -68,11 +77,11 @@ private Q_SLOTS:
         database.emplace(home->path(u"data"_s), covers);
         storage.emplace(covers);
         generator.emplace();
-        script = [](const ReceivedRequest &) {
-            return ScriptedAnswer::whole(pictureAnswer());
-        };
-        server = std::make_unique<ScriptedHttpServer>(
-            [this](const ReceivedRequest &request) { return script(request); });
+        answerWith([](const ReceivedRequest &) { return ScriptedAnswer::whole(pictureAnswer()); });
+        server = std::make_unique<ScriptedHttpServer>([this](const ReceivedRequest &request) {
+            const QMutexLocker lock{&mutex};
+            return script(request);
+        });
         saveConfig(server->url().toString());
         flow = CoverGenerationFlow::create(*database, *storage, *generator);
         states.clear();

@@ -22,6 +22,16 @@ void generate(ImageGeneratorService &service, const ScriptedHttpServer &server, 
                           results.collect());
 }
 
+/// Asks for a cover and waits until the whole answer has been taken, without a turn of this thread's events.
+void generateAndTakeAnswer(ImageGeneratorService &service, const ScriptedHttpServer &server, Results &results)
+{
+    generate(service, server, results);
+    QCoreApplication::processEvents();
+    while (server.requestCount() == 0 || server.openConnections() > 0) {
+        QThread::yieldCurrentThread();
+    }
+}
+
 /// Lets everything that is still on its way to this thread arrive.
 void drain()
 {
@@ -40,7 +50,10 @@ class ServiceStopTest final : public QObject
 private Q_SLOTS:
     void requestsAndDownloadsUnderWayAreDropped();
     void aRequestNotYetSentIsNeverSent();
-    void anAnswerOnItsWayIsDropped();
+    void anAnswerOnItsWayComesInTimeOrNotAtAll();
+    void aCoverThatHadComeIsHandedOver();
+    void anErrorThatHadComeIsDropped();
+    void destroyingHandsNothingOver();
     void aStoppedServiceSendsNothing();
     void stoppingTwiceAndDestroyingAreQuiet();
     void whatTheCompletionOwnsIsLetGoOnTheMainThread();
@@ -87,7 +100,7 @@ void ServiceStopTest::aRequestNotYetSentIsNeverSent()
     QCOMPARE(server.connectionCount(), 0);
 }
 
-void ServiceStopTest::anAnswerOnItsWayIsDropped()
+void ServiceStopTest::anAnswerOnItsWayComesInTimeOrNotAtAll()
 {
     auto answered = std::make_shared<std::atomic_bool>(false);
     ScriptedHttpServer server{[answered](const auto &) {
@@ -110,9 +123,55 @@ void ServiceStopTest::anAnswerOnItsWayIsDropped()
             QThread::yieldCurrentThread();
         }
         service.stop();
+        const qsizetype count = results.all.size();
+        QVERIFY(count == 0 || (count == 1 && results.isPicture()));
         drain();
-        QCOMPARE(results.all.size(), 0);
+        QCOMPARE(results.all.size(), count);
     }
+}
+
+void ServiceStopTest::aCoverThatHadComeIsHandedOver()
+{
+    ScriptedHttpServer server{[](const auto &) {
+        return ScriptedAnswer::keptAlive(pictureAnswer({2000, 1500}));
+    }};
+    ImageGeneratorService service;
+    Results results;
+    generateAndTakeAnswer(service, server, results);
+    QCOMPARE(results.all.size(), 0);
+    service.stop();
+    QCOMPARE(results.all.size(), 1);
+    QCOMPARE(results.picture().size(), QSize(2000, 1500));
+    QCOMPARE(results.threads.constFirst(), QThread::currentThread());
+    drain();
+    QCOMPARE(results.all.size(), 1);
+}
+
+void ServiceStopTest::anErrorThatHadComeIsDropped()
+{
+    ScriptedHttpServer server{[](const auto &) {
+        return ScriptedAnswer::keptAlive("Bad Gateway");
+    }};
+    ImageGeneratorService service;
+    Results results;
+    generateAndTakeAnswer(service, server, results);
+    service.stop();
+    drain();
+    QCOMPARE(results.all.size(), 0);
+}
+
+void ServiceStopTest::destroyingHandsNothingOver()
+{
+    ScriptedHttpServer server{[](const auto &) {
+        return ScriptedAnswer::keptAlive(pictureAnswer());
+    }};
+    Results results;
+    {
+        ImageGeneratorService service;
+        generateAndTakeAnswer(service, server, results);
+    }
+    drain();
+    QCOMPARE(results.all.size(), 0);
 }
 
 void ServiceStopTest::aStoppedServiceSendsNothing()

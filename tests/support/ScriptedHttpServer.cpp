@@ -100,11 +100,15 @@ void ScriptedHttpServer::listen()
 void ScriptedHttpServer::accept(QTcpSocket *socket)
 {
     ++connections;
+    ++open;
     auto connection = std::make_shared<Connection>();
     QObject::connect(socket, &QTcpSocket::readyRead, &context,
                      [this, socket, connection] { read(socket, *connection); });
     QObject::connect(socket, &QTcpSocket::bytesWritten, &context, [this](qint64 count) { sent += count; });
-    QObject::connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+    QObject::connect(socket, &QTcpSocket::disconnected, &context, [this, socket] {
+        --open;
+        socket->deleteLater();
+    });
 }
 
 void ScriptedHttpServer::read(QTcpSocket *socket, Connection &connection)

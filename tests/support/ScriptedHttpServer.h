@@ -52,6 +52,8 @@ public:
     /// How many requests were begun, those without their whole body too.
     int headCount() const { return heads; }
     int connectionCount() const { return connections; }
+    /// How many of them are open now.
+    int openConnections() const { return open; }
     /// How many bytes of answers have gone out.
     qint64 sentBytes() const { return sent; }
     /// Closes every connection on which so much of a request has come; 0 for never.
@@ -81,6 +83,7 @@ private:
     quint16 port;
     std::atomic_int heads = 0;
     std::atomic_int connections = 0;
+    std::atomic_int open = 0;
     std::atomic<qint64> sent = 0;
     std::atomic<qsizetype> hangUpAfter = 0;
     std::atomic<qsizetype> answerAfter = 0;

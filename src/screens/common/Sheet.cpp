@@ -9,6 +9,7 @@
 #include <QGuiApplication>
 #include <QPainter>
 #include <QScreen>
+#include <QShortcut>
 #include <QShowEvent>
 
 #include <algorithm>
@@ -56,6 +57,12 @@ Sheet::Sheet(QWidget *parent) : QDialog{parent, Qt::Sheet | Qt::FramelessWindowH
     setAttribute(Qt::WA_DeleteOnClose);
     setAttribute(Qt::WA_TranslucentBackground, !cutsItsShape());
     setWindowModality(Qt::WindowModal);
+    // The window's own key does not reach it meanwhile.
+    const auto *quit = new QShortcut{QKeySequence{Qt::CTRL | Qt::Key_Q}, this};
+    connect(quit, &QShortcut::activated, this, [this] {
+        close();
+        parentWidget()->window()->close();
+    });
 }
 
 void Sheet::paintGround(QWidget &widget, const QColor &color)

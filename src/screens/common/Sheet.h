@@ -6,7 +6,7 @@ namespace quilmora
 {
 
 /// A panel with rounded corners over a window, modal to it, in the middle of its upper part. Closed by Escape
-/// and by code; deletes itself when it is closed.
+/// and by code, and with the window by the key that quits; deletes itself when it is closed.
 class Sheet : public QDialog
 {
     Q_OBJECT

@@ -1,0 +1,170 @@
+// Tells the thread sanitizer where the toolkit hands work from one thread to another. The toolkit is not
+// compiled with the sanitizer, which sees none of its locks: whatever one thread prepares and another one is
+// given would look like a race. Each of these functions takes the place of one that our code calls
+// (cmake/ThreadSanitizer.cmake), does what that one does, and says which moment comes before which other one:
+// only what the toolkit promises, between the two threads concerned. Everything else is watched as ever.
+//
+// One more function takes the place of the sanitizer's own, which fails where a new process shares the memory
+// of the old one until it has become another program.
+
+#include <QDeadlineTimer>
+#include <QObject>
+#include <QThread>
+#include <QThreadPool>
+
+#include <cstdarg>
+#include <dlfcn.h>
+#include <functional>
+#include <sanitizer/tsan_interface.h>
+#include <utility>
+
+// The toolkit's functions by the names that the linker knows.
+#define INVOKE                                                                                               \
+    "_ZN11QMetaObject16invokeMethodImplEP7QObjectPN9QtPrivate15QSlotObjectBaseEN2Qt14ConnectionTypeEPv"
+#define CONNECT                                                                                              \
+    "_ZN7QObject11connectImplEPKS_PPvS1_S3_"                                                                 \
+    "PN9QtPrivate15QSlotObjectBaseEN2Qt14ConnectionTypeEPKiPK11QMetaObject"
+#define START_THREAD "_ZN7QThread5startENS_8PriorityE"
+#define WAIT_FOR_THREAD "_ZN7QThread4waitE14QDeadlineTimer"
+#define START_TASK "_ZN11QThreadPool5startESt8functionIFvvEEi"
+#define WAIT_FOR_TASKS "_ZN11QThreadPool11waitForDoneEi"
+
+namespace quilmora::test::threadHandOvers
+{
+
+using Slot = QtPrivate::QSlotObjectBase;
+using Task = std::function<void()>;
+
+bool reallyInvoke(QObject *object, Slot *slot, Qt::ConnectionType type, void *result) asm("__real_" INVOKE);
+QMetaObject::Connection reallyConnect(const QObject *sender, void **signal, const QObject *receiver,
+                                      void **function, Slot *slot, Qt::ConnectionType type, const int *types,
+                                      const QMetaObject *metaObject) asm("__real_" CONNECT);
+void reallyStart(QThread *thread, QThread::Priority priority) asm("__real_" START_THREAD);
+bool reallyWait(QThread *thread, QDeadlineTimer deadline) asm("__real_" WAIT_FOR_THREAD);
+void reallyStart(QThreadPool *pool, Task task, int priority) asm("__real_" START_TASK);
+bool reallyWait(QThreadPool *pool, int milliseconds) asm("__real_" WAIT_FOR_TASKS);
+
+bool invoke(QObject *object, Slot *slot, Qt::ConnectionType type, void *result) asm("__wrap_" INVOKE);
+QMetaObject::Connection connect(const QObject *sender, void **signal, const QObject *receiver,
+                                void **function, Slot *slot, Qt::ConnectionType type, const int *types,
+                                const QMetaObject *metaObject) asm("__wrap_" CONNECT);
+void start(QThread *thread, QThread::Priority priority) asm("__wrap_" START_THREAD);
+bool wait(QThread *thread, QDeadlineTimer deadline) asm("__wrap_" WAIT_FOR_THREAD);
+void start(QThreadPool *pool, Task task, int priority) asm("__wrap_" START_TASK);
+bool wait(QThreadPool *pool, int milliseconds) asm("__wrap_" WAIT_FOR_TASKS);
+
+namespace
+{
+
+/// A slot that another thread may call or destroy. What was done before it was handed over comes before each
+/// call, and each call before the slot's destruction and before the end of a wait for the call.
+class HandedOverSlot final : public Slot
+{
+public:
+    HandedOverSlot(Slot *slot, void *waiting) : Slot{&HandedOverSlot::operate}, inner{slot}, waiter{waiting}
+    {
+        __tsan_release(this);
+    }
+
+private:
+    static void operate(int operation, Slot *slot, QObject *receiver, void **arguments, bool *isSame)
+    {
+        auto *const self = static_cast<HandedOverSlot *>(slot);
+        __tsan_acquire(self);
+        if (operation == Destroy) {
+            self->inner->destroyIfLastRef();
+            delete self;
+        } else if (operation == Call) {
+            self->inner->call(receiver, arguments);
+            if (self->waiter != nullptr) {
+                __tsan_release(self->waiter);
+            }
+            __tsan_release(self);
+        } else {
+            *isSame = self->inner->compare(arguments);
+        }
+    }
+
+    Slot *const inner;
+    void *const waiter; ///< Stands for whoever waits for the call, if anybody does.
+};
+
+} // namespace
+
+bool invoke(QObject *object, Slot *slot, Qt::ConnectionType type, void *result)
+{
+    if (type != Qt::BlockingQueuedConnection) {
+        return reallyInvoke(object, new HandedOverSlot{slot, nullptr}, type, result);
+    }
+    char waiter = 0;
+    const bool isDone = reallyInvoke(object, new HandedOverSlot{slot, &waiter}, type, result);
+    __tsan_acquire(&waiter);
+    return isDone;
+}
+
+QMetaObject::Connection connect(const QObject *sender, void **signal, const QObject *receiver,
+                                void **function, Slot *slot, Qt::ConnectionType type, const int *types,
+                                const QMetaObject *metaObject)
+{
+    // What the signal carries is not spoken of here: nothing of ours sends signals to other threads.
+    return reallyConnect(sender, signal, receiver, function, new HandedOverSlot{slot, nullptr}, type, types,
+                         metaObject);
+}
+
+void start(QThread *thread, QThread::Priority priority)
+{
+    // What comes before the start, the sanitizer knows: it sees how threads are made.
+    QObject::connect(
+        thread, &QThread::finished, thread, [thread] { __tsan_release(thread); },
+        static_cast<Qt::ConnectionType>(Qt::DirectConnection | Qt::SingleShotConnection));
+    reallyStart(thread, priority);
+}
+
+bool wait(QThread *thread, QDeadlineTimer deadline)
+{
+    const bool hasFinished = reallyWait(thread, deadline);
+    if (hasFinished) {
+        __tsan_acquire(thread);
+    }
+    return hasFinished;
+}
+
+void start(QThreadPool *pool, Task task, int priority)
+{
+    // Owned by itself, so that it is destroyed before the end is told.
+    auto *const handedOver = new Task{std::move(task)};
+    __tsan_release(handedOver);
+    reallyStart(
+        pool,
+        [pool, handedOver] {
+            __tsan_acquire(handedOver);
+            (*handedOver)();
+            delete handedOver;
+            __tsan_release(pool);
+        },
+        priority);
+}
+
+bool wait(QThreadPool *pool, int milliseconds)
+{
+    const bool areDone = reallyWait(pool, milliseconds);
+    if (areDone) {
+        __tsan_acquire(pool);
+    }
+    return areDone;
+}
+
+} // namespace quilmora::test::threadHandOvers
+
+extern "C" int clone(int (*child)(void *), void *stack, int flags, void *argument, ...)
+{
+    using Clone = int(int (*)(void *), void *, int, void *, void *, void *, void *);
+    static auto *const really = reinterpret_cast<Clone *>(dlsym(RTLD_NEXT, "clone"));
+    va_list more;
+    va_start(more, argument);
+    void *const parentId = va_arg(more, void *);
+    void *const storage = va_arg(more, void *);
+    void *const childId = va_arg(more, void *);
+    va_end(more);
+    return really(child, stack, flags, argument, parentId, storage, childId);
+}
