@@ -2,6 +2,7 @@
 
 #include "screens/common/Symbol.h"
 
+#include <QFile>
 #include <QFontMetricsF>
 #include <QPaintDevice>
 #include <QPaintEngine>
@@ -136,6 +137,10 @@ QRectF Drawing::placeOf(const QString &text) const
 
 QRectF Drawing::symbol(const QString &name, int pixelSize, QFont::Weight weight, const QColor &color) const
 {
+    if (!QFile::exists(u":/symbols/"_s + name + u".svg"_s)) {
+        // Drawn as nothing, like any other that is missing.
+        return {};
+    }
     constexpr double sidePerTextSize = 1.3;
     const int side = qRound(pixelSize * sidePerTextSize);
     const QImage expected = Symbol::pixmap(name, side, color, 1.0, weight).toImage();

@@ -12,8 +12,8 @@ namespace quilmora
 
 class SystemColorScheme;
 
-/// What a colour is for. Roles down to `green` differ between the light and the dark scheme, the others are
-/// fixed colours of the product.
+/// What a colour is for. Those of the system's own kind differ between the light and the dark scheme, the
+/// product's own are the same in both.
 enum class ColorRole {
     windowBackground,
     controlBackground,
