@@ -61,6 +61,20 @@ std::vector<Starts> startByTurns(WindowWatch &watch, int runs, const std::vector
     return starts;
 }
 
+struct Goals {
+    double time;
+    double memory;
+};
+
+/// The first of the two programs, which is ours, against the other.
+void reportAgainst(const QString &other, const std::vector<Starts> &starts, Goals goals)
+{
+    report(u"start to painted window, against "_s + other, median(starts[0].milliseconds),
+           median(starts[1].milliseconds), goals.time);
+    reportMemory(u"memory of the window, against "_s + other, median(starts[0].mebibytes),
+                 median(starts[1].mebibytes), goals.memory);
+}
+
 QString beside(const QString &program)
 {
     return QCoreApplication::applicationDirPath() + u'/' + program;
@@ -79,10 +93,7 @@ void reportAgainstBrowser(WindowWatch &watch, const Program &ours, const QString
                          home};
     constexpr int runs = 5;
     const auto starts = startByTurns(watch, runs, {ours, window});
-    report(u"start to painted window, against an empty browser window"_s, median(starts[0].milliseconds),
-           median(starts[1].milliseconds), 0.25);
-    reportMemory(u"memory of the window, against an empty browser window"_s, median(starts[0].mebibytes),
-                 median(starts[1].mebibytes), 0.2);
+    reportAgainst(u"an empty browser window"_s, starts, {0.25, 0.2});
 }
 
 } // namespace
@@ -101,10 +112,7 @@ void benchFirstWindow()
     const Program bare{beside(u"quilmora-bare-window"_s), {}, bareHome.path()};
     constexpr int runs = 15;
     const auto starts = startByTurns(watch, runs, {ours, bare});
-    report(u"start to painted window, against a bare window"_s, median(starts[0].milliseconds),
-           median(starts[1].milliseconds), 3.0);
-    reportMemory(u"memory of the window, against a bare window"_s, median(starts[0].mebibytes),
-                 median(starts[1].mebibytes), 2.0);
+    reportAgainst(u"a bare window"_s, starts, {3.0, 2.0});
     reportCount(u"bytes written to the disk by a start that finds nothing new"_s,
                 *std::max_element(starts[0].bytesWritten.begin(), starts[0].bytesWritten.end()), 0);
     reportAgainstBrowser(watch, ours, browserHome.path());

@@ -1,6 +1,7 @@
 #include "generation/ResponseParser.h"
 
-#include <QCoreApplication>
+#include <QImage>
+#include <QUrl>
 
 #include <cstdlib>
 
@@ -16,14 +17,6 @@ GenerationResult parse(const QByteArray &body)
 }
 
 } // namespace
-
-extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
-{
-    static const QCoreApplication application{*argc, *argv};
-    // The decoders' complaints would slow everything down.
-    qInstallMessageHandler([](auto, const auto &, const auto &) {});
-    return 0;
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {

@@ -3,7 +3,6 @@
 
 #include <QBuffer>
 #include <QColorSpace>
-#include <QCoreApplication>
 
 #include <cstdlib>
 #include <vector>
@@ -62,13 +61,6 @@ void readRows(const QByteArray &bytes)
 }
 
 } // namespace
-
-extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
-{
-    static const QCoreApplication application{*argc, *argv};
-    qInstallMessageHandler([](auto, const auto &, const auto &) {});
-    return 0;
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
