@@ -25,6 +25,20 @@ using namespace std::chrono_literals;
 namespace
 {
 
+/// What the program said, but for one thing: the toolkit tells when this test, on the accessibility bus, has
+/// asked about something that went before the question came.
+QByteArray withoutLateAnswers(const QByteArray &said)
+{
+    QByteArray kept;
+    for (const QByteArray &line : said.split('\n')) {
+        if (!line.isEmpty() &&
+            !line.startsWith("qt.accessibility.atspi: WARNING Qt AtSpiAdaptor: Accessible invalid: ")) {
+            kept += line + '\n';
+        }
+    }
+    return kept;
+}
+
 /// Far longer than quitting takes, and far shorter than the service keeps waiting.
 constexpr int longest = 60'000;
 
@@ -161,8 +175,6 @@ void QuitTest::initTestCase()
     windows = std::make_unique<WindowManager>();
     environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
     environment.insert(u"QT_LINUX_ACCESSIBILITY_ALWAYS_ON"_s, u"1"_s);
-    // The toolkit's answer to a question of this test that came when what it asked about had just gone.
-    environment.insert(u"QT_LOGGING_RULES"_s, u"qt.accessibility.atspi.warning=false"_s);
     // Every desktop has one; the toolkit says so where there is none.
     const QString runtime = home.path(u"run"_s);
     QVERIFY(QDir{}.mkdir(runtime) &&
@@ -397,7 +409,7 @@ void QuitTest::quitting()
     if (QTest::currentTestFailed()) {
         return;
     }
-    QCOMPARE(program->readAllStandardError(), QByteArray{});
+    QCOMPARE(withoutLateAnswers(program->readAllStandardError()), QByteArray{});
     QCOMPARE(program->readAllStandardOutput(), QByteArray{});
     QCOMPARE(program->exitStatus(), QProcess::NormalExit);
     QCOMPARE(program->exitCode(), 0);
