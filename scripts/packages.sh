@@ -11,7 +11,7 @@ apt_packages() {
     display) echo "xvfb" ;;
     bench) echo "libxcb1-dev" ;;
     test) echo "openssl at-spi2-core dbus libatspi2.0-dev qt6-base-private-dev libxcb1-dev libspng-dev liblodepng-dev pngcheck mold" ;;
-    lint) echo "clang clang-format clang-tidy clazy" ;;
+    lint) echo "clang clang-format clang-tidy clazy libclang-dev llvm-dev" ;;
     package) echo "dpkg-dev desktop-file-utils appstream lintian" ;;
     esac
 }

@@ -56,7 +56,7 @@ private Q_SLOTS:
     void destroyingHandsNothingOver();
     void aStoppedServiceSendsNothing();
     void stoppingTwiceAndDestroyingAreQuiet();
-    void whatTheCompletionOwnsIsLetGoOnTheMainThread();
+    static void whatTheCompletionOwnsIsLetGoOnTheMainThread();
 };
 
 void ServiceStopTest::requestsAndDownloadsUnderWayAreDropped()

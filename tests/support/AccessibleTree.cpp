@@ -69,7 +69,7 @@ void describe(QAccessibleInterface *piece, int depth, QStringList &lines)
     }
     const bool silent = saysNothing(*piece);
     if (!silent) {
-        lines << QString(2 * depth, u' ') + lineFor(*piece);
+        lines << QString(qsizetype{2} * depth, u' ') + lineFor(*piece);
     }
     for (int index = 0; index < piece->childCount(); ++index) {
         describe(piece->child(index), silent ? depth : depth + 1, lines);

@@ -76,7 +76,7 @@ void AnnouncementTest::aRefusedPictureIsSaidEveryTime()
 {
     GenerateScreen screen;
     const QString path = screen.home.path(u"large.png"_s);
-    samplePictures::write(path, QByteArray(15 * 1024 * 1024, 'x'));
+    samplePictures::write(path, QByteArray(qsizetype{15} * 1024 * 1024, 'x'));
     auto *card = screen.find<QAbstractButton>(u"人脸形象（必填）"_s);
     const QString message = u"图片过大（15.0M），不能超过 10M"_s;
     for (int times = 1; times <= 2; ++times) {

@@ -9,7 +9,7 @@
 using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
-using std::chrono_literals::operator""ms;
+using namespace std::chrono_literals;
 
 /// What a tap on an address of the help screen does.
 class ContactCopyTest final : public QObject

@@ -4,7 +4,7 @@
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
-using std::chrono_literals::operator""h;
+using namespace std::chrono_literals;
 
 namespace quilmora::test
 {

@@ -18,7 +18,7 @@
 using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
-using std::chrono_literals::operator""h;
+using namespace std::chrono_literals;
 
 /// A toast while it is there.
 class ToastTest final : public QObject

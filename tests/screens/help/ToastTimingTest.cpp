@@ -13,8 +13,7 @@
 using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
-using std::chrono_literals::operator""h;
-using std::chrono_literals::operator""ms;
+using namespace std::chrono_literals;
 
 /// When a toast comes and goes.
 class ToastTimingTest final : public QObject
