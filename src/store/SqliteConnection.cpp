@@ -54,10 +54,7 @@ QString SqliteStatement::text(int column) const
     const QByteArrayView utf8{bytes, sqlite3_column_bytes(statement.get(), column)};
     // The usual conversion, which is quicker, takes a first character without width for a mark of the
     // encoding and drops it.
-    QString text = utf8.startsWith("\xEF\xBB\xBF") ? keepingTheMark(utf8) : QString::fromUtf8(utf8);
-    // The conversion reserves a character for every byte, three times what a Chinese text needs.
-    text.squeeze();
-    return text;
+    return utf8.startsWith("\xEF\xBB\xBF") ? keepingTheMark(utf8) : QString::fromUtf8(utf8);
 }
 
 qint64 SqliteStatement::integer(int column) const
