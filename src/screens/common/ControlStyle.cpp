@@ -7,12 +7,9 @@
 #include "screens/common/Theme.h"
 
 #include <QPainter>
-#include <QStyleFactory>
 #include <QStyleOption>
 
 #include <algorithm>
-
-using namespace Qt::StringLiterals;
 
 namespace quilmora
 {
@@ -59,8 +56,6 @@ void drawScrollBar(QPainter &painter, const QRect &thumb, bool active)
 
 } // namespace
 
-ControlStyle::ControlStyle() : QProxyStyle{QStyleFactory::create(u"Fusion"_s)} {}
-
 void ControlStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
                                  const QWidget *widget) const
 {
@@ -83,7 +78,7 @@ void ControlStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *o
     default:
         break;
     }
-    QProxyStyle::drawPrimitive(element, option, painter, widget);
+    MenuStyle::drawPrimitive(element, option, painter, widget);
 }
 
 void ControlStyle::drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
@@ -98,17 +93,17 @@ void ControlStyle::drawControl(ControlElement element, const QStyleOption *optio
         button->features.testFlag(QStyleOptionButton::DefaultButton)) {
         QStyleOptionButton onAccent{*button};
         onAccent.palette.setColor(QPalette::ButtonText, themeColor(ColorRole::onAccent));
-        QProxyStyle::drawControl(element, &onAccent, painter, widget);
+        MenuStyle::drawControl(element, &onAccent, painter, widget);
         return;
     }
-    QProxyStyle::drawControl(element, option, painter, widget);
+    MenuStyle::drawControl(element, option, painter, widget);
 }
 
 void ControlStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
                                       QPainter *painter, const QWidget *widget) const
 {
     if (control != CC_ScrollBar) {
-        QProxyStyle::drawComplexControl(control, option, painter, widget);
+        MenuStyle::drawComplexControl(control, option, painter, widget);
         return;
     }
     const auto *bar = qstyleoption_cast<const QStyleOptionSlider *>(option);
@@ -124,7 +119,7 @@ QRect ControlStyle::subControlRect(ComplexControl control, const QStyleOptionCom
 {
     const auto *bar = qstyleoption_cast<const QStyleOptionSlider *>(option);
     if (control != CC_ScrollBar || bar == nullptr) {
-        return QProxyStyle::subControlRect(control, option, subControl, widget);
+        return MenuStyle::subControlRect(control, option, subControl, widget);
     }
     // A bar without arrows: all of it is groove.
     const bool vertical = bar->orientation == Qt::Vertical;
@@ -163,7 +158,7 @@ int ControlStyle::pixelMetric(PixelMetric metric, const QStyleOption *option, co
     case PM_ButtonShiftVertical:
         return 0;
     default:
-        return QProxyStyle::pixelMetric(metric, option, widget);
+        return MenuStyle::pixelMetric(metric, option, widget);
     }
 }
 
@@ -177,7 +172,7 @@ int ControlStyle::styleHint(StyleHint hint, const QStyleOption *option, const QW
     case SH_LineEdit_PasswordCharacter:
         return 0x2003; // A wide blank; MaskedField draws the dots.
     default:
-        return QProxyStyle::styleHint(hint, option, widget, returnData);
+        return MenuStyle::styleHint(hint, option, widget, returnData);
     }
 }
 

@@ -1,19 +1,19 @@
 #pragma once
 
-#include <QProxyStyle>
+#include "screens/common/MenuStyle.h"
 
 namespace quilmora
 {
 
-/// How the toolkit's own controls are drawn: fields, push buttons of panels and scroll bars in the
-/// application's look. Not used on macOS, whose own style is right already.
-class ControlStyle final : public QProxyStyle
+/// How the toolkit's own controls are drawn: fields, push buttons of panels, scroll bars and
+/// menus in the application's look. Not used on macOS, whose own style is right already.
+class ControlStyle final : public MenuStyle
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(ControlStyle)
 
 public:
-    ControlStyle();
+    ControlStyle() = default;
     ~ControlStyle() override = default;
 
     void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,

@@ -1,12 +1,9 @@
 #include "screens/common/Sheet.h"
 
-#include "screens/common/PixelGrid.h"
 #include "screens/common/Scrim.h"
-#include "screens/common/Shapes.h"
 #include "screens/common/Theme.h"
+#include "screens/common/WindowGround.h"
 
-#include <QBitmap>
-#include <QGuiApplication>
 #include <QPainter>
 #include <QScreen>
 #include <QShortcut>
@@ -14,27 +11,10 @@
 
 #include <algorithm>
 
-using namespace Qt::StringLiterals;
-
 namespace quilmora
 {
 namespace
 {
-
-/// Translucent corners need a compositor there; a cut shape does not.
-bool cutsItsShape()
-{
-    return QGuiApplication::platformName() == u"xcb"_s;
-}
-
-QBitmap shapeOf(const QRect &bounds)
-{
-    QBitmap shape{bounds.size()};
-    shape.clear();
-    QPainter painter{&shape};
-    painter.fillPath(roundedRect(bounds, Sheet::cornerRadius), Qt::color1);
-    return shape;
-}
 
 /// Over the window's middle, small sheets a little higher, and not beyond the screen as long as they fit
 /// there.
@@ -55,7 +35,7 @@ QPoint placeOver(const QWidget &window, QSize size)
 Sheet::Sheet(QWidget *parent) : QDialog{parent, Qt::Sheet | Qt::FramelessWindowHint}
 {
     setAttribute(Qt::WA_DeleteOnClose);
-    setAttribute(Qt::WA_TranslucentBackground, !cutsItsShape());
+    setAttribute(Qt::WA_TranslucentBackground, !windowGround::needsMask());
     setWindowModality(Qt::WindowModal);
     // The window's own key does not reach it meanwhile.
     const auto *quit = new QShortcut{QKeySequence{Qt::CTRL | Qt::Key_Q}, this};
@@ -68,26 +48,15 @@ Sheet::Sheet(QWidget *parent) : QDialog{parent, Qt::Sheet | Qt::FramelessWindowH
 void Sheet::paintGround(QWidget &widget, const QColor &color)
 {
     QPainter painter{&widget};
-    painter.setRenderHint(QPainter::Antialiasing);
-    const PixelGrid grid{painter};
-    const QRectF bounds = grid.aligned(widget.rect());
-    if (cutsItsShape()) {
-        // Softened corners would let a line of the window's background through.
-        painter.fillRect(bounds, color);
-    } else {
-        painter.fillPath(roundedRect(bounds, cornerRadius), color);
-    }
-    const double lineWidth = grid.lineWidth(1);
-    painter.strokePath(roundedRect(insideLine(bounds, lineWidth), cornerRadius - lineWidth / 2),
-                       QPen{themeColor(ColorRole::controlBorder), lineWidth});
+    windowGround::draw(painter, widget.rect(), cornerRadius, color);
 }
 
 void Sheet::showEvent(QShowEvent *event)
 {
     QDialog::showEvent(event);
     move(placeOver(*parentWidget()->window(), size()));
-    if (cutsItsShape()) {
-        setMask(shapeOf(rect()));
+    if (windowGround::needsMask()) {
+        setMask(windowGround::mask(rect(), cornerRadius));
     }
 #ifndef Q_OS_MACOS
     if (!event->spontaneous()) {

@@ -43,6 +43,8 @@ QColor schemeColor(ColorRole role, bool dark)
     case ColorRole::controlBackground:
     case ColorRole::textBackground:
         return QColor{dark ? 0x1E1E1EU : 0xFFFFFFU};
+    case ColorRole::menuBackground:
+        return QColor{dark ? 0x3A3A3AU : 0xF6F6F6U};
     case ColorRole::accent:
         return QColor{dark ? 0x0A84FFU : 0x007AFFU};
     case ColorRole::primaryText:

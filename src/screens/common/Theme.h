@@ -19,6 +19,7 @@ enum class ColorRole {
     controlBackground,
     buttonBackground, ///< Of bordered buttons: raised from the window, not sunken like a field.
     textBackground,
+    menuBackground, ///< Of menus, which lie above everything else.
     accent,
     primaryText,
     secondaryText,

@@ -1,6 +1,7 @@
 #include "screens/common/LabelledField.h"
 #include "screens/common/MessageView.h"
 #include "screens/common/TextEditor.h"
+#include "support/Drawing.h"
 #include "support/ScreenTest.h"
 
 #include <QContextMenuEvent>
@@ -88,6 +89,12 @@ void ContextMenuTest::everyCommandIsChinese()
         }
     }
     QVERIFY(commands >= 2);
+    const Drawing drawing{menu};
+    QVERIFY(drawing.texts().size() >= commands);
+    for (const DrawnText &drawn : drawing.texts()) {
+        QVERIFY2(!drawn.text.contains(u'(') && !drawn.text.contains(u'&'), qPrintable(drawn.text));
+        QCOMPARE(drawn.font.pixelSize(), 13);
+    }
     menu->close();
 }
 

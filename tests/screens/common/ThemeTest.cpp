@@ -90,6 +90,7 @@ void ThemeTest::everyRoleHasItsColourInBothSchemes_data()
     row("button background", ColorRole::buttonBackground, hex(0xFFFFFF), hex(0x5A5A5A));
     row("control background", ColorRole::controlBackground, hex(0xFFFFFF), hex(0x1E1E1E));
     row("text background", ColorRole::textBackground, hex(0xFFFFFF), hex(0x1E1E1E));
+    row("menu background", ColorRole::menuBackground, hex(0xF6F6F6), hex(0x3A3A3A));
     row("accent", ColorRole::accent, hex(0x007AFF), hex(0x0A84FF));
     row("primary text", ColorRole::primaryText, grey(0, 0.85), grey(255, 0.85));
     row("secondary text", ColorRole::secondaryText, grey(0, 0.58), grey(255, 0.55));
@@ -164,7 +165,7 @@ void ThemeTest::textsStandOutFromTheirBackgrounds_data()
     QTest::addColumn<ColorRole>("text");
     QTest::addColumn<QList<ColorRole>>("grounds");
     const QList<ColorRole> grounds{ColorRole::windowBackground, ColorRole::controlBackground,
-                                   ColorRole::textBackground};
+                                   ColorRole::textBackground, ColorRole::menuBackground};
     QTest::newRow("primary text") << ColorRole::primaryText << grounds;
     QTest::newRow("secondary text") << ColorRole::secondaryText << grounds;
     QTest::newRow("button's title") << ColorRole::primaryText
