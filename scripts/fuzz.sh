@@ -9,6 +9,10 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/packages.sh
 
+if [ $# -ne 2 ]; then
+    echo "Usage: scripts/fuzz.sh Answer|Picture SECONDS" >&2
+    exit 2
+fi
 subject=$1
 seconds=$2
 install_packages build run test lint

@@ -1,6 +1,6 @@
 # Sourced by ./run, ./test and .ci/run: installs the system packages that are missing.
 #
-#   install_packages GROUP...   with the groups build, run, display, test, bench, lint and package
+#   install_packages GROUP...   with the groups build, run, display, test, bench, lint, package and pictures
 
 # Names separated by "|" are alternatives: the first one that the system offers is taken.
 apt_packages() {
@@ -13,6 +13,7 @@ apt_packages() {
     test) echo "openssl at-spi2-core dbus libatspi2.0-dev qt6-base-private-dev libxcb1-dev libspng-dev liblodepng-dev pngcheck mold" ;;
     lint) echo "clang clang-format clang-tidy clazy libclang-dev llvm-dev" ;;
     package) echo "dpkg-dev desktop-file-utils appstream lintian" ;;
+    pictures) echo "pngquant" ;;
     esac
 }
 
@@ -28,6 +29,7 @@ brew_packages() {
     build) echo "cmake ninja ccache pkg-config qt libpng sqlite libdeflate cpp-httplib openssl" ;;
     test) echo "openssl libspng pngcheck" ;;
     lint) echo "llvm" ;;
+    pictures) echo "pngquant" ;;
     esac
 }
 

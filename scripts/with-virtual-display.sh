@@ -19,5 +19,10 @@ until [ -s "$folder/number" ]; do
     sleep 0.05
 done
 
+# Every desktop has one; the toolkit says so where there is none.
+if [ -z "${XDG_RUNTIME_DIR:-}" ]; then
+    export XDG_RUNTIME_DIR=$folder/run
+    mkdir -m 700 "$XDG_RUNTIME_DIR"
+fi
 unset WAYLAND_DISPLAY XAUTHORITY
 DISPLAY=":$(cat "$folder/number")" "$@"

@@ -42,6 +42,7 @@ void makeACover(Stage &stage, Backstage &backstage, const QString &size)
     stage.upload(u"人脸形象（必填）"_s, backstage.presenterPhoto());
     stage.upload(u"风格参考（上传示例封面，非必填）"_s, backstage.sampleCover());
     stage.click(size);
+    stage.click(u"惊喜"_s);
     stage.click(u"开始生成封面"_s);
     stage.waitFor(saveButton());
 }
