@@ -16,8 +16,8 @@ namespace quilmora::pngEncoder
 namespace
 {
 
-/// How large the residues of a grainy picture are on average.
-constexpr quint64 grainyMagnitude = 2;
+/// How large the residues of a grainy picture are on average, in quarters.
+constexpr quint64 grainyQuarters = 7;
 
 QByteArray bigEndian(quint32 value)
 {
@@ -67,7 +67,7 @@ Filtered filtered(PngRows &rows)
         rows.read(y, filter.row());
         magnitudes += filter.filterTo(out);
     }
-    result.isGrainy = magnitudes / grainyMagnitude >= static_cast<quint64>(result.rows.size());
+    result.isGrainy = 4 * magnitudes >= grainyQuarters * static_cast<quint64>(result.rows.size());
     return result;
 }
 
