@@ -3,7 +3,10 @@
 #include "store/SqliteConnection.h"
 
 #include <QFileInfo>
-#include <QStorageInfo>
+
+#include <cstdint>
+#include <filesystem>
+#include <system_error>
 
 using namespace Qt::StringLiterals;
 
@@ -14,14 +17,19 @@ namespace
 
 /// Far more than the log takes. A full disk would not let it be taken in, and without room for its index
 /// nobody else could even read.
-constexpr qint64 roomForLog = qint64{64} * 1024 * 1024;
+constexpr std::uintmax_t roomForLog = std::uintmax_t{64} * 1024 * 1024;
 
 bool hasRoomForLog(SqliteConnection &database)
 {
     constexpr int fileColumn = 2;
     SqliteStatement row = database.prepare(u"PRAGMA database_list;"_s);
-    return row && row.step() &&
-           QStorageInfo{QFileInfo{row.text(fileColumn)}.path()}.bytesAvailable() >= roomForLog;
+    if (!row || !row.step()) {
+        return false;
+    }
+    std::error_code error;
+    const std::filesystem::space_info room =
+        std::filesystem::space(QFileInfo{row.text(fileColumn)}.filesystemPath(), error);
+    return !error && room.available >= roomForLog;
 }
 
 } // namespace
