@@ -27,14 +27,13 @@ bool load(QTranslator &translator)
 
 void installChineseCatalogue(QCoreApplication &application)
 {
-    // The one installed last is asked first, so the catalogue goes before our own words.
-    auto *supplement = new SupplementaryTexts{&application};
-    QCoreApplication::installTranslator(supplement);
-
     auto catalogue = std::make_unique<QTranslator>(&application);
     if (load(*catalogue)) {
         QCoreApplication::installTranslator(catalogue.release());
     }
+    // The one installed last is asked first, so our own words go before the catalogue.
+    auto *supplement = new SupplementaryTexts{&application};
+    QCoreApplication::installTranslator(supplement);
 }
 
 } // namespace quilmora

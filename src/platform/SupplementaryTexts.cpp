@@ -32,10 +32,21 @@ constexpr std::array entries{
           "QNetworkRequest::decompressedSafetyCheckThreshold()",
           u"解压后的数据超出安全限制"},
     Entry{"QHttp", "Unsupported content encoding: %1", u"不支持的内容编码：%1"},
+    // The toolkit's words have a letter for the keyboard in brackets, which screen readers would say.
+    Entry{"QLineEdit", "&Undo", u"撤消"},
+    Entry{"QLineEdit", "&Redo", u"重做"},
+    Entry{"QLineEdit", "Cu&t", u"剪切"},
+    Entry{"QLineEdit", "&Copy", u"复制"},
+    Entry{"QLineEdit", "&Paste", u"粘贴"},
     Entry{"QSslSocket", "Attempted to use an unsupported protocol.", u"试图使用不受支持的协议。"},
     Entry{"QSslSocket", "Cannot provide a certificate with no key", u"无法提供没有密钥的证书"},
     Entry{"QSslSocket", "TLS certificate unexpectedly changed during renegotiation!",
           u"重新协商时 TLS 证书意外改变！"},
+    Entry{"QWidgetTextControl", "&Undo", u"撤消"},
+    Entry{"QWidgetTextControl", "&Redo", u"重做"},
+    Entry{"QWidgetTextControl", "Cu&t", u"剪切"},
+    Entry{"QWidgetTextControl", "&Copy", u"复制"},
+    Entry{"QWidgetTextControl", "&Paste", u"粘贴"},
 };
 
 } // namespace

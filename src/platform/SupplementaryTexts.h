@@ -5,8 +5,8 @@
 namespace quilmora
 {
 
-/// Chinese for those of the platform's error messages and panel texts that its own catalogue leaves in
-/// English.
+/// Chinese for those of the platform's texts that its own catalogue leaves in English (error messages,
+/// panels) or has in a wording unfit for us (commands of text menus).
 class SupplementaryTexts final : public QTranslator
 {
     Q_OBJECT

@@ -5,7 +5,10 @@
 #include "screens/common/Fonts.h"
 #include "screens/common/Theme.h"
 
+#include <QAbstractScrollArea>
+#include <QContextMenuEvent>
 #include <QInputMethodEvent>
+#include <QMenu>
 
 namespace quilmora::test
 {
@@ -33,6 +36,16 @@ void showWindow(QWidget &window, QSize size)
 void click(QWidget *widget)
 {
     QTest::mouseClick(widget, Qt::LeftButton);
+}
+
+QMenu *openMenu(QWidget *widget)
+{
+    auto *const area = qobject_cast<QAbstractScrollArea *>(widget);
+    QWidget *const under = area != nullptr ? area->viewport() : widget;
+    const QPoint middle = under->rect().center();
+    QContextMenuEvent event{QContextMenuEvent::Mouse, middle, under->mapToGlobal(middle)};
+    QApplication::sendEvent(under, &event);
+    return qobject_cast<QMenu *>(QApplication::activePopupWidget());
 }
 
 void typeInto(QWidget *field, const QString &text)

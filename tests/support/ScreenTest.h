@@ -5,6 +5,8 @@
 #include <QApplication>
 #include <QTest>
 
+class QMenu;
+
 namespace quilmora::test
 {
 
@@ -35,6 +37,9 @@ void showWindow(QWidget &window, QSize size);
 
 /// Clicks into the middle of a widget.
 void click(QWidget *widget);
+
+/// The menu that a right click into the middle of a widget opens; null when there is none.
+QMenu *openMenu(QWidget *widget);
 
 /// Puts the focus into a field by a click and types the text in place of what is there.
 void typeInto(QWidget *field, const QString &text);

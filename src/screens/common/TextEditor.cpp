@@ -15,6 +15,8 @@ namespace
 {
 
 constexpr int innerPadding = 4;
+/// Across, the text keeps away from the focus ring, and stands in line with that of fields.
+constexpr int textInset = 3;
 
 } // namespace
 
@@ -25,7 +27,7 @@ TextEditor::TextEditor(int pixelSize, QWidget *parent) : QPlainTextEdit{parent}
     setTabChangesFocus(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     document()->setDocumentMargin(0);
-    setViewportMargins(innerPadding, innerPadding, innerPadding, innerPadding);
+    setViewportMargins(innerPadding + textInset, innerPadding, innerPadding + textInset, innerPadding);
     viewport()->setAutoFillBackground(false);
     // All lines are broken to fit, but one may be a little wider by rounding, and would slide to and fro.
     connect(horizontalScrollBar(), &QScrollBar::rangeChanged, this,

@@ -366,7 +366,10 @@ void FormMeasuresTest::advancedEditor()
     typeInto(editor, u"蓝金"_s);
     const Drawing drawn{editor};
     QCOMPARE(drawn.lookOf(u"蓝金"_s), Drawing::look(13, QFont::Normal, themeColor(ColorRole::primaryText)));
-    QCOMPARE(drawn.placeOf(u"蓝金"_s).topLeft().toPoint(), QPoint(4, 4));
+    // Padding, and across the inset that the text of fields has, too.
+    QCOMPARE(drawn.placeOf(u"蓝金"_s).topLeft().toPoint(), QPoint(4 + 3, 4));
+    typeInto(screen->titleField(), u"标题"_s);
+    QCOMPARE(Drawing{screen->titleField()}.placeOf(u"标题"_s).toRect().left(), 4 + 3);
     screen->titleField()->setFocus();
     const QImage face = screenCapture::capture(editor);
     QCOMPARE(screenCapture::colorAt(face, {editor->width() / 2.0, 60}), QColor{Qt::white});
