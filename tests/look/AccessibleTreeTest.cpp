@@ -56,8 +56,8 @@ void AccessibleTreeTest::itIsAsWrittenDown()
     SceneRun run{scene};
     run.show({1100, 1080});
     QStringList lines = accessibleTree(run.stage.window());
-    if (QWidget *sheet = run.stage.sheet(); sheet != nullptr) {
-        lines += accessibleTree(sheet);
+    if (QWidget *overlay = run.stage.overlay(); overlay != nullptr) {
+        lines += accessibleTree(overlay);
     }
     // The service numbers its requests.
     lines.replaceInStrings(QRegularExpression{u"\\d{20,}"_s}, u"#"_s);

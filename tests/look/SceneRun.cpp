@@ -40,7 +40,7 @@ SceneRun::SceneRun(gallery::Scene played) : scene{std::move(played)}
 
 void SceneRun::show(QSize size)
 {
-    stage.dismissSheet();
+    stage.dismissOverlay();
     stage.show(size, {});
     if (scene.finish) {
         scene.finish(stage);
@@ -52,8 +52,8 @@ QList<QWidget *> SceneRun::widgets() const
 {
     QList<QWidget *> widgets;
     addVisible(stage.window(), widgets);
-    if (QWidget *sheet = stage.sheet(); sheet != nullptr) {
-        addVisible(sheet, widgets);
+    if (QWidget *overlay = stage.overlay(); overlay != nullptr) {
+        addVisible(overlay, widgets);
     }
     return widgets;
 }

@@ -43,6 +43,9 @@ const QStringList &states()
         u"alert"_s,
         u"help"_s,
         u"toast"_s,
+        u"menu-field"_s,
+        u"menu-editor"_s,
+        u"menu-message"_s,
     };
     return all;
 }

@@ -20,7 +20,7 @@ void write(const QImage &picture, const QString &path)
 
 void present(Stage &stage, const Scene &scene, const View &view)
 {
-    stage.dismissSheet();
+    stage.dismissOverlay();
     if (view.whole) {
         stage.showWhole(view.size.width());
     } else {

@@ -37,5 +37,6 @@ QList<Scene> formScenes();
 QList<Scene> outcomeScenes();
 QList<Scene> historyScenes();
 QList<Scene> otherScenes();
+QList<Scene> menuScenes();
 
 } // namespace quilmora::gallery

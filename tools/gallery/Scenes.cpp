@@ -5,7 +5,7 @@ namespace quilmora::gallery
 
 QList<Scene> allScenes()
 {
-    return formScenes() + outcomeScenes() + historyScenes() + otherScenes();
+    return formScenes() + outcomeScenes() + historyScenes() + otherScenes() + menuScenes();
 }
 
 } // namespace quilmora::gallery

@@ -15,11 +15,15 @@
 #include "support/ScreenTest.h"
 
 #include <QAbstractButton>
+#include <QAction>
 #include <QFile>
+#include <QMenu>
 #include <QPainter>
 #include <QScreen>
 #include <QScrollBar>
 #include <QVariantAnimation>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -98,14 +102,15 @@ void Stage::open()
     view->move(view->screen()->availableGeometry().center() - view->rect().center());
 }
 
-QWidget *Stage::sheet() const
+QWidget *Stage::overlay() const
 {
-    return qobject_cast<Sheet *>(QApplication::activeModalWidget());
+    QWidget *menu = QApplication::activePopupWidget();
+    return menu != nullptr ? menu : qobject_cast<Sheet *>(QApplication::activeModalWidget());
 }
 
 QWidget *Stage::front() const
 {
-    QWidget *above = sheet();
+    QWidget *above = overlay();
     return above != nullptr ? above : view.get();
 }
 
@@ -158,14 +163,41 @@ void Stage::openCover(int position)
     waitUntil("the history", [this] { return grid() != nullptr; });
     const QRect tile = grid()->visualRect(grid()->model()->index(position, 0));
     QTest::mouseClick(grid()->viewport(), Qt::LeftButton, {}, tile.center());
-    waitUntil("the preview", [this] { return sheet() != nullptr && sheet()->windowHandle()->isExposed(); });
+    waitForOverlay();
 }
 
-void Stage::dismissSheet()
+void Stage::press(const QKeySequence &keys)
 {
-    if (QWidget *front = sheet(); front != nullptr) {
-        QTest::keyClick(front, Qt::Key_Escape);
-        waitUntil("the end of the sheet", [this] { return sheet() == nullptr; });
+    QTest::keySequence(QApplication::focusWidget(), keys);
+}
+
+void Stage::openMenu(const QString &text, const QString &command)
+{
+    QWidget *field = test::accessible::findField(view.get(), text);
+    QMenu *menu = test::openMenu(field != nullptr ? field : find(text));
+    waitForOverlay();
+    const QList<QAction *> actions = menu->actions();
+    const auto action = std::find_if(actions.begin(), actions.end(), [&](const QAction *listed) {
+        return listed->text().startsWith(command);
+    });
+    // Chosen by keyboard, the focus would leave the field.
+    waitUntil(qUtf8Printable(command), [&] {
+        QTest::mouseMove(menu, menu->actionGeometry(*action).center());
+        return menu->activeAction() == *action;
+    });
+}
+
+void Stage::waitForOverlay()
+{
+    waitUntil("the sheet or menu",
+              [this] { return overlay() != nullptr && overlay()->windowHandle()->isExposed(); });
+}
+
+void Stage::dismissOverlay()
+{
+    if (QWidget *above = overlay(); above != nullptr) {
+        QTest::keyClick(above, Qt::Key_Escape);
+        waitUntil("the end of the sheet or menu", [this] { return overlay() == nullptr; });
     }
 }
 
@@ -217,17 +249,17 @@ void Stage::settle()
 
 QImage Stage::picture() const
 {
-    QWidget *front = sheet();
-    if (front == nullptr) {
+    QWidget *above = overlay();
+    if (above == nullptr) {
         return view->grab().toImage();
     }
-    const QRect whole = view->geometry() | front->geometry();
+    const QRect whole = view->geometry() | above->geometry();
     const double ratio = view->devicePixelRatioF();
     QImage picture{(QSizeF{whole.size()} * ratio).toSize(), QImage::Format_ARGB32_Premultiplied};
     picture.setDevicePixelRatio(ratio);
     picture.fill(Qt::transparent);
     QPainter painter{&picture};
-    for (QWidget *shown : {static_cast<QWidget *>(view.get()), front}) {
+    for (QWidget *shown : {static_cast<QWidget *>(view.get()), above}) {
         painter.drawPixmap(shown->geometry().topLeft() - whole.topLeft(), shown->grab());
     }
     return picture;

@@ -57,8 +57,12 @@ public:
     /// Clicks the upload card of that title and answers the file panel.
     void upload(const QString &card, const QString &path);
     void openCover(int position);
-    /// Closes the sheet, if there is one, with the Escape key.
-    void dismissSheet();
+    /// Types those keys where the focus is.
+    void press(const QKeySequence &keys);
+    /// Opens the menu of the text of that name by a right click, and puts the pointer on the command.
+    void openMenu(const QString &text, const QString &command);
+    /// Closes the sheet or menu, if there is one, with the Escape key.
+    void dismissOverlay();
 
     void waitFor(const QString &name);
     void waitUntil(const char *what, const std::function<bool()> &condition);
@@ -71,13 +75,13 @@ public:
     /// Waits until the window shows all that it is going to show.
     void settle();
 
-    /// The window at its own resolution, with the sheets that lie over it at their places.
+    /// The window at its own resolution, with the sheet or menu that lies over it at its place.
     QImage picture() const;
 
     MainView *window() const { return view.get(); }
-    /// The sheet over the window; null when there is none.
-    QWidget *sheet() const;
-    /// Whether something of that name is to be seen in the window or in a sheet.
+    /// The sheet or menu over the window; null when there is none.
+    QWidget *overlay() const;
+    /// Whether something of that name is to be seen in front: in the sheet or menu, else in the window.
     QWidget *find(const QString &name) const;
 
 private:
@@ -86,6 +90,7 @@ private:
     QScrollArea *page() const;
     HistoryGrid *grid() const;
     void resize(QSize size);
+    void waitForOverlay();
 
     const test::TemporaryHome home;
     DatabaseManager database;
