@@ -193,6 +193,10 @@ void FocusRingTest::focusFromTheProgramShowsAfterAKeyOnly()
     QVERIFY(button->hasFocus());
     QVERIFY(!button->showsFocus());
     click(other);
+    QTest::keyClick(other, Qt::Key_Alt);
+    button->setFocus(Qt::OtherFocusReason);
+    QVERIFY(!button->showsFocus());
+    click(other);
     QTest::keyClick(other, Qt::Key_A);
     button->setFocus(Qt::OtherFocusReason);
     QVERIFY(button->showsFocus());

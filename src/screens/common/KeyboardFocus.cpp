@@ -1,12 +1,27 @@
 #include "screens/common/KeyboardFocus.h"
 
 #include <QCoreApplication>
-#include <QEvent>
+#include <QKeyEvent>
 
 namespace quilmora
 {
 namespace
 {
+
+/// Whether the key does nothing alone. Somebody who works by mouse holds one on the way to another window.
+bool isModifier(int key)
+{
+    switch (key) {
+    case Qt::Key_Shift:
+    case Qt::Key_Control:
+    case Qt::Key_Alt:
+    case Qt::Key_AltGr:
+    case Qt::Key_Meta:
+        return true;
+    default:
+        return false;
+    }
+}
 
 /// Remembers whether the user last pressed a key or a mouse button, in whichever window.
 class LastInput final : public QObject
@@ -19,7 +34,7 @@ public:
     bool eventFilter(QObject * /*watched*/, QEvent *event) override
     {
         if (event->type() == QEvent::KeyPress) {
-            byKeyboard = true;
+            byKeyboard = byKeyboard || !isModifier(static_cast<const QKeyEvent *>(event)->key());
         } else if (event->type() == QEvent::MouseButtonPress) {
             byKeyboard = false;
         }
