@@ -91,6 +91,8 @@ private Q_SLOTS:
     void aClickLeavesNoRing();
     void focusFromTheProgramShowsAfterAKeyOnly_data() { addButtons(); }
     void focusFromTheProgramShowsAfterAKeyOnly();
+    void aMenuLeavesTheRingAsItWas_data() { addButtons(); }
+    void aMenuLeavesTheRingAsItWas();
     void aWindowThatComesBackShowsTheFocusAsTheUserWorks();
 
 private:
@@ -199,6 +201,23 @@ void FocusRingTest::focusFromTheProgramShowsAfterAKeyOnly()
     click(other);
     QTest::keyClick(other, Qt::Key_A);
     button->setFocus(Qt::OtherFocusReason);
+    QVERIFY(button->showsFocus());
+}
+
+void FocusRingTest::aMenuLeavesTheRingAsItWas()
+{
+    PaintedButton *button = make();
+    click(other);
+    button->setFocus(Qt::OtherFocusReason);
+    other->setFocus(Qt::PopupFocusReason);
+    QTest::keyClick(other, Qt::Key_Escape);
+    button->setFocus(Qt::PopupFocusReason);
+    QVERIFY(!button->showsFocus());
+    other->setFocus();
+    button->setFocus(Qt::TabFocusReason);
+    other->setFocus(Qt::PopupFocusReason);
+    click(other);
+    button->setFocus(Qt::PopupFocusReason);
     QVERIFY(button->showsFocus());
 }
 

@@ -196,7 +196,11 @@ void Stage::waitForOverlay()
 void Stage::dismissOverlay()
 {
     if (QWidget *above = overlay(); above != nullptr) {
-        QTest::keyClick(above, Qt::Key_Escape);
+        if (qobject_cast<QMenu *>(above) != nullptr) {
+            QTest::mousePress(above, Qt::LeftButton, {}, {-1, -1});
+        } else {
+            QTest::keyClick(above, Qt::Key_Escape);
+        }
         waitUntil("the end of the sheet or menu", [this] { return overlay() == nullptr; });
     }
 }

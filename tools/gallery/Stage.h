@@ -61,7 +61,7 @@ public:
     void press(const QKeySequence &keys);
     /// Opens the menu of the text of that name by a right click, and puts the pointer on the command.
     void openMenu(const QString &text, const QString &command);
-    /// Closes the sheet or menu, if there is one, with the Escape key.
+    /// Closes what lies over the window: a sheet with the Escape key, a menu by a click beside it.
     void dismissOverlay();
 
     void waitFor(const QString &name);

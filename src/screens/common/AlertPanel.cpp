@@ -43,12 +43,14 @@ AlertPanel::AlertPanel(const QString &title, const QString &message, const QStri
     connect(close, &ActionButton::clicked, this, &Sheet::reject);
 
     auto *column = new QVBoxLayout{this};
-    column->setContentsMargins(20, 20, 20, 16);
-    column->setSpacing(10);
+    column->setContentsMargins(20, 20, 20, 20);
+    column->setSpacing(0);
     column->addWidget(logo, 0, Qt::AlignHCenter);
+    column->addSpacing(10);
     column->addWidget(centredLabel(title, {13, QFont::Bold}, this));
-    column->addWidget(centredLabel(message, {11}, this));
     column->addSpacing(4);
+    column->addWidget(centredLabel(message, {11}, this));
+    column->addSpacing(14);
     column->addWidget(close);
     readInLayoutOrder(*column);
     close->setFocus();

@@ -10,7 +10,7 @@ namespace quilmora
 
 void drawFocusRing(QPainter &painter, const QPainterPath &outline, ColorRole role)
 {
-    constexpr double usualWidth = 3.0;
+    constexpr double usualWidth = 2.0;
     // Its inner side lies on whole pixels.
     const double outer = outline.boundingRect().left();
     const double width = PixelGrid{painter}.aligned(QPointF{outer + usualWidth, 0}).x() - outer;

@@ -53,7 +53,7 @@ const LastInput &lastInput()
 
 } // namespace
 
-bool isKeyboardFocus(Qt::FocusReason reason)
+bool isKeyboardFocus(Qt::FocusReason reason, bool wasMarked)
 {
     const bool byKeyboard = lastInput().isByKeyboard();
     switch (reason) {
@@ -63,6 +63,8 @@ bool isKeyboardFocus(Qt::FocusReason reason)
     case Qt::BacktabFocusReason:
     case Qt::ShortcutFocusReason:
         return true;
+    case Qt::PopupFocusReason:
+        return wasMarked;
     default:
         // Set by the program, or back from another window.
         return byKeyboard;

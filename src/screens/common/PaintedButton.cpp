@@ -12,14 +12,14 @@ namespace quilmora
 
 PaintedButton::PaintedButton(QWidget *parent) : QAbstractButton{parent}
 {
-    isKeyboardFocus(Qt::NoFocusReason);
+    isKeyboardFocus(Qt::NoFocusReason, false);
     // Moving the focus does that too, but screen readers press without it.
     connect(this, &PaintedButton::pressed, QGuiApplication::inputMethod(), &QInputMethod::commit);
 }
 
 void PaintedButton::focusInEvent(QFocusEvent *event)
 {
-    focusByKeyboard = isKeyboardFocus(event->reason());
+    focusByKeyboard = isKeyboardFocus(event->reason(), focusByKeyboard);
     QAbstractButton::focusInEvent(event);
 }
 

@@ -188,7 +188,7 @@ void HistoryGrid::keyPressEvent(QKeyEvent *event)
 
 void HistoryGrid::focusInEvent(QFocusEvent *event)
 {
-    focusByKeyboard = isKeyboardFocus(event->reason());
+    focusByKeyboard = isKeyboardFocus(event->reason(), focusByKeyboard);
     QAbstractItemView::focusInEvent(event);
 }
 
