@@ -11,6 +11,7 @@
 #include "StartUpBench.h"
 #include "StatesBench.h"
 #include "TabsBench.h"
+#include "platform/ChineseCatalogue.h"
 #include "screens/common/ControlStyle.h"
 #include "screens/common/Fonts.h"
 #include "screens/common/Theme.h"
@@ -99,6 +100,7 @@ int main(int argc, char *argv[])
         }
     }
 
+    installChineseCatalogue(application);
     QApplication::setStyle(new ControlStyle);
     installApplicationFont();
     Theme::current();

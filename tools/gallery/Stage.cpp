@@ -180,6 +180,9 @@ void Stage::openMenu(const QString &text, const QString &command)
     const auto action = std::find_if(actions.begin(), actions.end(), [&](const QAction *listed) {
         return listed->text().startsWith(command);
     });
+    if (action == actions.end()) {
+        qFatal("The menu has no %s", qUtf8Printable(command));
+    }
     // Chosen by keyboard, the focus would leave the field.
     waitUntil(qUtf8Printable(command), [&] {
         QTest::mouseMove(menu, menu->actionGeometry(*action).center());
