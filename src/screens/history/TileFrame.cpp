@@ -5,6 +5,8 @@
 
 #include <QPainter>
 
+#include <cmath>
+
 namespace quilmora
 {
 namespace
@@ -32,14 +34,19 @@ void TileFrame::prepare(QSizeF size, double lineWidth, double devicePixelRatio)
         return;
     }
     look = wanted;
-    groundPixmap = drawn(look.pixels, devicePixelRatio, [this](QPainter &painter, const QRectF &square) {
-        painter.fillPath(continuousRoundedRect(square, radius), look.groundColor);
+    const auto insideBy = [this](const QRectF &square, double inset) {
+        return continuousRoundedRect(square.adjusted(inset, inset, -inset, -inset), radius - inset);
+    };
+    // The line shows because its outer half lies on what is behind the tile; in whole pixels, at least one.
+    const double outerHalf = std::ceil(lineWidth * devicePixelRatio / 2) / devicePixelRatio;
+    groundPixmap = drawn(look.pixels, devicePixelRatio, [&](QPainter &painter, const QRectF &square) {
+        painter.fillPath(insideBy(square, outerHalf), look.groundColor);
     });
     outlinePixmap = drawn(look.pixels, devicePixelRatio, [&](QPainter &painter, const QRectF &square) {
-        // Its outer side is the edge of the picture below it.
-        const QPainterPath line =
-            continuousRoundedRect(insideLine(square, lineWidth), radius - lineWidth / 2);
-        painter.strokePath(line, QPen{look.lineColor, lineWidth});
+        // Filled, since its outer side is exactly the edge of the picture below it.
+        QPainterPath line = insideBy(square, 0);
+        line.addPath(insideBy(square, lineWidth));
+        painter.fillPath(line, look.lineColor);
     });
 }
 

@@ -1,5 +1,6 @@
 #include "HistoryScreen.h"
 #include "screens/common/Theme.h"
+#include "screens/history/TileFrame.h"
 #include "support/CornerShape.h"
 #include "support/Drawing.h"
 #include "support/Placement.h"
@@ -29,6 +30,8 @@ private Q_SLOTS:
     void tileTexts();
     void tilePlaces();
     void tileSquare();
+    void halfOfTheOutlineLiesBesideTheGround_data();
+    void halfOfTheOutlineLiesBesideTheGround();
     void tilePicture();
     void tilePlaceholder();
     void emptyView();
@@ -139,16 +142,44 @@ void HistoryMeasuresTest::tileSquare()
     constexpr int ratio = 8;
     const QImage picture = screenCapture::capture(screen->grid()->viewport(), ratio);
     const int y = square.center().y() * ratio;
-    // Grey at 20 % over the white ground, one wide.
-    const QColor line = picture.pixelColor(square.left() * ratio, y);
-    QVERIFY2(screenCapture::isClose(line, QColor{0xE8, 0xE8, 0xE9}), qPrintable(screenCapture::text(line)));
+    const int left = square.left() * ratio;
+    // Grey at 20 %, one wide.
+    const QColor line = picture.pixelColor(left, y);
+    QVERIFY2(screenCapture::isClose(line, themeColor(ColorRole::tileBorder)),
+             qPrintable(screenCapture::text(line)));
     int width = 0;
-    while (screenCapture::isClose(picture.pixelColor(square.left() * ratio + width, y), line)) {
+    while (picture.pixelColor(left + width, y) == line) {
         ++width;
     }
     QCOMPARE(width, ratio);
-    QCOMPARE(picture.pixelColor(square.left() * ratio + 3 * ratio, y), QColor{Qt::white});
-    QCOMPARE(picture.pixelColor(square.left() * ratio - 1, y).alpha(), 0);
+    QCOMPARE(picture.pixelColor(left + 3 * ratio, y), QColor{Qt::white});
+    QCOMPARE(picture.pixelColor(left - 1, y).alpha(), 0);
+}
+
+void HistoryMeasuresTest::halfOfTheOutlineLiesBesideTheGround_data()
+{
+    QTest::addColumn<double>("ratio");
+    QTest::addColumn<int>("beside");
+    QTest::addColumn<int>("width");
+    QTest::newRow("one pixel a point, which cannot be halved") << 1.0 << 1 << 1;
+    QTest::newRow("two") << 2.0 << 1 << 2;
+    QTest::newRow("four") << 4.0 << 2 << 4;
+}
+
+void HistoryMeasuresTest::halfOfTheOutlineLiesBesideTheGround()
+{
+    QFETCH(const double, ratio);
+    QFETCH(const int, beside);
+    QFETCH(const int, width);
+    TileFrame frame{8};
+    frame.prepare({100, 100}, 1, ratio);
+    const QImage ground = frame.ground().toImage();
+    const QImage outline = frame.outline().toImage();
+    const int middle = ground.height() / 2;
+    for (int x = 0; x < 2 * width + 2; ++x) {
+        QCOMPARE(ground.pixelColor(x, middle).alpha(), x < beside ? 0 : 255);
+        QCOMPARE(outline.pixelColor(x, middle).alpha(), x < width ? 51 : 0);
+    }
 }
 
 void HistoryMeasuresTest::tilePicture()
