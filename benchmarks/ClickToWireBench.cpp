@@ -48,7 +48,7 @@ double clickToWire(const QString &face, const QString &style)
     return std::chrono::duration<double, std::milli>{*listener.firstByte() - start}.count();
 }
 
-/// What a program would do without effort: the toolkit's PNG, its base64, and a JSON document.
+/// What a program would do without effort: Qt's PNG, its base64, and a JSON document.
 double withTheToolkit(const QList<QImage> &images)
 {
     return millisecondsOf([&images] {

@@ -3,7 +3,7 @@
 namespace quilmora::bench
 {
 
-/// Encoding photos and covers as PNG against the toolkit: time, size, and the time until they are uploaded.
+/// Encoding photos and covers as PNG against Qt: time, size, and the time until they are uploaded.
 void benchEncoder();
 
 } // namespace quilmora::bench

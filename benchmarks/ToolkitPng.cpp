@@ -10,7 +10,7 @@ QByteArray toolkitPng(const QImage &image)
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     if (!image.save(&buffer, "png")) {
-        qFatal("The toolkit cannot write a PNG");
+        qFatal("Qt cannot write a PNG");
     }
     return buffer.data();
 }

@@ -6,7 +6,7 @@
 namespace quilmora::bench
 {
 
-/// `image` as a PNG file in the way that the toolkit writes it unless told otherwise.
+/// `image` as a PNG file in the way that Qt writes it unless told otherwise.
 QByteArray toolkitPng(const QImage &image);
 
 } // namespace quilmora::bench

@@ -26,7 +26,10 @@ window are Chinese.")
 # its pictures; drawings need no plugin, and Qt's Chinese texts are in the program.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "ca-certificates, qt6-image-formats-plugins, qt6-qpa-plugins")
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fcitx5-frontend-qt6, fonts-noto-cjk, qt6-wayland")
+# Recommended are input methods, letters, the file dialogs of GNOME and of desktops with portals, and Wayland: packages
+# have these names in Debian 12, 13 and testing.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
+  "fcitx5-frontend-qt6, fonts-noto-cjk, qt6-gtk-platformtheme, qt6-wayland, qt6-xdgdesktopportal-platformtheme")
 
 execute_process(COMMAND date --utc --rfc-email --date=${QUILMORA_RELEASE_DATE}
   OUTPUT_VARIABLE changelog_date OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)

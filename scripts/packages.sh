@@ -1,19 +1,23 @@
 # Sourced by ./run, ./test and .ci/run: installs the system packages that are missing.
 #
-#   install_packages GROUP...   with the groups build, run, display, test, bench, lint, package and pictures
+#   install_packages GROUP...   with the groups build, run, display, test, desktops, bench, lint, package, pictures and
+#                               releases
 
 # Names separated by "|" are alternatives: the first one that the system offers is taken.
 apt_packages() {
     case $1 in
     build) echo "cmake ninja-build g++ ccache pkg-config qt6-base-dev qt6-svg-dev|libqt6svg6-dev" \
-        "qt6-translations-l10n libpng-dev libsqlite3-dev libdeflate-dev libcpp-httplib-dev libssl-dev zlib1g-dev libbrotli-dev libgl-dev" ;;
+        "qt6-translations-l10n libpng-dev libsqlite3-dev libdeflate-dev libsimdjson-dev libcpp-httplib-dev libssl-dev zlib1g-dev libzstd-dev libbrotli-dev libgl-dev libxcb1-dev" ;;
     run) echo "ca-certificates fonts-noto-cjk qt6-image-formats-plugins qt6-qpa-plugins" ;;
     display) echo "xvfb" ;;
-    bench) echo "libxcb1-dev" ;;
-    test) echo "openssl at-spi2-core dbus libatspi2.0-dev qt6-base-private-dev libxcb1-dev libspng-dev liblodepng-dev pngcheck mold" ;;
-    lint) echo "clang clang-format clang-tidy clazy libclang-dev llvm-dev" ;;
+    test) echo "openssl at-spi2-core dbus libatspi2.0-dev qt6-base-private-dev libspng-dev liblodepng-dev pngcheck mold" ;;
+    desktops) echo "openbox picom xfwm4 kwin-x11 kwin-wayland mutter sway xdotool x11-utils" \
+        "qt6-gtk-platformtheme qt6-xdgdesktopportal-platformtheme xdg-desktop-portal xdg-desktop-portal-gtk orca" \
+        "fcitx5 fcitx5-pinyin fcitx5-frontend-qt6 ibus ibus-libpinyin" ;;
+    lint) echo "clang clang-format clang-tidy clazy libclang-dev libclang-rt-dev llvm-dev" ;;
     package) echo "dpkg-dev desktop-file-utils appstream lintian" ;;
     pictures) echo "pngquant" ;;
+    releases) echo "debootstrap git" ;;
     esac
 }
 
@@ -26,8 +30,8 @@ apt_extras() {
 
 brew_packages() {
     case $1 in
-    build) echo "cmake ninja ccache pkg-config qt libpng sqlite libdeflate cpp-httplib openssl" ;;
-    test) echo "openssl libspng pngcheck" ;;
+    build) echo "cmake ninja ccache pkg-config qt libpng sqlite libdeflate simdjson cpp-httplib openssl" ;;
+    test) echo "openssl libspng brotli zstd pngcheck" ;;
     lint) echo "llvm" ;;
     pictures) echo "pngquant" ;;
     esac

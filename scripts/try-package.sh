@@ -67,6 +67,18 @@ cp build/package/quilmora_*.deb "$work"
 "${inside[@]}" dpkg-query -W -f '.' | wc -c | sed 's/$/ packages/'
 "${inside[@]}" dpkg-query -L quilmora >"$work/files"
 
+# Names of plugins differ between versions of Qt.
+if [[ " $* " != *" --no-install-recommends "* ]]; then
+    step "plugins that make it fit in with desktops"
+    for plugin in platforms/libqwayland platformthemes/libqgtk3 platformthemes/libqxdgdesktopportal \
+        platforminputcontexts/libfcitx5; do
+        compgen -G "$root/usr/lib/*/qt6/plugins/$plugin*.so" || {
+            echo "No package that is recommended brings $plugin." >&2
+            exit 1
+        }
+    done
+fi
+
 step "a cover"
 cat >"$work/quilmora" <<EOF
 #!/bin/sh

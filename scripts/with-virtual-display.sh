@@ -7,7 +7,7 @@
 set -euo pipefail
 
 folder=$(mktemp -d)
-Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$folder/number" 2>/dev/null &
+Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp -noreset 3>"$folder/number" 2>/dev/null &
 server=$!
 trap 'kill "$server" 2>/dev/null || true; wait "$server" 2>/dev/null || true; rm -rf "$folder"' EXIT
 
@@ -19,7 +19,7 @@ until [ -s "$folder/number" ]; do
     sleep 0.05
 done
 
-# Every desktop has one; the toolkit says so where there is none.
+# Every desktop has one; Qt says so where there is none.
 if [ -z "${XDG_RUNTIME_DIR:-}" ]; then
     export XDG_RUNTIME_DIR=$folder/run
     mkdir -m 700 "$XDG_RUNTIME_DIR"

@@ -29,9 +29,11 @@ public:
 
 protected:
     bool event(QEvent *event) override;
+    void showEvent(QShowEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void followScreen();
     void select(NavigationTab newTab);
     void showScreen();
 
@@ -39,6 +41,7 @@ private:
     NavigationTab tab = NavigationTab::generate;
     QWidget *currentScreen = nullptr;
     QVBoxLayout *column;
+    QMetaObject::Connection screenChanges;
 };
 
 } // namespace quilmora

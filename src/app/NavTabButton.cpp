@@ -8,6 +8,7 @@
 #include "screens/common/Symbol.h"
 #include "screens/common/Theme.h"
 
+#include <QKeyEvent>
 #include <QPainter>
 
 namespace quilmora
@@ -39,6 +40,21 @@ QSize NavTabButton::sizeHint() const
 {
     const Symbol symbol = symbolOf(navigationTab);
     return iconAndTitle::size(&symbol, navigationTab.rawValue(), font(), spacing) + 2 * padding;
+}
+
+void NavTabButton::keyPressEvent(QKeyEvent *event)
+{
+    switch (event->key()) {
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+        // Left to the group of tabs: here they would also select the next tab.
+        event->ignore();
+        return;
+    default:
+        OptionButton::keyPressEvent(event);
+    }
 }
 
 void NavTabButton::paintEvent(QPaintEvent * /*event*/)

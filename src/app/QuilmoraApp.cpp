@@ -4,6 +4,7 @@
 #include "generation/CoverGenerationFlow.h"
 #include "generation/ImageGeneratorService.h"
 #include "platform/ChineseCatalogue.h"
+#include "screens/common/ClickFilter.h"
 #include "screens/common/ControlStyle.h"
 #include "screens/common/Fonts.h"
 #include "screens/common/SystemFilePanels.h"
@@ -75,6 +76,7 @@ QuilmoraApp::QuilmoraApp(int &argc, char **argv)
     setStyle(new ControlStyle);
 #endif
     installApplicationFont();
+    installEventFilter(new ClickFilter{this});
     Theme::current();
     setWindowIcon(iconOfWindows());
 }

@@ -5,7 +5,7 @@
 namespace quilmora
 {
 
-/// The ground on which the tab buttons lie, in a row.
+/// The ground on which the tab buttons lie, in a row. The arrow keys move the focus along it.
 class TabGroup final : public QWidget
 {
     Q_OBJECT
@@ -16,6 +16,7 @@ public:
     ~TabGroup() override = default;
 
 protected:
+    void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 };
 

@@ -19,6 +19,7 @@ constexpr int sidePadding = 8;
 constexpr int brandSpacing = 10;
 constexpr int brandPadding = 20;
 constexpr int balanceWidth = 100;
+constexpr int smallestGap = 12;
 constexpr int logoSide = 28;
 constexpr double logoRadius = 6;
 
@@ -31,11 +32,12 @@ TopNavigationBar::TopNavigationBar(NavigationTab selectedTab, QWidget *parent) :
     row->setContentsMargins(sidePadding, 0, sidePadding, 0);
     row->setSpacing(0);
     row->addWidget(makeBrand());
-    row->addStretch(1);
+    row->addItem(new QSpacerItem{smallestGap, 0, QSizePolicy::MinimumExpanding});
     row->addWidget(makeTabs(selectedTab));
-    row->addStretch(1);
-    // Stands against the brand, so that the tabs are near the middle of the bar.
-    row->addSpacing(balanceWidth);
+    row->addItem(new QSpacerItem{0, 0, QSizePolicy::MinimumExpanding});
+    // Stands against the brand, so that the tabs are near the middle of the bar. In a narrow window it gives
+    // way.
+    row->addItem(new QSpacerItem{balanceWidth, 0, QSizePolicy::Maximum});
 }
 
 QWidget *TopNavigationBar::makeBrand()

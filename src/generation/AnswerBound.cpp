@@ -8,7 +8,7 @@ namespace quilmora::answerBound
 namespace
 {
 
-/// Marks a reply that was given up; the network layer cannot be told why it is to abort.
+/// Marks a reply that was given up; QNetworkAccessManager cannot be told why it is to abort.
 constexpr const char *mark = "exceedsAnswerBound";
 
 void check(QNetworkReply &reply, qint64 bytes)

@@ -109,6 +109,8 @@ void ImageGeneratorService::generateImage(const QString &prompt, qint64 width, q
         if (stopSignal.isStopped()) {
             return;
         }
+        // Blanks at the key's end do not arrive: white space around it is no part of a header's value in
+        // HTTP.
         const QByteArray body = encodeRequestBody({prompt, width, height, referenceImages, config.modelID});
         post(job, {QUrl{config.apiURL, QUrl::StrictMode}, "Bearer " + config.apiKey.toUtf8(), body});
     };

@@ -6,7 +6,7 @@
 namespace quilmora
 {
 
-/// The body of a request that must not be sent twice. The network layer silently repeats a request whose
+/// The body of a request that must not be sent twice. QNetworkAccessManager silently repeats a request whose
 /// connection was lost before the answer, and for that rewinds its body: this one refuses, so the request
 /// fails instead.
 class OneShotUpload final : public QIODevice

@@ -49,7 +49,7 @@ bool isAnswer(const QNetworkReply &reply)
     case QNetworkReply::NoError:
         return true;
     case QNetworkReply::ContentReSendError:
-        // At times the network layer takes the close that ends an answer for a lost connection. For some
+        // At times QNetworkAccessManager takes the close that ends an answer for a lost connection. For some
         // redirects it rewinds the body even if it is not to follow them, and is refused that; it does not
         // say whether their chunks came to an end.
         return endsWithTheConnection(reply) || repeatsTheBody(reply);
@@ -68,7 +68,7 @@ bool isAnswer(const QNetworkReply &reply)
     return statusOf(reply) >= 400;
 }
 
-/// Whether less has come than was promised, which the network layer does not always notice. Two kinds of
+/// Whether less has come than was promised, which QNetworkAccessManager does not always notice. Two kinds of
 /// answer have no body, whatever length they name.
 bool isCut(const QNetworkReply &reply, const QByteArray &body)
 {
@@ -81,14 +81,15 @@ QString connectionClosed()
     return QCoreApplication::translate("QHttp", "Connection closed");
 }
 
-/// `text` without the TLS library's own code and English words at its end.
-QString withoutLibraryCode(const QString &text)
+/// `text` without the English words of the TLS library or of a compression library at its end.
+QString withoutLibraryReason(const QString &text)
 {
-    static const QRegularExpression code{uR"([:：,，]?\s*error:[0-9A-Fa-f]+:.*$)"_s};
-    return QString{text}.remove(code);
+    static const QRegularExpression reason{
+        uR"([:：,，]?\s*(error:[0-9A-Fa-f]+:|(Brotli|ZStandard) error:).*$)"_s};
+    return QString{text}.remove(reason);
 }
 
-/// `text` without the colon before a reason that the network layer does not know.
+/// `text` without the colon before a reason that QNetworkAccessManager does not know.
 QString withoutEmptyReason(const QString &text)
 {
     static const QRegularExpression colon{u"[:：]\\s*$"_s};
@@ -99,16 +100,19 @@ QString transportErrorText(const QNetworkReply &reply)
 {
     switch (reply.error()) {
     case QNetworkReply::OperationCanceledError:
-        // Nothing cancels a request but the bound of answers and the idle limit, which the network layer
+        // Nothing cancels a request but the bound of answers and the idle limit, which QNetworkAccessManager
         // reports as a cancellation.
         return answerBound::isExceeded(reply)
                    ? QCoreApplication::translate("QHttp", "Data downloaded is too large to store")
                    : u"请求超时"_s;
+    case QNetworkReply::TimeoutError:
+        // The idle limit, as Qt 6.11 reports it, with an English text.
+        return u"请求超时"_s;
     case QNetworkReply::ContentReSendError:
         // The connection was lost and the body not sent again.
         return connectionClosed();
     case QNetworkReply::SslHandshakeFailedError:
-        return withoutLibraryCode(reply.errorString());
+        return withoutLibraryReason(reply.errorString());
     case QNetworkReply::UnknownNetworkError:
         // So it calls a connection that ends while the request is being sent.
         if (reply.errorString() == QCoreApplication::translate("QNativeSocketEngine", "Unknown error")) {
@@ -116,7 +120,7 @@ QString transportErrorText(const QNetworkReply &reply)
         }
         return reply.errorString();
     default:
-        return withoutEmptyReason(reply.errorString());
+        return withoutEmptyReason(withoutLibraryReason(reply.errorString()));
     }
 }
 

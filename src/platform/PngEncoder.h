@@ -5,7 +5,7 @@
 
 #include <optional>
 
-/// Writing of PNG files, for those who wait for it: several times faster than the toolkit's own writer, at a
+/// Writing of PNG files, for those who wait for it: several times faster than Qt's own writer, at a
 /// few percent of its size more (benchmarks/README.md).
 namespace quilmora::pngEncoder
 {

@@ -7,9 +7,9 @@
 namespace quilmora
 {
 
-/// Filters the rows of a PNG file, each in the one of the format's five ways whose residues, taken as signed
-/// bytes, have the smallest sum of magnitudes; of long rows only parts are looked at to find it. Rows are
-/// given from the top of the picture down.
+/// Filters the rows of a PNG file, each with the one of the format's five filter types whose residues, taken
+/// as signed bytes, have the smallest sum of magnitudes. Every row is filtered with all five to find it. Rows
+/// are given from the top of the picture down.
 class PngFilter final
 {
     Q_DISABLE_COPY_MOVE(PngFilter)
@@ -22,8 +22,8 @@ public:
     /// Where the next row is to be written; it has room for exactly one. Valid until the row is filtered.
     uchar *row() { return current.data() + margin; }
 
-    /// Filters that row: writes the number of the way chosen and the residues, `rowBytes` + 1 bytes in all.
-    /// Gives the sum of the residues' magnitudes.
+    /// Filters that row: writes the number of the filter type chosen and the residues, `rowBytes` + 1 bytes
+    /// in all. Gives the sum of the residues' magnitudes.
     quint64 filterTo(uchar *out);
 
 private:

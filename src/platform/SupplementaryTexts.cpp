@@ -32,7 +32,7 @@ constexpr std::array entries{
           "QNetworkRequest::decompressedSafetyCheckThreshold()",
           u"解压后的数据超出安全限制"},
     Entry{"QHttp", "Unsupported content encoding: %1", u"不支持的内容编码：%1"},
-    // The toolkit's words have a letter for the keyboard in brackets, which screen readers would say.
+    // Qt's words have a letter for the keyboard in brackets, which screen readers would say.
     Entry{"QLineEdit", "&Undo", u"撤消"},
     Entry{"QLineEdit", "&Redo", u"重做"},
     Entry{"QLineEdit", "Cu&t", u"剪切"},

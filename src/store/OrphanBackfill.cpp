@@ -7,13 +7,16 @@
 #include "store/SqliteConnection.h"
 
 #include <QDateTime>
-#include <QDirIterator>
+#include <QFile>
 #include <QFileInfo>
 #include <QSet>
 
 #include <algorithm>
+#include <filesystem>
 #include <iterator>
 #include <optional>
+#include <string>
+#include <system_error>
 
 using namespace Qt::StringLiterals;
 
@@ -25,16 +28,18 @@ namespace
 /// A write to the disk for each of so many would hold up the first window noticeably.
 constexpr qsizetype manyOrphans = 100;
 
-/// Names in the order in which the platform lists them; none when it cannot.
+/// Names in the order in which the platform lists them, without those that are not valid UTF-8; none when the
+/// folder cannot be listed.
 QStringList pngNames(const QString &folder)
 {
     QStringList names;
-    // With these filters the entries are not looked at one by one: every start does this with every cover.
-    QDirIterator entries{folder, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot};
-    while (entries.hasNext()) {
-        entries.next();
-        const QString name = entries.fileName();
-        if (name.endsWith(u".png"_s, Qt::CaseInsensitive)) {
+    // Not QDirIterator: in Qt 6.8 it omits all entries after the first whose name is not valid UTF-8.
+    std::error_code error;
+    std::filesystem::directory_iterator entry{QFileInfo{folder}.filesystemFilePath(), error};
+    for (; !error && entry != std::filesystem::directory_iterator{}; entry.increment(error)) {
+        const std::string bytes = entry->path().filename().native();
+        const QString name = QFile::decodeName(QByteArray::fromStdString(bytes));
+        if (QUtf8StringView{bytes}.isValidUtf8() && name.endsWith(u".png"_s, Qt::CaseInsensitive)) {
             names.append(name);
         }
     }

@@ -7,9 +7,9 @@ namespace quilmora::ownersAlone
 {
 
 /// Takes every right from others at the folder and the file of the database and at the files that SQLite puts
-/// beside it, as far as they are there; the owner's own rights stay as they are. A file that is missing is
-/// made, empty, so that it is closed to others from the first moment. Where the system refuses, nothing
-/// happens.
+/// beside it, as far as they are there. A folder that was open to others gets all rights for its owner; a
+/// file keeps those that its owner had to read and write it. A file that is missing is made, empty, so that
+/// it is closed to others from the first moment. Where the system refuses, nothing happens.
 void protect(const QString &folder, const QString &file);
 
 } // namespace quilmora::ownersAlone

@@ -12,6 +12,7 @@
 #include "support/ScreenTest.h"
 
 #include <QLineEdit>
+#include <QPainter>
 #include <QVBoxLayout>
 #include <QWindow>
 
@@ -38,7 +39,7 @@ Make upload(const QImage &picture)
 {
     return [picture](QWidget *parent) {
         auto *face = new UploadFace{u"人脸形象（必填）"_s, u"square.and.arrow.up"_s, parent};
-        face->setImage(picture);
+        face->setImage(picture, u"photo.png"_s);
         return face;
     };
 }
@@ -87,6 +88,8 @@ private Q_SLOTS:
     void cleanup() { window.reset(); }
     void theFocusShowsAlongTheEdge_data() { addButtons(); }
     void theFocusShowsAlongTheEdge();
+    void theRingIsTwoWholePixelsWide_data() { addButtons(); }
+    void theRingIsTwoWholePixelsWide();
     void aClickLeavesNoRing_data() { addButtons(); }
     void aClickLeavesNoRing();
     void focusFromTheProgramShowsAfterAKeyOnly_data() { addButtons(); }
@@ -166,6 +169,36 @@ void FocusRingTest::theFocusShowsAlongTheEdge()
         other->setFocus();
         QVERIFY(!button->showsFocus());
         QCOMPARE(screenCapture::capture(button), without);
+    }
+}
+
+void FocusRingTest::theRingIsTwoWholePixelsWide()
+{
+    PaintedButton *button = make();
+    QVERIFY(QTest::qWaitFor([button] { return button->isVisible(); }));
+    for (const int ratio : {1, 2}) {
+        const auto onWhite = [&] {
+            const QImage seen = screenCapture::capture(button, ratio);
+            QImage picture{seen.size(), QImage::Format_RGB32};
+            picture.fill(Qt::white);
+            QPainter{&picture}.drawImage(picture.rect(), seen);
+            return picture;
+        };
+        other->setFocus();
+        const QImage without = onWhite();
+        button->setFocus(Qt::TabFocusReason);
+        const QImage with = onWhite();
+        const int middle = with.width() / 2;
+        const int width = 2 * ratio;
+        const QColor ring = with.pixelColor(middle, width - 1);
+        QVERIFY(!screenCapture::isClose(ring, without.pixelColor(middle, width - 1), 24));
+        for (int y = 0; y < width; ++y) {
+            // The border and what it lies on shine through a little.
+            const QColor there = with.pixelColor(middle, y);
+            QVERIFY2(screenCapture::isClose(there, ring, 24),
+                     qPrintable(u"%1: %2"_s.arg(y).arg(screenCapture::text(there))));
+        }
+        QVERIFY(screenCapture::isClose(with.pixelColor(middle, width), without.pixelColor(middle, width), 8));
     }
 }
 

@@ -1,6 +1,7 @@
 #include "app/MainView.h"
 #include "app/NavTabButton.h"
 #include "app/QuilmoraApp.h"
+#include "screens/common/Sheet.h"
 #include "store/DatabaseManager.h"
 #include "support/AccessibleFinder.h"
 #include "support/SamplePictures.h"
@@ -12,7 +13,6 @@
 #include <QAction>
 #include <QClipboard>
 #include <QContextMenuEvent>
-#include <QDialog>
 #include <QDirIterator>
 #include <QLineEdit>
 #include <QMenu>
@@ -187,11 +187,11 @@ void KeySecrecyTest::enteringAndSavingShowsNothing()
     output = standardOutputOf([this] { click(find(u"保存设置"_s)); });
     QCOMPARE(output, QByteArray{});
     QCOMPARE(DatabaseManager::shared().getConfig().apiKey, key);
-    auto *alert = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+    Sheet *alert = openSheet();
     QVERIFY(alert != nullptr);
     lookEverywhere();
     click(accessible::find(alert, u"好的"_s));
-    QTRY_VERIFY(QApplication::activeModalWidget() == nullptr);
+    QTRY_VERIFY(openSheet() == nullptr);
 }
 
 void KeySecrecyTest::theMaskedFieldGivesNothingAway()

@@ -8,6 +8,7 @@
 
 #include <QLineEdit>
 #include <QPointer>
+#include <QScreen>
 #include <QWindow>
 
 #include <memory>
@@ -25,11 +26,12 @@ private Q_SLOTS:
     void init();
     void cleanup() { window.reset(); }
     void theWindowHasItsTitleAndLeastSize();
+    void theLeastSizeFitsTheScreen();
     void theGenerateTabIsSelectedAtTheStart();
     void exactlyOneTabIsCheckedAfterEveryClick();
     void aScreenGoesWithItsTabAndComesBackFresh();
     void aClickOnTheSelectedTabChangesNothing();
-    void arrowKeysChangeTheTab();
+    void arrowKeysKeepTheScreen();
     void theScreenTakesAllTheRoomThereIs();
     void theBarIsLaidOutAsDrawn();
 
@@ -80,6 +82,20 @@ QStringList MainViewTest::checked()
         }
     }
     return found;
+}
+
+void MainViewTest::theLeastSizeFitsTheScreen()
+{
+    const QList<QScreen *> screens = QGuiApplication::screens();
+    const QSize small = screens.at(1)->availableSize();
+    QCOMPARE(small, QSize(1024, 600));
+    window->windowHandle()->setScreen(screens.at(1));
+    QTRY_VERIFY(window->minimumHeight() <= small.height());
+    // Some of it is for the frame.
+    QVERIFY(window->minimumHeight() >= small.height() - 50);
+    QCOMPARE(window->minimumWidth(), 1000);
+    window->windowHandle()->setScreen(screens.at(0));
+    QTRY_COMPARE(window->minimumSize(), QSize(1000, 700));
 }
 
 void MainViewTest::theWindowHasItsTitleAndLeastSize()
@@ -138,14 +154,17 @@ void MainViewTest::aClickOnTheSelectedTabChangesNothing()
     QCOMPARE(screenCapture::capture(button(u"生成封面"_s)), face);
 }
 
-void MainViewTest::arrowKeysChangeTheTab()
+void MainViewTest::arrowKeysKeepTheScreen()
 {
+    const QPointer<QWidget> before = screen;
     button(u"生成封面"_s)->setFocus(Qt::TabFocusReason);
     QTest::keyClick(button(u"生成封面"_s), Qt::Key_Right);
-    QCOMPARE(window->selectedTab(), NavigationTab::history);
     QVERIFY(button(u"已生成列表"_s)->hasFocus());
-    QTest::keyClick(button(u"已生成列表"_s), Qt::Key_Left);
     QCOMPARE(window->selectedTab(), NavigationTab::generate);
+    QCOMPARE(screen, before.data());
+    QTest::keyClick(button(u"已生成列表"_s), Qt::Key_Space);
+    QCOMPARE(window->selectedTab(), NavigationTab::history);
+    QVERIFY(before == nullptr);
 }
 
 void MainViewTest::theScreenTakesAllTheRoomThereIs()

@@ -26,13 +26,17 @@ private Q_SLOTS:
     void theTabsStandInOrderWithTheirIconsOnTheLeft();
     void theSelectedTabIsFilledWithTheAccentColour();
     void hoveringFillsAnUnselectedTabFaintly();
+    void arrowKeysMoveTheFocusAndSelectNothing();
+    void spaceAndReturnSelectTheFocusedTab();
     void hoveringChangesNothingOnTheSelectedTab();
 
 private:
     NavTabButton *button(const QString &title) { return accessible::find<NavTabButton>(window.get(), title); }
     QColor fill(const QString &title);
+    const QList<NavigationTab> &watchChoices();
 
     std::unique_ptr<QWidget> window;
+    QList<NavigationTab> choices;
 };
 
 namespace
@@ -56,6 +60,14 @@ void NavTabButtonTest::init()
     // Away from the tabs.
     QTest::mouseMove(window->windowHandle(), {500, 500});
     QCoreApplication::processEvents();
+}
+
+const QList<NavigationTab> &NavTabButtonTest::watchChoices()
+{
+    choices.clear();
+    connect(window->findChild<TopNavigationBar *>(), &TopNavigationBar::tabChosen, this,
+            [this](NavigationTab tab) { choices.append(tab); });
+    return choices;
 }
 
 QColor NavTabButtonTest::fill(const QString &title)
@@ -99,6 +111,39 @@ void NavTabButtonTest::theSelectedTabIsFilledWithTheAccentColour()
         const QImage other = screenCapture::capture(button(title));
         QVERIFY(screenCapture::countOf(other, themeColor(ColorRole::primaryText), {}, 8) > 10);
         QCOMPARE(screenCapture::countOf(other, Qt::white, {}, 8), 0);
+    }
+}
+
+void NavTabButtonTest::arrowKeysMoveTheFocusAndSelectNothing()
+{
+    const QList<NavigationTab> &chosen = watchChoices();
+    button(titles().constFirst())->setFocus(Qt::TabFocusReason);
+    const auto focusAfter = [](Qt::Key key) {
+        QTest::keyClick(QApplication::focusWidget(), key);
+        return QApplication::focusWidget()->accessibleName();
+    };
+    QCOMPARE(focusAfter(Qt::Key_Left), titles().at(0));
+    QCOMPARE(focusAfter(Qt::Key_Right), titles().at(1));
+    QVERIFY2(button(titles().at(1))->showsFocus(), "the focus ring shows where Space would choose");
+    QCOMPARE(focusAfter(Qt::Key_Down), titles().at(2));
+    QCOMPARE(focusAfter(Qt::Key_Right), titles().at(3));
+    QCOMPARE(focusAfter(Qt::Key_Right), titles().at(3));
+    QCOMPARE(focusAfter(Qt::Key_Up), titles().at(2));
+    QCOMPARE(chosen.size(), 0);
+    QVERIFY(button(titles().constFirst())->isChecked());
+}
+
+void NavTabButtonTest::spaceAndReturnSelectTheFocusedTab()
+{
+    const QList<NavigationTab> &chosen = watchChoices();
+    button(titles().constFirst())->setFocus(Qt::TabFocusReason);
+    for (const auto key : {Qt::Key_Space, Qt::Key_Return}) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
+        auto *focused = qobject_cast<NavTabButton *>(QApplication::focusWidget());
+        QVERIFY(!focused->isChecked());
+        QTest::keyClick(focused, key);
+        QCOMPARE(chosen.constLast(), focused->tab());
+        QVERIFY(focused->isChecked());
     }
 }
 

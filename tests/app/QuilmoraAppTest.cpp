@@ -13,6 +13,7 @@
 #include <QAbstractEventDispatcher>
 #include <QAction>
 #include <QClipboard>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QLineEdit>
 #include <QProxyStyle>

@@ -28,6 +28,7 @@ private Q_SLOTS:
     void whatWasTypedIsGoneAfterAVisitToAnotherTab();
     void anAddressOnTheHelpTabIsCopied();
     void standardOutputStaysEmpty();
+    void noSettingsAreLeftBehind();
 
 private:
     void startService();
@@ -72,8 +73,8 @@ void EndToEndTest::initTestCase()
 
 void EndToEndTest::cleanupTestCase()
 {
-    program.terminate();
-    QVERIFY(program.waitForFinished());
+    program.kill();
+    program.waitForFinished();
     service.terminate();
     QVERIFY(service.waitForFinished());
     QCOMPARE(service.exitCode(), 0);
@@ -125,7 +126,7 @@ void EndToEndTest::theCoverIsFoundAgainInTheHistory()
     QVERIFY(desktop->act(u"已生成列表"_s));
     QTRY_VERIFY(desktop->isShowing(prompt));
     QVERIFY(desktop->isUsable(u"刷新"_s));
-    QVERIFY(desktop->act(prompt));
+    QTRY_VERIFY(desktop->act(prompt));
     QTRY_VERIFY_WITH_TIMEOUT(desktop->isShowing(u"关闭预览"_s), 10000);
     QVERIFY(desktop->isShowing(u"封面"_s));
     QVERIFY(desktop->act(u"关闭"_s));
@@ -171,6 +172,14 @@ void EndToEndTest::standardOutputStaysEmpty()
 {
     QCOMPARE(program.state(), QProcess::Running);
     QCOMPARE(program.readAllStandardOutput(), QByteArray{});
+}
+
+/// After a file dialog, whose preferences Qt would keep.
+void EndToEndTest::noSettingsAreLeftBehind()
+{
+    program.terminate();
+    QVERIFY(program.waitForFinished());
+    QVERIFY(!QFile::exists(home.path(u".config/QtProject.conf"_s)));
 }
 
 QTEST_GUILESS_MAIN(EndToEndTest)

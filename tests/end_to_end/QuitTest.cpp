@@ -25,14 +25,16 @@ using namespace std::chrono_literals;
 namespace
 {
 
-/// What the program said, but for one thing: the toolkit tells when this test, on the accessibility bus, has
-/// asked about something that went before the question came.
+/// What the program wrote, without two warnings of Qt about what this test asks on the accessibility bus: an
+/// object that went before the question came, and a question that newer versions of the bus library add.
 QByteArray withoutLateAnswers(const QByteArray &said)
 {
     QByteArray kept;
     for (const QByteArray &line : said.split('\n')) {
         if (!line.isEmpty() &&
-            !line.startsWith("qt.accessibility.atspi: WARNING Qt AtSpiAdaptor: Accessible invalid: ")) {
+            !line.startsWith("qt.accessibility.atspi: WARNING Qt AtSpiAdaptor: Accessible invalid: ") &&
+            !line.startsWith("qt.accessibility.atspi: Could not find accessible on path: ") &&
+            !(line.startsWith("qt.accessibility.atspi: ") && line.contains("\"GetApplicationBusAddress\""))) {
             kept += line + '\n';
         }
     }
@@ -98,7 +100,7 @@ private:
         const char *name;
         void (QuitTest::*bringAbout)();
         Way usual;
-        unsigned all = closing | key; ///< The toolkit's own panels do not know the key.
+        unsigned all = closing | key; ///< Qt's own panels do not know the key.
     };
     static QList<State> states();
 
@@ -175,7 +177,7 @@ void QuitTest::initTestCase()
     windows = std::make_unique<WindowManager>();
     environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
     environment.insert(u"QT_LINUX_ACCESSIBILITY_ALWAYS_ON"_s, u"1"_s);
-    // Every desktop has one; the toolkit says so where there is none.
+    // Every desktop has one; Qt says so where there is none.
     const QString runtime = home.path(u"run"_s);
     QVERIFY(QDir{}.mkdir(runtime) &&
             QFile::setPermissions(runtime, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));

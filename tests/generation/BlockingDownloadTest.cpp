@@ -61,7 +61,7 @@ void BlockingDownloadTest::readsTheWholeResource_data()
     QTest::addColumn<ScriptedAnswer>("answer");
     QTest::newRow("with a length") << ScriptedAnswer::whole(samplePng());
     QTest::newRow("in chunks") << ScriptedAnswer::chunked(samplePng(), 50);
-    QTest::newRow("packed") << ScriptedAnswer::gzipped(samplePng());
+    QTest::newRow("packed") << ScriptedAnswer::encoded(samplePng());
     QTest::newRow("until the connection ends") << ScriptedAnswer{{{"HTTP/1.1 200 OK\r\n\r\n" + samplePng()}}};
 }
 

@@ -40,6 +40,26 @@ inline ScriptedHttpServer::Script faultOnce(const ScriptedAnswer &fault)
     };
 }
 
+/// The content codings that requests offer with this version of Qt, of those that contentCoding::encode()
+/// knows.
+inline QByteArrayList offeredCodings()
+{
+    const ScriptedHttpServer server{faultOnce(ScriptedAnswer::whole(pictureAnswer()))};
+    Results results;
+    ImageGeneratorService service;
+    service.generateImage({}, 1, 1, {}, configFor(server), results.collect());
+    if (!QTest::qWaitFor([&results] { return results.all.size() == 1; })) {
+        qFatal("No request arrives");
+    }
+    QByteArrayList codings;
+    for (const QByteArray &coding : server.requests().constFirst().header("Accept-Encoding").split(',')) {
+        if (QByteArrayList{"gzip", "br", "zstd"}.contains(coding.trimmed())) {
+            codings.append(coding.trimmed());
+        }
+    }
+    return codings;
+}
+
 /// Generates with `config`, expecting the fault of `server` to come to `expected`, and once more, expecting a
 /// picture: each with one result, and with one request to the server.
 inline void survive(const ScriptedHttpServer &server, const VolcengineConfig &config, const Outcome &expected,

@@ -1,5 +1,6 @@
 #include "generation/FaultRun.h"
 #include "platform/ChineseCatalogue.h"
+#include "support/ContentCoding.h"
 
 #include <QCoreApplication>
 
@@ -33,9 +34,9 @@ ScriptedAnswer stalled(const QByteArray &bytes)
     return {{{bytes}}, ScriptedAnswer::End::stayOpen};
 }
 
-void row(const char *name, const ScriptedAnswer &answer, const Outcome &outcome)
+void row(const QByteArray &name, const ScriptedAnswer &answer, const Outcome &outcome)
 {
-    QTest::newRow(name) << answer << outcome;
+    QTest::newRow(name.constData()) << answer << outcome;
 }
 
 void addColumns()
@@ -160,17 +161,18 @@ void FaultyAnswerTest::brokenChunks_data()
 void FaultyAnswerTest::packing_data()
 {
     addColumns();
-    const QByteArray packed = ScriptedAnswer::gzipped(pictureAnswer({200, 100})).pieces.first().bytes;
-    const QByteArray body = packed.sliced(packed.indexOf("\r\n\r\n") + 4);
-    const auto gzip = [](const QByteArray &bytes) {
-        return ScriptedAnswer::whole(bytes, "200 OK", "Content-Encoding: gzip\r\n");
-    };
-    row("whole", gzip(body), Outcome::picture());
-    const Outcome unusable = Outcome::lost(u"解压失败"_s);
-    row("not packed at all", gzip("Bad Gateway"), unusable);
-    row("damaged", gzip(QByteArray{body}.replace(200, 8, "damaged!")), unusable);
-    // Of a body that is cut off where the next letter would begin, nobody can tell.
-    row("cut short after its head", gzip(body.first(10)), Outcome::told({}));
+    for (const QByteArray &coding : offeredCodings()) {
+        const QByteArray body = contentCoding::encode(pictureAnswer({200, 100}), coding);
+        const auto encoded = [&coding](const QByteArray &bytes) {
+            return ScriptedAnswer::whole(bytes, "200 OK", "Content-Encoding: " + coding + "\r\n");
+        };
+        row(coding + ", whole", encoded(body), Outcome::picture());
+        const Outcome unusable = Outcome::lost(u"解压失败"_s);
+        row(coding + ", not compressed at all", encoded("Bad Gateway"), unusable);
+        row(coding + ", damaged", encoded(QByteArray{body}.replace(20, 8, "damaged!")), unusable);
+        // The first bytes of a compressed body decompress to nothing, without an error.
+        row(coding + ", truncated after its head", encoded(body.first(10)), Outcome::told({}));
+    }
     row("of a kind that was not asked for",
         ScriptedAnswer::whole(pictureAnswer(), "200 OK", "Content-Encoding: compress\r\n"),
         Outcome::picture());

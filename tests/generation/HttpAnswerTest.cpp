@@ -189,7 +189,7 @@ void HttpAnswerTest::answersMayBePacked()
     QFETCH(const QByteArray, body);
     QFETCH(const QString, text);
     ScriptedHttpServer server{[body](const auto &) {
-        return ScriptedAnswer::gzipped(body);
+        return ScriptedAnswer::encoded(body);
     }};
     const Results results = resultOf(server);
     QVERIFY(server.requests().constFirst().header("Accept-Encoding").contains("gzip"));

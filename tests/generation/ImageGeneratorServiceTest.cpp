@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QHash>
 #include <QJsonDocument>
+#include <QJsonValue>
 #include <QTest>
 
 #include <array>

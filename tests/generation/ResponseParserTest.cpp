@@ -54,7 +54,11 @@ private Q_SLOTS:
     void anAddressThatGivesNoPictureFails();
     void badAddressesAreNotAskedFor_data();
     void badAddressesAreNotAskedFor();
+    void ofDuplicateMembersTheLastCounts_data();
     void ofDuplicateMembersTheLastCounts();
+    void numbersOfAnySizeAreRead_data();
+    void numbersOfAnySizeAreRead();
+    void aThousandLevelsAreRead();
     void whatTheServiceSends();
 };
 
@@ -79,6 +83,9 @@ void ResponseParserTest::theDecisionsInTheirOrder_data()
     row("error with empty texts", R"({"error":{"code":"","message":""}})", u"[] "_s);
     row("error wins over data", R"({"data":[)" + good + R"(],"error":{"message":"m"}})", u"[] m"_s);
     row("error text with line breaks", R"({"error":{"message":"一\n二 <b>"}})", u"[] 一\n二 <b>"_s);
+    row("error text with escapes", R"({"err\u006fr":{"message":"\u4e00\ud83d\ude00\/\u0000"}})",
+        u"[] 一😀/"_s + QChar::Null);
+    row("white space everywhere", " {\r\n\t\"error\" : { } } ", u"[] 未知错误"_s);
     lacking("error that is a string", R"({"error":"nope"})");
     lacking("error that is an array", R"({"error":[{"message":"m"}]})");
     lacking("error that is null", R"({"error":null})");
@@ -201,12 +208,60 @@ void ResponseParserTest::badAddressesAreNotAskedFor()
     QVERIFY(parsed.asked.isEmpty());
 }
 
+void ResponseParserTest::ofDuplicateMembersTheLastCounts_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<QString>("text");
+    const auto row = [](const char *name, const QByteArray &body, const QString &text) {
+        QTest::newRow(name) << body << text;
+    };
+    const QString failed = u"图片生成失败"_s;
+    row("error", R"({"error":{"message":"a"},"error":{"message":"b"}})", u"[] b"_s);
+    row("error that is none", R"({"error":{"message":"a"},"error":1,"data":[{"error":{}}]})", failed);
+    row("code", R"({"error":{"code":"a","code":"b","message":"m"}})", u"[b] m"_s);
+    row("message that is no text", R"({"error":{"message":"a","message":null}})", u"[] 未知错误"_s);
+    row("name with an escape", R"({"error":{"message":"a","\u006dessage":"b"}})", u"[] b"_s);
+    row("data", R"({"data":[{"error":{"message":"a"}}],"data":[{"error":{}}]})", failed);
+    row("data that is none", R"({"data":[{}],"data":{}})",
+        uR"(响应缺少 data 字段：{"data":[{}],"data":{}})"_s);
+    row("error of the element", R"({"data":[{"error":1,"error":{"message":"a","message":"b"}}]})", u"b"_s);
+    row("picture", R"({"data":[{"b64_json":")" + encodedPicture({4, 4}) + R"(","b64_json":1}]})",
+        u"无法解析图片数据"_s);
+}
+
 void ResponseParserTest::ofDuplicateMembersTheLastCounts()
 {
-    const Parsed twoErrors{R"({"error":{"message":"a"},"error":{"message":"b"}})"};
-    QCOMPARE(twoErrors.text(), u"[] b"_s);
-    const Parsed errorThenNone{R"({"error":{"message":"a"},"error":1,"data":[{"error":{}}]})"};
-    QCOMPARE(errorThenNone.text(), u"图片生成失败"_s);
+    QFETCH(const QByteArray, body);
+    QFETCH(const QString, text);
+    QCOMPARE(Parsed{body}.text(), text);
+}
+
+void ResponseParserTest::numbersOfAnySizeAreRead_data()
+{
+    QTest::addColumn<QByteArray>("number");
+    for (const char *number :
+         {"9223372036854775808", "18446744073709551616", "-9223372036854775809",
+          "123456789012345678901234567890123456789012345678901234567890", "0.1234567890123456789012345678901",
+          "1e-400", "12345678901234567890123456789.5E+0000000000000000000000001"}) {
+        QTest::newRow(number) << QByteArray{number};
+    }
+}
+
+void ResponseParserTest::numbersOfAnySizeAreRead()
+{
+    QFETCH(const QByteArray, number);
+    const Parsed parsed{R"({"n":[)" + number + R"(],"data":[{"b64_json":")" + encodedPicture({4, 4}) +
+                        R"("}]})"};
+    QCOMPARE(parsed.pictureSize(), QSize(4, 4));
+    // What looks like a long number in a text stays as it is.
+    const Parsed text{R"({"n":)" + number + R"(,"error":{"message":"\"1234567890123456789012345"}})"};
+    QCOMPARE(text.text(), u"[] \"1234567890123456789012345"_s);
+}
+
+void ResponseParserTest::aThousandLevelsAreRead()
+{
+    const QByteArray nested = QByteArray(1000, '[') + '1' + QByteArray(1000, ']');
+    QCOMPARE(Parsed{R"({"a":)" + nested + R"(,"error":{}})"}.text(), u"[] 未知错误"_s);
 }
 
 void ResponseParserTest::whatTheServiceSends()

@@ -34,6 +34,7 @@ private Q_SLOTS:
     void bodiesThatAreNoObjectAreShownWhole();
     void bodiesThatAreNoUtf8_data();
     void bodiesThatAreNoUtf8();
+    void aByteOrderMarkStays();
     void aMegabyteOfHtmlIsShownWhole();
     void deepNestingIsNoAnswer();
     void aLongBodyIsCutAfter500Characters();
@@ -60,6 +61,23 @@ void ResponseTextTest::bodiesThatAreNoObjectAreShownWhole_data()
     QTest::newRow("something behind the object") << QByteArray{R"({"error":{}} x)"};
     QTest::newRow("single quotes") << QByteArray{R"({'error':{}})"};
     QTest::newRow("comma too many") << QByteArray{R"({"error":{},})"};
+    QTest::newRow("line break in a text") << QByteArray{R"({"error":{"code":"C","message":"a)"
+                                                        "\n"
+                                                        R"(b"}})"};
+    QTest::newRow("tab in a text") << QByteArray{"{\"error\":{\"message\":\"a\tb\"}}"};
+    QTest::newRow("NUL in a text") << QByteArray{"{\"error\":{\"message\":\"a\0b\"}}", 27};
+    QTest::newRow("unknown escape") << QByteArray{R"({"error":{"message":"\q"}})"};
+    QTest::newRow("short escape") << QByteArray{R"({"error":{"message":"\u41"}})"};
+    QTest::newRow("high surrogate alone") << QByteArray{R"({"error":{"message":"\ud83d"}})"};
+    QTest::newRow("high surrogate before a letter") << QByteArray{R"({"error":{"message":"\ud83d\u0041"}})"};
+    QTest::newRow("low surrogate alone") << QByteArray{R"({"error":{"message":"\ude00"}})"};
+    QTest::newRow("surrogates in the wrong order") << QByteArray{R"({"error":{"message":"\ude00\ud83d"}})"};
+    QTest::newRow("nothing behind the point") << QByteArray{R"({"error":{},"n":1.})"};
+    QTest::newRow("nothing before the point") << QByteArray{R"({"error":{},"n":.5})"};
+    QTest::newRow("leading zero") << QByteArray{R"({"error":{},"n":01})"};
+    QTest::newRow("long number with a leading zero")
+        << QByteArray{R"({"error":{},"n":01234567890123456789})"};
+    QTest::newRow("beyond the largest number") << QByteArray{R"({"error":{},"n":1e400})"};
 }
 
 void ResponseTextTest::bodiesThatAreNoObjectAreShownWhole()
@@ -77,6 +95,9 @@ void ResponseTextTest::bodiesThatAreNoUtf8_data()
     QTest::newRow("overlong") << QByteArray{"\xc0\xaf"};
     QTest::newRow("surrogate") << QByteArray{"\xed\xa0\x80"};
     QTest::newRow("within an object") << QByteArray{"{\"error\":{\"message\":\"\xff\"}}"};
+    QTest::newRow("within an object without data") << QByteArray{"{\"a\":\"\xff\"}"};
+    QTest::newRow("behind a backslash") << QByteArray{"{\"a\":\"\\\xff\"}"};
+    QTest::newRow("behind an object") << QByteArray{"{}\xff"};
     QTest::newRow("UTF-16") << QByteArray{"\xff\xfe{\0}\0", 6};
     QTest::newRow("picture") << QByteArray{"\x89PNG\r\n\x1a\n"};
 }
@@ -85,6 +106,16 @@ void ResponseTextTest::bodiesThatAreNoUtf8()
 {
     QFETCH(const QByteArray, body);
     QCOMPARE(textOf(body), u"无法解析响应"_s);
+}
+
+void ResponseTextTest::aByteOrderMarkStays()
+{
+    const QByteArray mark = "\xef\xbb\xbf";
+    QCOMPARE(textOf(mark), QString{QChar::ByteOrderMark});
+    QCOMPARE(textOf(mark + "Bad Gateway"), QChar::ByteOrderMark + u"Bad Gateway"_s);
+    // No JSON begins with it.
+    QCOMPARE(textOf(mark + R"({"error":{}})"), QChar::ByteOrderMark + uR"({"error":{}})"_s);
+    QCOMPARE(textOf(R"({"error":{"code":")" + mark + R"(C","message":"\ufeffm"}})"), u"[\ufeffC] \ufeffm"_s);
 }
 
 void ResponseTextTest::aMegabyteOfHtmlIsShownWhole()

@@ -152,7 +152,7 @@ void TransportFaultsTest::bodiesThatCannotBeUnpacked_data()
 {
     QTest::addColumn<QByteArray>("body");
     QTest::newRow("no packed data at all") << QByteArray{"{\"error\":{}}"};
-    QByteArray broken = ScriptedAnswer::gzipped(pictureAnswer({200, 100})).pieces.first().bytes;
+    QByteArray broken = ScriptedAnswer::encoded(pictureAnswer({200, 100})).pieces.first().bytes;
     broken = broken.sliced(broken.indexOf("\r\n\r\n") + 4);
     QTest::newRow("damaged in the middle") << QByteArray{broken}.replace(200, 8, "damaged!");
 }

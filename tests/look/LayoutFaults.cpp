@@ -2,7 +2,8 @@
 
 #include "PaintRecord.h"
 #include "SceneRun.h"
-#include "screens/common/Scrim.h"
+#include "screens/common/MenuShadow.h"
+#include "screens/common/Sheet.h"
 #include "screens/help/Toast.h"
 
 #include <QAbstractButton>
@@ -57,7 +58,8 @@ QStringList overlaps(QWidget *widget)
     for (QObject *object : widget->children()) {
         auto *child = qobject_cast<QWidget *>(object);
         if (child == nullptr || !child->isVisible() || child->isWindow() ||
-            qobject_cast<Toast *>(child) != nullptr || qobject_cast<Scrim *>(child) != nullptr) {
+            qobject_cast<Toast *>(child) != nullptr || qobject_cast<Sheet *>(child) != nullptr ||
+            qobject_cast<MenuShadow *>(child) != nullptr) {
             continue;
         }
         for (const QWidget *other : before) {

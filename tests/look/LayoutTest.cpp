@@ -12,7 +12,6 @@ using namespace quilmora::test;
 namespace
 {
 
-constexpr QSize smallestWindow{1000, 700};
 /// In percent.
 constexpr int wide = 130;
 
@@ -23,8 +22,8 @@ double widthOf(const QFont &font)
 
 } // namespace
 
-/// Every screen in the smallest window: with the usual texts and with very long ones, in the usual font and
-/// in one that is much wider.
+/// Every screen in the smallest window that the display allows: with the usual texts and with very long ones,
+/// in the usual font and in one that is much wider.
 class LayoutTest final : public QObject
 {
     Q_OBJECT
@@ -54,7 +53,7 @@ void LayoutTest::initTestCase()
 qsizetype LayoutTest::faults()
 {
     SceneRun run{SceneRun::current(scenes())};
-    run.show(smallestWindow);
+    run.show(run.stage.window()->minimumSize());
     qsizetype count = 0;
     for (QWidget *widget : run.widgets()) {
         for (const QString &fault : layoutFaults(widget)) {

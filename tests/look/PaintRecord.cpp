@@ -138,7 +138,7 @@ PaintRecord PaintRecord::of(QWidget *widget)
     RecordingDevice device{*widget->window(), record};
     const QPoint place = widget->mapTo(widget->window(), QPoint{});
     const double ratio = widget->devicePixelRatioF();
-    // Rounded as the toolkit does.
+    // Rounded as Qt does.
     const QPointF last{place.x() + widget->width() * 1.0, place.y() + widget->height() * 1.0};
     record.bounds = {(QPointF{place} * ratio).toPoint(), (last * ratio).toPoint()};
     widget->render(&device, place, {}, QWidget::RenderFlags{});

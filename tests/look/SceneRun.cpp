@@ -52,7 +52,7 @@ QList<QWidget *> SceneRun::widgets() const
 {
     QList<QWidget *> widgets;
     addVisible(stage.window(), widgets);
-    if (QWidget *overlay = stage.overlay(); overlay != nullptr) {
+    if (QWidget *overlay = stage.overlay(); overlay != nullptr && overlay->isWindow()) {
         addVisible(overlay, widgets);
     }
     return widgets;

@@ -1,8 +1,9 @@
 #include "PaintRecord.h"
 #include "SceneRun.h"
+#include "screens/common/MenuShadow.h"
 #include "screens/common/ProgressSpinner.h"
-#include "screens/common/Scrim.h"
 #include "screens/common/ShadowGround.h"
+#include "screens/common/Sheet.h"
 #include "screens/history/HistoryGrid.h"
 #include "support/ScreenTest.h"
 
@@ -33,7 +34,7 @@ bool isOnPixels(const PaintRecord::Picture &picture)
            std::abs(picture.place.height() - picture.source.height()) < 0.02;
 }
 
-/// The outer side of a mark of the focus is cut off, so the inner one counts. At whole resolutions a line may
+/// The outer side of a focus ring is cut off, so the inner one counts. At whole resolutions a line may
 /// have any width; its outer side counts then.
 bool isOnPixels(const PaintRecord::Edge &edge, double ratio)
 {
@@ -76,8 +77,9 @@ QStringList complaintsAbout(QWidget *widget)
     const PaintRecord record = PaintRecord::of(widget);
     QStringList complaints;
     // Shadows are soft.
-    const bool drawsShadows =
-        dynamic_cast<ShadowGround *>(widget) != nullptr || dynamic_cast<Scrim *>(widget) != nullptr;
+    const bool drawsShadows = dynamic_cast<ShadowGround *>(widget) != nullptr ||
+                              dynamic_cast<Sheet *>(widget) != nullptr ||
+                              dynamic_cast<MenuShadow *>(widget) != nullptr;
     for (const PaintRecord::Picture &picture : record.pictures) {
         if (!drawsShadows && !isOnPixels(picture)) {
             complaints += u"a picture of %1 x %2 pixels is drawn at %3"_s.arg(picture.source.width())

@@ -55,6 +55,11 @@ ComposingInputMethod::~ComposingInputMethod()
     QInputMethodPrivate::get(QGuiApplication::inputMethod())->testContext = nullptr;
 }
 
+void ComposingInputMethod::drop()
+{
+    context->reset();
+}
+
 void ComposingInputMethod::compose(const QString &word)
 {
     context->compose(word);

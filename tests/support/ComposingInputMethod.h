@@ -9,7 +9,7 @@ namespace quilmora::test
 
 class InputMethodContext;
 
-/// An input method in place of the system's, as the toolkit sees one: with it a word is composed in the field
+/// An input method in place of the system's, as Qt sees one: with it a word is composed in the field
 /// that has the focus, underlined, until it is committed.
 class ComposingInputMethod final
 {
@@ -20,6 +20,9 @@ public:
 
     /// Shows the word, half composed.
     void compose(const QString &word);
+
+    /// From now on knows of no word, as an input method that has ended: a commit commits nothing.
+    void drop();
 
 private:
     const std::unique_ptr<InputMethodContext> context;

@@ -3,6 +3,7 @@
 #include "support/PortalSettings.h"
 
 #include <QDBusConnection>
+#include <QDBusError>
 
 using namespace Qt::StringLiterals;
 
@@ -73,10 +74,24 @@ void DesktopPortal::start(std::optional<ColorScheme> scheme)
 void DesktopPortal::choose(std::optional<ColorScheme> scheme, const QString &key)
 {
     settings->scheme = number(scheme);
-    inThread([this, key] {
-        Q_EMIT settings->SettingChanged(u"org.freedesktop.appearance"_s, key,
-                                        QDBusVariant{settings->scheme.load()});
-    });
+    tell(u"org.freedesktop.appearance"_s, key, settings->scheme.load());
+}
+
+void DesktopPortal::chooseContrast(Contrast contrast)
+{
+    settings->contrast = contrast == Contrast::high ? 1 : 0;
+    tell(u"org.freedesktop.appearance"_s, u"contrast"_s, settings->contrast.load());
+}
+
+void DesktopPortal::chooseGnomeContrast(Contrast contrast)
+{
+    settings->gnomeContrast = contrast == Contrast::high;
+    tell(u"org.gnome.desktop.a11y.interface"_s, u"high-contrast"_s, settings->gnomeContrast.load());
+}
+
+void DesktopPortal::tell(const QString &group, const QString &key, const QVariant &value)
+{
+    inThread([&] { Q_EMIT settings->SettingChanged(group, key, QDBusVariant{value}); });
 }
 
 void DesktopPortal::forgetSettings()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/ColorScheme.h"
+#include "platform/Contrast.h"
 
 #include <QObject>
 #include <QProcess>
@@ -15,8 +16,8 @@ namespace quilmora::test
 
 class PortalSettings;
 
-/// A session bus of its own, and on it the part of a desktop portal that tells the colour scheme, in a thread
-/// of its own.
+/// A session bus of its own, and on it the part of a desktop portal that tells the colour scheme and the
+/// contrast, in a thread of its own.
 class DesktopPortal final
 {
 public:
@@ -33,6 +34,10 @@ public:
     /// Changes the setting, and tells it to everyone on the bus. With another `key` it is another setting
     /// that changes to the same value.
     void choose(std::optional<ColorScheme> scheme, const QString &key = QStringLiteral("color-scheme"));
+    /// The same for the contrast, as all desktops have it.
+    void chooseContrast(Contrast contrast);
+    /// The same for the contrast, as GNOME had it before.
+    void chooseGnomeContrast(Contrast contrast);
     /// From now on the portal knows no settings.
     void forgetSettings();
     /// How often the portal was asked.
@@ -40,6 +45,7 @@ public:
 
 private:
     void inThread(const std::function<void()> &task);
+    void tell(const QString &group, const QString &key, const QVariant &value);
 
     QProcess daemon;
     QString busAddress;

@@ -143,10 +143,12 @@ QRectF Drawing::symbol(const QString &name, int pixelSize, QFont::Weight weight,
     }
     constexpr double sidePerTextSize = 1.3;
     const int side = qRound(pixelSize * sidePerTextSize);
-    const QImage expected = Symbol::pixmap(name, side, color, 1.0, weight).toImage();
-    for (const DrawnPixmap &drawn : allPixmaps) {
-        if (drawn.pixmap.size() == expected.size() && drawn.pixmap.toImage() == expected) {
-            return drawn.place;
+    for (const bool isMoved : {false, true}) {
+        const QImage expected = Symbol::pixmap(name, side, color, 1.0, weight, isMoved).toImage();
+        for (const DrawnPixmap &drawn : allPixmaps) {
+            if (drawn.pixmap.size() == expected.size() && drawn.pixmap.toImage() == expected) {
+                return drawn.place;
+            }
         }
     }
     return {};

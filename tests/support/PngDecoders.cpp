@@ -69,7 +69,7 @@ QList<QRgba64> withLodePng(const QByteArray &file)
 QList<Decoder> all()
 {
     return {
-        {u"the toolkit"_s, withToolkit},
+        {u"Qt"_s, withToolkit},
         {u"libspng"_s, withSpng},
 #ifdef HAS_LODEPNG
         {u"LodePNG"_s, withLodePng},

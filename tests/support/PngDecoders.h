@@ -21,7 +21,7 @@ struct Decoder {
     Decode decode;
 };
 
-/// The toolkit's (libpng), libspng and, where the system has it, LodePNG.
+/// Qt's (libpng), libspng and, where the system has it, LodePNG.
 QList<Decoder> all();
 
 /// The pixels of `image` in the same form.

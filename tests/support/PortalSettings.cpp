@@ -5,15 +5,24 @@ using namespace Qt::StringLiterals;
 namespace quilmora::test
 {
 
-QDBusVariant PortalSettings::Read(const QString &group, const QString &key)
+PortalSettings::PortalSettings()
+{
+    qDBusRegisterMetaType<PortalSettingGroups>();
+}
+
+PortalSettingGroups PortalSettings::ReadAll(const QStringList &groups)
 {
     ++questions;
-    if (!known || group != u"org.freedesktop.appearance"_s || key != u"color-scheme"_s) {
-        sendErrorReply(u"org.freedesktop.portal.Error.NotFound"_s, u"Requested setting not found"_s);
-        return QDBusVariant{0U};
+    PortalSettingGroups all;
+    const QString appearance = u"org.freedesktop.appearance"_s;
+    if (known && groups.contains(appearance)) {
+        all.insert(appearance, {{u"color-scheme"_s, scheme.load()}, {u"contrast"_s, contrast.load()}});
     }
-    // Twice a variant, as portals answer.
-    return QDBusVariant{QVariant::fromValue(QDBusVariant{scheme.load()})};
+    const QString gnome = u"org.gnome.desktop.a11y.interface"_s;
+    if (known && groups.contains(gnome)) {
+        all.insert(gnome, {{u"high-contrast"_s, gnomeContrast.load()}});
+    }
+    return all;
 }
 
 } // namespace quilmora::test

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <QDBusContext>
+#include <QDBusMetaType>
 #include <QDBusVariant>
+#include <QMap>
 #include <QObject>
 
 #include <atomic>
@@ -9,24 +10,28 @@
 namespace quilmora::test
 {
 
+using PortalSettingGroups = QMap<QString, QVariantMap>;
+
 /// The settings as a portal offers them on a bus.
-class PortalSettings final : public QObject, protected QDBusContext
+class PortalSettings final : public QObject
 {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
     Q_DISABLE_COPY_MOVE(PortalSettings)
 
 public:
-    PortalSettings() = default;
+    PortalSettings();
     ~PortalSettings() override = default;
 
     std::atomic_uint scheme = 0;
+    std::atomic_uint contrast = 0;
+    std::atomic_bool gnomeContrast = false;
     std::atomic_bool known = true;
     std::atomic_int questions = 0;
 
 public Q_SLOTS:
     /// With the name that it has on the bus.
-    QDBusVariant Read(const QString &group, const QString &key);
+    quilmora::test::PortalSettingGroups ReadAll(const QStringList &groups);
 
 Q_SIGNALS:
     void SettingChanged(const QString &group, const QString &key, const QDBusVariant &value);

@@ -3,12 +3,15 @@
 #include "platform/ChineseCatalogue.h"
 #include "screens/common/ControlStyle.h"
 #include "screens/common/Fonts.h"
+#include "screens/common/Sheet.h"
 #include "screens/common/Theme.h"
 
 #include <QAbstractScrollArea>
 #include <QContextMenuEvent>
 #include <QInputMethodEvent>
 #include <QMenu>
+
+#include <algorithm>
 
 namespace quilmora::test
 {
@@ -31,6 +34,20 @@ void showWindow(QWidget &window, QSize size)
     if (!QTest::qWaitForWindowActive(&window)) {
         qFatal("The window does not become active");
     }
+}
+
+Sheet *openSheet()
+{
+    for (const QWidget *window : QApplication::topLevelWidgets()) {
+        // One that has been closed may still be there.
+        const auto sheets = window->findChildren<Sheet *>();
+        const auto open =
+            std::find_if(sheets.begin(), sheets.end(), [](const Sheet *sheet) { return sheet->isVisible(); });
+        if (open != sheets.end()) {
+            return *open;
+        }
+    }
+    return nullptr;
 }
 
 void click(QWidget *widget)

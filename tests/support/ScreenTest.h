@@ -7,6 +7,11 @@
 
 class QMenu;
 
+namespace quilmora
+{
+class Sheet;
+}
+
 namespace quilmora::test
 {
 
@@ -34,6 +39,9 @@ int runScreenTest(int argc, char **argv)
 
 /// Shows a window of that size, active, and waits until it is on screen; fails the test program otherwise.
 void showWindow(QWidget &window, QSize size);
+
+/// The sheet that is open over a window; null when there is none.
+Sheet *openSheet();
 
 /// Clicks into the middle of a widget.
 void click(QWidget *widget);

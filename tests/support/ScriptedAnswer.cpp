@@ -1,57 +1,11 @@
 #include "support/ScriptedAnswer.h"
 
-#include <QtEndian>
+#include "support/ContentCoding.h"
 
 #include <algorithm>
-#include <array>
 
 namespace quilmora::test
 {
-namespace
-{
-
-QByteArray littleEndian(quint32 value)
-{
-    const quint32 ordered = qToLittleEndian(value);
-    return QByteArray{reinterpret_cast<const char *>(&ordered), sizeof ordered};
-}
-
-/// What each value of a byte adds to a checksum.
-std::array<quint32, 256> checksumSteps()
-{
-    std::array<quint32, 256> steps{};
-    for (quint32 value = 0; value < steps.size(); ++value) {
-        quint32 step = value;
-        for (int bit = 0; bit < 8; ++bit) {
-            step = (step >> 1U) ^ ((step & 1U) != 0U ? 0xedb88320U : 0U);
-        }
-        steps.at(value) = step;
-    }
-    return steps;
-}
-
-quint32 checksum(const QByteArray &bytes)
-{
-    static const std::array<quint32, 256> steps = checksumSteps();
-    quint32 sum = 0xffffffffU;
-    for (const char byte : bytes) {
-        sum = (sum >> 8U) ^ steps.at((sum ^ static_cast<quint8>(byte)) & 0xffU);
-    }
-    return ~sum;
-}
-
-QByteArray gzip(const QByteArray &bytes)
-{
-    // Around the packed data: a length and a two-byte header before it, a checksum of another kind behind.
-    constexpr qsizetype before = 6;
-    constexpr qsizetype behind = 4;
-    const QByteArray packed = qCompress(bytes);
-    return QByteArray::fromHex("1f8b08000000000000ff") +
-           packed.sliced(before, packed.size() - before - behind) + littleEndian(checksum(bytes)) +
-           littleEndian(static_cast<quint32>(bytes.size()));
-}
-
-} // namespace
 
 ScriptedAnswer ScriptedAnswer::whole(const QByteArray &body, const QByteArray &statusLine,
                                      const QByteArray &extraHeaders)
@@ -80,9 +34,9 @@ ScriptedAnswer ScriptedAnswer::chunked(const QByteArray &body, qsizetype chunkSi
     return answer;
 }
 
-ScriptedAnswer ScriptedAnswer::gzipped(const QByteArray &body)
+ScriptedAnswer ScriptedAnswer::encoded(const QByteArray &body, const QByteArray &coding)
 {
-    return whole(gzip(body), "200 OK", "Content-Encoding: gzip\r\n");
+    return whole(contentCoding::encode(body, coding), "200 OK", "Content-Encoding: " + coding + "\r\n");
 }
 
 ScriptedAnswer ScriptedAnswer::cut(const QByteArray &body, qsizetype promised)

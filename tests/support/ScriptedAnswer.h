@@ -30,8 +30,8 @@ struct ScriptedAnswer {
     static ScriptedAnswer keptAlive(const QByteArray &body);
     /// An answer in chunks of `chunkSize` bytes.
     static ScriptedAnswer chunked(const QByteArray &body, qsizetype chunkSize);
-    /// An answer whose body is packed with gzip.
-    static ScriptedAnswer gzipped(const QByteArray &body);
+    /// An answer whose body is compressed with that content coding, as contentCoding::encode() takes it.
+    static ScriptedAnswer encoded(const QByteArray &body, const QByteArray &coding = "gzip");
     /// An answer that promises `promised` bytes, sends `body` and closes.
     static ScriptedAnswer cut(const QByteArray &body, qsizetype promised);
     /// An answer whose body comes in `parts` parts with a pause before each.

@@ -35,9 +35,7 @@ QByteArray ReceivedRequest::header(const QByteArray &name) const
     for (const QByteArray &line : lines) {
         const qsizetype colon = line.indexOf(':');
         if (colon > 0 && line.first(colon).compare(name, Qt::CaseInsensitive) == 0) {
-            QByteArray value = line.sliced(colon + 1);
-            value.chop(value.endsWith('\r') ? 1 : 0);
-            return value.startsWith(' ') ? value.sliced(1) : value;
+            return line.sliced(colon + 1).trimmed();
         }
     }
     return {};

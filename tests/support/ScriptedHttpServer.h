@@ -25,7 +25,7 @@ struct ReceivedRequest {
     QByteArray method() const { return head.first(head.indexOf(' ')); }
     QByteArray path() const; ///< With its query.
 
-    /// The value of a header, its outer blanks kept but for the one after the colon; null if it is missing.
+    /// The value of a header without the white space around it, as HTTP reads it; null if it is missing.
     QByteArray header(const QByteArray &name) const;
     /// How many headers of that name came.
     qsizetype headerCount(const QByteArray &name) const;

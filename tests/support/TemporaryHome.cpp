@@ -18,19 +18,24 @@ void restore(const char *variable, const QByteArray &formerValue)
 
 } // namespace
 
-TemporaryHome::TemporaryHome() : formerHome{qgetenv("HOME")}, formerDataHome{qgetenv("XDG_DATA_HOME")}
+TemporaryHome::TemporaryHome()
+    : formerHome{qgetenv("HOME")},
+      formerDataHome{qgetenv("XDG_DATA_HOME")},
+      formerConfigHome{qgetenv("XDG_CONFIG_HOME")}
 {
     if (!folder.isValid()) {
         qFatal("No temporary home folder");
     }
     qputenv("HOME", folder.path().toLocal8Bit());
     qunsetenv("XDG_DATA_HOME");
+    qunsetenv("XDG_CONFIG_HOME");
 }
 
 TemporaryHome::~TemporaryHome()
 {
     restore("HOME", formerHome);
     restore("XDG_DATA_HOME", formerDataHome);
+    restore("XDG_CONFIG_HOME", formerConfigHome);
 }
 
 QString TemporaryHome::path(const QString &inside) const

@@ -22,6 +22,7 @@ private:
     QTemporaryDir folder;
     QByteArray formerHome;
     QByteArray formerDataHome;
+    QByteArray formerConfigHome;
 };
 
 } // namespace quilmora::test

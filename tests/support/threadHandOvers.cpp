@@ -1,14 +1,15 @@
-// Tells the thread sanitizer where the toolkit hands work from one thread to another. The toolkit is not
+// Tells the thread sanitizer where Qt hands work from one thread to another. Qt is not
 // compiled with the sanitizer, which sees none of its locks: whatever one thread prepares and another one is
 // given would look like a race. Each of these functions takes the place of one that our code calls
 // (cmake/ThreadSanitizer.cmake), does what that one does, and says which moment comes before which other one:
-// only what the toolkit promises, between the two threads concerned. Everything else is watched as ever.
+// only what Qt promises, between the two threads concerned. Everything else is watched as ever.
 //
 // One more function takes the place of the sanitizer's own, which fails where a new process shares the memory
 // of the old one until it has become another program.
 
 #include <QDeadlineTimer>
 #include <QObject>
+#include <QRunnable>
 #include <QThread>
 #include <QThreadPool>
 
@@ -18,40 +19,61 @@
 #include <sanitizer/tsan_interface.h>
 #include <utility>
 
-// The toolkit's functions by the names that the linker knows.
+// Qt's functions by the names that the linker knows.
+#if QT_VERSION < QT_VERSION_CHECK(6, 8, 0)
 #define INVOKE                                                                                               \
     "_ZN11QMetaObject16invokeMethodImplEP7QObjectPN9QtPrivate15QSlotObjectBaseEN2Qt14ConnectionTypeEPv"
+#define START_TASK "_ZN11QThreadPool5startESt8functionIFvvEEi"
+#define WAIT_FOR_TASKS "_ZN11QThreadPool11waitForDoneEi"
+#else
+#define INVOKE                                                                                               \
+    "_ZN11QMetaObject16invokeMethodImplEP7QObjectPN9QtPrivate15QSlotObjectBaseEN2Qt14ConnectionTypeE"        \
+    "xPKPKvPKPKcPKPKNS2_18QMetaTypeInterfaceE"
+#define START_TASK "_ZN11QThreadPool5startEP9QRunnablei"
+#define WAIT_FOR_TASKS "_ZN11QThreadPool11waitForDoneE14QDeadlineTimer"
+#endif
 #define CONNECT                                                                                              \
     "_ZN7QObject11connectImplEPKS_PPvS1_S3_"                                                                 \
     "PN9QtPrivate15QSlotObjectBaseEN2Qt14ConnectionTypeEPKiPK11QMetaObject"
 #define START_THREAD "_ZN7QThread5startENS_8PriorityE"
 #define WAIT_FOR_THREAD "_ZN7QThread4waitE14QDeadlineTimer"
-#define START_TASK "_ZN11QThreadPool5startESt8functionIFvvEEi"
-#define WAIT_FOR_TASKS "_ZN11QThreadPool11waitForDoneEi"
 
 namespace quilmora::test::threadHandOvers
 {
 
 using Slot = QtPrivate::QSlotObjectBase;
-using Task = std::function<void()>;
 
+#if QT_VERSION < QT_VERSION_CHECK(6, 8, 0)
+using Task = std::function<void()>;
+using PoolDeadline = int;
 bool reallyInvoke(QObject *object, Slot *slot, Qt::ConnectionType type, void *result) asm("__real_" INVOKE);
+bool invoke(QObject *object, Slot *slot, Qt::ConnectionType type, void *result) asm("__wrap_" INVOKE);
+#else
+using Task = QRunnable *;
+using PoolDeadline = QDeadlineTimer;
+using ArgumentTypes = const QtPrivate::QMetaTypeInterface *const *;
+bool reallyInvoke(QObject *object, Slot *slot, Qt::ConnectionType type, qsizetype count,
+                  const void *const *arguments, const char *const *names,
+                  ArgumentTypes types) asm("__real_" INVOKE);
+bool invoke(QObject *object, Slot *slot, Qt::ConnectionType type, qsizetype count,
+            const void *const *arguments, const char *const *names,
+            ArgumentTypes types) asm("__wrap_" INVOKE);
+#endif
 QMetaObject::Connection reallyConnect(const QObject *sender, void **signal, const QObject *receiver,
                                       void **function, Slot *slot, Qt::ConnectionType type, const int *types,
                                       const QMetaObject *metaObject) asm("__real_" CONNECT);
 void reallyStart(QThread *thread, QThread::Priority priority) asm("__real_" START_THREAD);
 bool reallyWait(QThread *thread, QDeadlineTimer deadline) asm("__real_" WAIT_FOR_THREAD);
 void reallyStart(QThreadPool *pool, Task task, int priority) asm("__real_" START_TASK);
-bool reallyWait(QThreadPool *pool, int milliseconds) asm("__real_" WAIT_FOR_TASKS);
+bool reallyWait(QThreadPool *pool, PoolDeadline deadline) asm("__real_" WAIT_FOR_TASKS);
 
-bool invoke(QObject *object, Slot *slot, Qt::ConnectionType type, void *result) asm("__wrap_" INVOKE);
 QMetaObject::Connection connect(const QObject *sender, void **signal, const QObject *receiver,
                                 void **function, Slot *slot, Qt::ConnectionType type, const int *types,
                                 const QMetaObject *metaObject) asm("__wrap_" CONNECT);
 void start(QThread *thread, QThread::Priority priority) asm("__wrap_" START_THREAD);
 bool wait(QThread *thread, QDeadlineTimer deadline) asm("__wrap_" WAIT_FOR_THREAD);
 void start(QThreadPool *pool, Task task, int priority) asm("__wrap_" START_TASK);
-bool wait(QThreadPool *pool, int milliseconds) asm("__wrap_" WAIT_FOR_TASKS);
+bool wait(QThreadPool *pool, PoolDeadline deadline) asm("__wrap_" WAIT_FOR_TASKS);
 
 namespace
 {
@@ -89,18 +111,78 @@ private:
     void *const waiter; ///< Stands for whoever waits for the call, if anybody does.
 };
 
-} // namespace
-
-bool invoke(QObject *object, Slot *slot, Qt::ConnectionType type, void *result)
+/// `more` is what Qt is passed beside the slot, which depends on its version.
+template <typename... More>
+bool invokeHandedOver(QObject *object, Slot *slot, Qt::ConnectionType type, More... more)
 {
     if (type != Qt::BlockingQueuedConnection) {
-        return reallyInvoke(object, new HandedOverSlot{slot, nullptr}, type, result);
+        return reallyInvoke(object, new HandedOverSlot{slot, nullptr}, type, more...);
     }
     char waiter = 0;
-    const bool isDone = reallyInvoke(object, new HandedOverSlot{slot, &waiter}, type, result);
+    const bool isDone = reallyInvoke(object, new HandedOverSlot{slot, &waiter}, type, more...);
     __tsan_acquire(&waiter);
     return isDone;
 }
+
+#if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
+/// A task that another thread runs. It is destroyed before the end is reported to those who wait for the
+/// pool.
+class HandedOverTask final : public QRunnable
+{
+public:
+    HandedOverTask(QRunnable *task, QThreadPool *owner) : inner{task}, pool{owner} { __tsan_release(this); }
+
+    void run() override
+    {
+        __tsan_acquire(this);
+        inner->run();
+        if (inner->autoDelete()) {
+            delete inner;
+        }
+        __tsan_release(pool);
+    }
+
+private:
+    QRunnable *const inner;
+    QThreadPool *const pool;
+};
+#endif
+
+} // namespace
+
+#if QT_VERSION < QT_VERSION_CHECK(6, 8, 0)
+bool invoke(QObject *object, Slot *slot, Qt::ConnectionType type, void *result)
+{
+    return invokeHandedOver(object, slot, type, result);
+}
+
+void start(QThreadPool *pool, Task task, int priority)
+{
+    // Owned by itself, so that it is destroyed before the end is told.
+    auto *const handedOver = new Task{std::move(task)};
+    __tsan_release(handedOver);
+    reallyStart(
+        pool,
+        [pool, handedOver] {
+            __tsan_acquire(handedOver);
+            (*handedOver)();
+            delete handedOver;
+            __tsan_release(pool);
+        },
+        priority);
+}
+#else
+bool invoke(QObject *object, Slot *slot, Qt::ConnectionType type, qsizetype count,
+            const void *const *arguments, const char *const *names, ArgumentTypes types)
+{
+    return invokeHandedOver(object, slot, type, count, arguments, names, types);
+}
+
+void start(QThreadPool *pool, Task task, int priority)
+{
+    reallyStart(pool, new HandedOverTask{task, pool}, priority);
+}
+#endif
 
 QMetaObject::Connection connect(const QObject *sender, void **signal, const QObject *receiver,
                                 void **function, Slot *slot, Qt::ConnectionType type, const int *types,
@@ -129,25 +211,9 @@ bool wait(QThread *thread, QDeadlineTimer deadline)
     return hasFinished;
 }
 
-void start(QThreadPool *pool, Task task, int priority)
+bool wait(QThreadPool *pool, PoolDeadline deadline)
 {
-    // Owned by itself, so that it is destroyed before the end is told.
-    auto *const handedOver = new Task{std::move(task)};
-    __tsan_release(handedOver);
-    reallyStart(
-        pool,
-        [pool, handedOver] {
-            __tsan_acquire(handedOver);
-            (*handedOver)();
-            delete handedOver;
-            __tsan_release(pool);
-        },
-        priority);
-}
-
-bool wait(QThreadPool *pool, int milliseconds)
-{
-    const bool areDone = reallyWait(pool, milliseconds);
+    const bool areDone = reallyWait(pool, deadline);
     if (areDone) {
         __tsan_acquire(pool);
     }

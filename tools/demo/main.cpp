@@ -69,7 +69,7 @@ int main(int argc, char *argv[])
     const bool wholeWay = arguments.contains(u"--walk"_s);
     const DemoFolder folder{folderArgument(arguments)};
     folder.enterHome();
-    // The toolkit's own file panels can be answered by the walk, whatever the desktop.
+    // Qt's own file panels can be answered by the walk, whatever the desktop.
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     QuilmoraApp application{argc, argv};
 

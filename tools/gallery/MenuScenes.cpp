@@ -20,7 +20,7 @@ QString styleEditor()
 
 QString message()
 {
-    return u"请先在「功能设置」中配置火山引擎的 API Key"_s;
+    return u"错误信息"_s;
 }
 
 /// Types into a field and copies it, so that there is something to paste.

@@ -7,6 +7,8 @@
 
 #include <mutex>
 
+using namespace Qt::StringLiterals;
+
 namespace quilmora
 {
 namespace
@@ -27,6 +29,7 @@ public:
         state.busy = object()->property(busyProperty).toBool();
         // Not when it only hands the focus on to one of its children.
         state.focused = object() == QApplication::focusWidget();
+        state.modal = role() == QAccessible::Dialog;
         return state;
     }
 
@@ -57,6 +60,24 @@ void announceAgain(QWidget *notification)
 {
     QAccessibleEvent event{notification, QAccessible::ObjectShow};
     QAccessible::updateAccessibility(&event);
+}
+
+void announce(QWidget *source, const QString &text)
+{
+    const QString objectName = u"announcement"_s;
+    QWidget *window = source->window();
+    auto *notification = window->findChild<QWidget *>(objectName, Qt::FindDirectChildrenOnly);
+    if (notification == nullptr) {
+        // Stays hidden, so that screen readers do not come across it when they read the window.
+        notification = new QWidget;
+        setAccessiblePart(notification, {QAccessible::Notification});
+        // Not earlier: newer versions of Qt make the accessible interface as soon as a window that is shown
+        // has a new child, and keep it.
+        notification->setParent(window);
+        notification->setObjectName(objectName);
+    }
+    notification->setAccessibleName(text);
+    announceAgain(notification);
 }
 
 } // namespace quilmora

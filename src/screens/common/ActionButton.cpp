@@ -51,7 +51,7 @@ QColor ActionButton::faceColor() const
     case Kind::prominent:
         return themeColor(ColorRole::onAccent);
     case Kind::plainRed:
-        return themeColor(ColorRole::red);
+        return themeColor(ColorRole::redText);
     case Kind::bordered:
         break;
     }
@@ -61,9 +61,10 @@ QColor ActionButton::faceColor() const
 void ActionButton::paintBackground(QPainter &painter) const
 {
     const PixelGrid grid{painter};
-    const double lineWidth = look.kind == Kind::bordered ? grid.lineWidth(1) : 0;
-    const QPainterPath outline =
-        continuousRoundedRect(insideLine(grid.aligned(rect()), lineWidth), cornerRadius);
+    const double lineWidth =
+        look.kind == Kind::bordered ? grid.lineWidth(Theme::current().borderWidth(1)) : 0;
+    const QRectF whole = grid.aligned(rect());
+    const QPainterPath outline = continuousRoundedRect(insideLine(whole, lineWidth), cornerRadius);
     if (look.kind == Kind::prominent) {
         painter.fillPath(outline, themeColor(ColorRole::accent));
     } else if (look.kind == Kind::bordered) {
@@ -76,7 +77,7 @@ void ActionButton::paintBackground(QPainter &painter) const
         painter.fillPath(outline, themeColor(ColorRole::hoverFill));
     }
     if (showsFocus()) {
-        drawFocusRing(painter, outline,
+        drawFocusRing(painter, continuousRoundedRect(whole, cornerRadius + lineWidth / 2),
                       look.kind == Kind::prominent ? ColorRole::onAccent : ColorRole::accent);
     }
 }

@@ -3,7 +3,9 @@
 #include "screens/common/ActionButton.h"
 #include "screens/common/LogoView.h"
 #include "screens/common/ReadingOrder.h"
+#include "screens/common/Sheet.h"
 #include "screens/common/TextLabel.h"
+#include "screens/common/Theme.h"
 
 #include <QVBoxLayout>
 
@@ -27,20 +29,13 @@ TextLabel *centredLabel(const QString &text, TextLabel::Style style, QWidget *pa
 
 } // namespace
 
-AlertPanel::AlertPanel(const QString &title, const QString &message, const QString &buttonTitle,
-                       QWidget *parent)
-    : Sheet{parent}
+AlertPanel::AlertPanel(const QString &title, const QString &message, const QString &buttonTitle)
 {
-    setWindowTitle(title);
-    setAccessibleName(title);
-    setAccessibleDescription(message);
-    setFixedWidth(panelWidth);
-
     auto *logo = new LogoView{logoSide, 12, this};
-    auto *close = new ActionButton{
+    button = new ActionButton{
         {}, buttonTitle, {ActionButton::Kind::prominent, 13, QFont::Medium, 0, {16, 5}}, this};
-    close->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    connect(close, &ActionButton::clicked, this, &Sheet::reject);
+    button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    setFocusProxy(button);
 
     auto *column = new QVBoxLayout{this};
     column->setContentsMargins(20, 20, 20, 20);
@@ -51,9 +46,26 @@ AlertPanel::AlertPanel(const QString &title, const QString &message, const QStri
     column->addSpacing(4);
     column->addWidget(centredLabel(message, {11}, this));
     column->addSpacing(14);
-    column->addWidget(close);
+    column->addWidget(button);
     readInLayoutOrder(*column);
-    close->setFocus();
+}
+
+void AlertPanel::open(const QString &title, const QString &message, const QString &buttonTitle,
+                      QWidget *owner)
+{
+    auto *panel = new AlertPanel{title, message, buttonTitle};
+    auto *sheet = new Sheet{*panel, title, message, owner};
+    connect(panel->button, &ActionButton::clicked, sheet, &Sheet::close);
+}
+
+QSize AlertPanel::sizeHint() const
+{
+    return {panelWidth, layout()->totalHeightForWidth(panelWidth)};
+}
+
+void AlertPanel::paintEvent(QPaintEvent * /*event*/)
+{
+    Sheet::paintGround(*this, themeColor(ColorRole::windowBackground));
 }
 
 } // namespace quilmora

@@ -1,21 +1,35 @@
 #pragma once
 
-#include "screens/common/Sheet.h"
+#include <QWidget>
 
 namespace quilmora
 {
 
-/// A short message over the window, with one button that closes it, as do Return and Escape. Modal to its
-/// window; deletes itself when it is closed.
-class AlertPanel final : public Sheet
+class ActionButton;
+
+/// A short message with one button.
+class AlertPanel final : public QWidget
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(AlertPanel)
 
 public:
-    /// `parent` is anything in the window that the alert belongs to.
-    AlertPanel(const QString &title, const QString &message, const QString &buttonTitle, QWidget *parent);
     ~AlertPanel() override = default;
+
+    /// Shows the message on a sheet over the window of `owner`. Its button closes it, as do Return and
+    /// Escape.
+    static void open(const QString &title, const QString &message, const QString &buttonTitle,
+                     QWidget *owner);
+
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    AlertPanel(const QString &title, const QString &message, const QString &buttonTitle);
+
+    ActionButton *button;
 };
 
 } // namespace quilmora

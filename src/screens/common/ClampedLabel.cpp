@@ -2,7 +2,9 @@
 
 #include "screens/common/AccessiblePart.h"
 
+#include <QFontMetrics>
 #include <QPainter>
+#include <QRegion>
 
 namespace quilmora
 {
@@ -24,6 +26,21 @@ ClampedLabel::ClampedLabel(const QString &text, const QFont &font, ColorRole rol
 QSize ClampedLabel::sizeHint() const
 {
     return {0, ClampedText::heightOfLines(font(), 1)};
+}
+
+void ClampedLabel::resizeEvent(QResizeEvent * /*event*/)
+{
+    // Glyphs may reach a little beyond their advance.
+    constexpr int overhang = 2;
+    const QFontMetrics metrics{font()};
+    QRegion text;
+    QRect row{0, 0, width(), ClampedText::heightOfLines(font(), 1)};
+    for (const QString &line : shown.lines(width())) {
+        const int beside = (width() - metrics.horizontalAdvance(line)) / 2 - overhang;
+        text += row.adjusted(beside, 0, -beside, 0);
+        row.translate(0, row.height());
+    }
+    setMask(text);
 }
 
 void ClampedLabel::paintEvent(QPaintEvent * /*event*/)

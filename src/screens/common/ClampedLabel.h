@@ -9,7 +9,7 @@ namespace quilmora
 {
 
 /// A centred text of at most a few lines, cut off with an ellipsis. As wide as its layout makes it, and as
-/// high as its lines are then.
+/// high as its lines are then. Clicks beside the lines go to what lies behind.
 class ClampedLabel final : public QWidget
 {
     Q_OBJECT
@@ -26,6 +26,7 @@ public:
     int heightForWidth(int width) const override { return shown.height(width); }
 
 protected:
+    void resizeEvent(QResizeEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:

@@ -26,9 +26,9 @@ void drawPushButton(QPainter &painter, const QStyleOptionButton &option)
     painter.setRenderHint(QPainter::Antialiasing);
     const bool isDefault = option.features.testFlag(QStyleOptionButton::DefaultButton);
     const PixelGrid grid{painter};
-    const double lineWidth = isDefault ? 0 : grid.lineWidth(1);
-    const QPainterPath outline =
-        continuousRoundedRect(insideLine(grid.aligned(option.rect), lineWidth), cornerRadius);
+    const double lineWidth = isDefault ? 0 : grid.lineWidth(Theme::current().borderWidth(1));
+    const QRectF whole = grid.aligned(option.rect);
+    const QPainterPath outline = continuousRoundedRect(insideLine(whole, lineWidth), cornerRadius);
     painter.fillPath(outline, themeColor(isDefault ? ColorRole::accent : ColorRole::buttonBackground));
     if (!isDefault) {
         painter.strokePath(outline, QPen{themeColor(ColorRole::controlBorder), lineWidth});
@@ -37,7 +37,8 @@ void drawPushButton(QPainter &painter, const QStyleOptionButton &option)
         painter.fillPath(outline, themeColor(ColorRole::controlPressed));
     }
     if (option.state.testFlag(QStyle::State_HasFocus)) {
-        drawFocusRing(painter, outline, isDefault ? ColorRole::onAccent : ColorRole::accent);
+        drawFocusRing(painter, continuousRoundedRect(whole, cornerRadius + lineWidth / 2),
+                      isDefault ? ColorRole::onAccent : ColorRole::accent);
     }
     painter.restore();
 }

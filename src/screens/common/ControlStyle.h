@@ -5,7 +5,7 @@
 namespace quilmora
 {
 
-/// How the toolkit's own controls are drawn: fields, push buttons of panels, scroll bars and
+/// How Qt's own controls are drawn: fields, push buttons of panels, scroll bars and
 /// menus in the application's look. Not used on macOS, whose own style is right already.
 class ControlStyle final : public MenuStyle
 {

@@ -6,21 +6,19 @@ namespace quilmora
 {
 
 ErrorLine::ErrorLine(int pixelSize, QWidget *parent)
-    : TextLabel{{}, {pixelSize, QFont::Normal, ColorRole::red}, parent}
+    : TextLabel{{}, {pixelSize, QFont::Normal, ColorRole::redText}, parent}
 {
-    setAccessiblePart(this, {QAccessible::Notification});
     setWordWrap(true);
     hide();
 }
 
 void ErrorLine::setMessage(const QString &message)
 {
-    const bool wasVisible = isVisible();
     setText(message);
-    setAccessibleName(message);
     setVisible(!message.isEmpty());
-    if (wasVisible && isVisible()) {
-        announceAgain(this);
+    // A notification would be announced again when the form around it is shown again.
+    if (!message.isEmpty()) {
+        announce(this, message);
     }
 }
 

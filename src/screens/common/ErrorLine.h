@@ -5,7 +5,8 @@
 namespace quilmora
 {
 
-/// A line in red that is there only while there is something to say. Screen readers say it when it comes.
+/// A line in red that is there only while there is something to say. Screen readers announce
+/// each message once.
 class ErrorLine final : public TextLabel
 {
     Q_OBJECT

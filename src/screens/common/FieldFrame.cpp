@@ -9,21 +9,39 @@
 
 namespace quilmora
 {
+namespace
+{
+
+constexpr double cornerRadius = 6;
+
+double lineWidthIn(const QPainter &painter)
+{
+    return PixelGrid{painter}.lineWidth(Theme::current().borderWidth(1));
+}
+
+} // namespace
 
 void drawFieldFrame(QPainter &painter, const QRect &bounds, bool focused)
 {
-    constexpr double cornerRadius = 6;
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    const PixelGrid grid{painter};
-    const double lineWidth = grid.lineWidth(1);
+    const double lineWidth = lineWidthIn(painter);
     const QPainterPath outline =
-        continuousRoundedRect(insideLine(grid.aligned(bounds), lineWidth), cornerRadius);
+        continuousRoundedRect(insideLine(PixelGrid{painter}.aligned(bounds), lineWidth), cornerRadius);
     painter.fillPath(outline, themeColor(ColorRole::textBackground));
     painter.strokePath(outline, QPen{themeColor(ColorRole::controlBorder), lineWidth});
+    painter.restore();
     if (focused) {
-        drawFocusRing(painter, outline);
+        drawFieldRing(painter, bounds, ColorRole::accent);
     }
+}
+
+void drawFieldRing(QPainter &painter, const QRect &bounds, ColorRole role)
+{
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    const double radius = cornerRadius + lineWidthIn(painter) / 2;
+    drawFocusRing(painter, continuousRoundedRect(PixelGrid{painter}.aligned(bounds), radius), role);
     painter.restore();
 }
 

@@ -5,7 +5,7 @@
 namespace quilmora
 {
 
-/// Names the kinds of files in the toolkit's own file panels in Chinese; its catalogue of kinds speaks the
+/// Names the kinds of files in Qt's own file panels in Chinese; its catalogue of kinds speaks the
 /// language of the desktop.
 class FileKinds final : public QFileIconProvider
 {

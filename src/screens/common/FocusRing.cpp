@@ -11,9 +11,7 @@ namespace quilmora
 void drawFocusRing(QPainter &painter, const QPainterPath &outline, ColorRole role)
 {
     constexpr double usualWidth = 2.0;
-    // Its inner side lies on whole pixels.
-    const double outer = outline.boundingRect().left();
-    const double width = PixelGrid{painter}.aligned(QPointF{outer + usualWidth, 0}).x() - outer;
+    const double width = PixelGrid{painter}.lineWidth(usualWidth);
     QColor color = themeColor(role);
     color.setAlphaF(role == ColorRole::accent ? 0.9F : 0.8F);
     painter.save();

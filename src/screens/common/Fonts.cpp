@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QFontDatabase>
 #include <QFontInfo>
+#include <QFontMetricsF>
 
 using namespace Qt::StringLiterals;
 
@@ -32,11 +33,14 @@ void installApplicationFont()
 #ifndef Q_OS_MACOS
     const QString chinese = chineseFamily();
     if (chinese.isEmpty()) {
+        if (QFontDatabase::families(QFontDatabase::SimplifiedChinese).isEmpty()) {
+            qWarning("没有中文字体，文字会显示为方框。请安装一种，例如 fonts-noto-cjk。");
+        }
         return;
     }
     QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
     const QString system = QFontInfo{font}.family();
-    // Where nobody chose a font the toolkit falls back to this one, which no Chinese family sits well beside.
+    // Where nobody chose a font Qt falls back to this one, which no Chinese family sits well beside.
     const bool unchosen = system == u"DejaVu Sans"_s;
     font.setFamilies(unchosen ? QStringList{chinese, system} : QStringList{system, chinese});
     QApplication::setFont(font);
@@ -49,6 +53,12 @@ QFont systemFont(int pixelSize, QFont::Weight weight)
     font.setPixelSize(pixelSize);
     font.setWeight(weight);
     return font;
+}
+
+double baselineInRow(const QFont &font, double rowHeight)
+{
+    // This one is as high as any.
+    return rowHeight / 2 - QFontMetricsF{font}.tightBoundingRect(u"国"_s).center().y();
 }
 
 } // namespace quilmora

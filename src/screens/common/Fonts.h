@@ -12,4 +12,8 @@ void installApplicationFont();
 /// The system font at a size in device-independent pixels.
 QFont systemFont(int pixelSize, QFont::Weight weight = QFont::Normal);
 
+/// Where the baseline lies, from above, when the middle of Chinese characters is that of a row: the middle of
+/// their line is up to two pixels higher.
+double baselineInRow(const QFont &font, double rowHeight);
+
 } // namespace quilmora

@@ -12,10 +12,10 @@
 
 namespace quilmora
 {
-QLineEdit *makeTextField(const QString &accessibleName, const QString &placeholder, int pixelSize,
+TextField *makeTextField(const QString &accessibleName, const QString &placeholder, int pixelSize,
                          QWidget *parent, bool isMasked)
 {
-    QLineEdit *field = isMasked ? new MaskedField{parent} : new QLineEdit{parent};
+    TextField *field = isMasked ? new MaskedField{parent} : new TextField{parent};
     field->setAccessibleName(accessibleName);
     field->setPlaceholderText(placeholder);
     field->setFont(systemFont(pixelSize));

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "screens/common/TextField.h"
 #include "screens/common/TextLabel.h"
 
-#include <QLineEdit>
 #include <QWidget>
 
 namespace quilmora
@@ -32,16 +32,16 @@ public:
     ~LabelledField() override = default;
 
     /// The field itself, owned by this.
-    QLineEdit *field() const { return input; }
+    TextField *field() const { return input; }
 
     QString text() const { return input->text(); }
 
 private:
-    QLineEdit *input;
+    TextField *input;
 };
 
 /// A text field in the application's look, with the system font at that size.
-QLineEdit *makeTextField(const QString &accessibleName, const QString &placeholder, int pixelSize,
+TextField *makeTextField(const QString &accessibleName, const QString &placeholder, int pixelSize,
                          QWidget *parent, bool isMasked = false);
 
 } // namespace quilmora

@@ -18,7 +18,7 @@ namespace
 constexpr double dotDiameter = 0.5;
 
 /// What screen readers are told of a MaskedField: that it is one, and how many dots it shows. Having no text
-/// interface, it is no object of the events in which the toolkit tells of changed texts.
+/// interface, it is no object of the events in which Qt tells of changed texts.
 class MaskedFieldAccessible final : public QAccessibleWidget
 {
 public:
@@ -57,7 +57,7 @@ QAccessibleInterface *makeAccessible(const QString & /*className*/, QObject *obj
 
 } // namespace
 
-MaskedField::MaskedField(QWidget *parent) : QLineEdit{parent}
+MaskedField::MaskedField(QWidget *parent) : TextField{parent}
 {
     static std::once_flag installed;
     std::call_once(installed, [] { QAccessible::installFactory(makeAccessible); });
@@ -73,7 +73,7 @@ QVariant MaskedField::inputMethodQuery(Qt::InputMethodQuery query) const
     case Qt::ImCurrentSelection:
         return QString{};
     default:
-        return QLineEdit::inputMethodQuery(query);
+        return TextField::inputMethodQuery(query);
     }
 }
 
@@ -86,7 +86,7 @@ QRect MaskedField::textArea() const
 
 void MaskedField::paintEvent(QPaintEvent *event)
 {
-    QLineEdit::paintEvent(event);
+    TextField::paintEvent(event);
     const QString blanks = displayText();
     if (blanks.isEmpty()) {
         return;

@@ -1,14 +1,14 @@
 #pragma once
 
-#include <QLineEdit>
+#include "screens/common/TextField.h"
 
 namespace quilmora
 {
 
 /// A text field whose text nobody but the program gets: it is drawn as dots, cannot be copied, and neither
-/// input methods nor assistive programs are handed it. The toolkit's own masked field tells the latter every
+/// input methods nor assistive programs are handed it. Qt's own masked field tells the latter every
 /// text that is put into it.
-class MaskedField final : public QLineEdit
+class MaskedField final : public TextField
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(MaskedField)

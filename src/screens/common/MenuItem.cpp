@@ -1,9 +1,11 @@
 #include "screens/common/MenuItem.h"
 
+#include "screens/common/Fonts.h"
 #include "screens/common/PixelGrid.h"
 #include "screens/common/Shapes.h"
 #include "screens/common/Theme.h"
 
+#include <QFontMetricsF>
 #include <QPainter>
 #include <QRegularExpression>
 
@@ -101,9 +103,12 @@ void MenuItem::drawCommand(QPainter &painter) const
     const QRect texts = option.rect.adjusted(roomBefore(), 0, -roomBehind(), 0);
     painter.setFont(option.font);
     painter.setPen(colorOf(ColorRole::primaryText));
-    painter.drawText(texts, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, title);
+    const QPointF middle{0, texts.top() + baselineInRow(option.font, texts.height())};
+    const double baseline = PixelGrid{painter}.aligned(middle).y();
+    painter.drawText(QPointF{texts.left() * 1.0, baseline}, title);
     painter.setPen(colorOf(ColorRole::secondaryText));
-    painter.drawText(texts, Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine, key);
+    const double keyWidth = QFontMetricsF{option.font}.horizontalAdvance(key);
+    painter.drawText(QPointF{texts.left() + texts.width() - keyWidth, baseline}, key);
 
     const QRectF bounds{option.rect};
     if (option.checked) {

@@ -2,6 +2,7 @@
 
 #include "screens/common/Fonts.h"
 #include "screens/common/MenuItem.h"
+#include "screens/common/MenuShadow.h"
 #include "screens/common/Theme.h"
 #include "screens/common/WindowGround.h"
 
@@ -16,7 +17,6 @@ namespace quilmora
 namespace
 {
 
-constexpr double cornerRadius = 6;
 constexpr int padding = 5;
 constexpr int textSize = 13;
 
@@ -35,7 +35,12 @@ void MenuStyle::polish(QWidget *widget)
     QProxyStyle::polish(widget);
     if (isMenu(widget)) {
         widget->setFont(systemFont(textSize));
-        widget->setAttribute(Qt::WA_TranslucentBackground, !windowGround::needsMask());
+        widget->setAttribute(Qt::WA_TranslucentBackground, windowGround::canBeTranslucent());
+        QWidget *owner = widget->parentWidget();
+        // A menu that opens from another has none.
+        if (owner != nullptr && !isMenu(owner->window())) {
+            new MenuShadow{*widget, owner->window()};
+        }
     }
 }
 
@@ -43,7 +48,9 @@ void MenuStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *opti
                               const QWidget *widget) const
 {
     if (element == PE_PanelMenu && isMenu(widget)) {
-        windowGround::draw(*painter, option->rect, cornerRadius, themeColor(ColorRole::menuBackground));
+        const bool isRound = widget->testAttribute(Qt::WA_TranslucentBackground);
+        windowGround::draw(*painter, option->rect, isRound ? windowGround::menuRadius : 0,
+                           themeColor(ColorRole::menuBackground));
         return;
     }
     QProxyStyle::drawPrimitive(element, option, painter, widget);
@@ -95,13 +102,7 @@ int MenuStyle::styleHint(StyleHint hint, const QStyleOption *option, const QWidg
 {
     switch (hint) {
     case SH_Menu_AllowActiveAndDisabled:
-        return 0;
     case SH_Menu_Mask:
-        if (auto *shape = qstyleoption_cast<QStyleHintReturnMask *>(returnData);
-            shape != nullptr && isMenu(widget) && windowGround::needsMask()) {
-            shape->region = QRegion{windowGround::mask(widget->rect(), cornerRadius)};
-            return 1;
-        }
         return 0;
     default:
         return QProxyStyle::styleHint(hint, option, widget, returnData);

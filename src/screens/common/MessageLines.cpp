@@ -19,7 +19,7 @@ constexpr qsizetype mostParagraphs = 20000;
 
 bool isBreak(QChar character)
 {
-    // The last two stand for frames inside the toolkit's documents, which start paragraphs too.
+    // The last two stand for frames inside Qt's documents, which start paragraphs too.
     return character == u'\n' || character == u'\r' || character == QChar::ParagraphSeparator ||
            character == QChar{0xfdd0} || character == QChar{0xfdd1};
 }

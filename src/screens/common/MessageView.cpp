@@ -1,5 +1,6 @@
 #include "screens/common/MessageView.h"
 
+#include <QKeyEvent>
 #include <QMimeData>
 #include <QScrollBar>
 #include <QTextBlock>
@@ -19,12 +20,10 @@ constexpr int greatestHeight = 320;
 /// Wide enough for the scroll bar to lie beside the text.
 constexpr int sidePadding = 14;
 constexpr int verticalPadding = 6;
-/// The toolkit scrolls as soon as less than this is left below the last line.
+/// Qt scrolls as soon as less than this is left below the last line.
 constexpr int roomBelow = 2;
 constexpr double greatestTextHeight = greatestHeight - 2 * verticalPadding - roomBelow;
 constexpr int usualWidth = 400;
-/// Screen readers say a name in one go.
-constexpr qsizetype longestName = 1200;
 
 /// Height of a paragraph in a column of that width, in device-independent pixels.
 double paragraphHeight(const QString &paragraph, const QFont &font, const QTextOption &option, double width)
@@ -52,28 +51,24 @@ int scrolledHeight(const QFont &font, const QTextOption &option)
 
 } // namespace
 
-MessageView::MessageView(const QString &message, int pixelSize, const QString &nameOfLongText,
+MessageView::MessageView(const QString &message, int pixelSize, const QString &accessibleName,
                          QWidget *parent)
     : TextEditor{pixelSize, parent},
       lines{message}
 {
-    const bool isLong = message.size() > longestName;
     setReadOnly(true);
+    // Screen readers read what the cursor moves over.
+    setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     setUndoRedoEnabled(false);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
-    setAccessibleName(isLong ? nameOfLongText : message);
-    // The Tab key has nothing to do where nothing scrolls.
-    setFocusPolicy(Qt::ClickFocus);
+    setAccessibleName(accessibleName);
     QTextOption option = document()->defaultTextOption();
     option.setAlignment(Qt::AlignHCenter);
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     document()->setDefaultTextOption(option);
     setPlainText(lines.shown());
     // The frame comes and goes with the scroll bar.
-    connect(verticalScrollBar(), &QScrollBar::rangeChanged, this, [this](int least, int most) {
-        setFocusPolicy(most > least ? Qt::StrongFocus : Qt::ClickFocus);
-        update();
-    });
+    connect(verticalScrollBar(), &QScrollBar::rangeChanged, this, [this] { update(); });
 }
 
 QSize MessageView::sizeHint() const
@@ -98,6 +93,16 @@ double MessageView::textHeight(int width) const
         height += paragraphHeight(block.text(), font(), document()->defaultTextOption(), column);
     }
     return height;
+}
+
+void MessageView::keyPressEvent(QKeyEvent *event)
+{
+    const bool isPlain = event->modifiers() == Qt::NoModifier;
+    if (isPlain && (event->key() == Qt::Key_Home || event->key() == Qt::Key_End)) {
+        moveCursor(event->key() == Qt::Key_Home ? QTextCursor::Start : QTextCursor::End);
+    } else {
+        TextEditor::keyPressEvent(event);
+    }
 }
 
 void MessageView::resizeEvent(QResizeEvent *event)

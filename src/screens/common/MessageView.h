@@ -7,17 +7,17 @@ namespace quilmora
 {
 
 /// A message from outside, whole and as plain text, centred: as high as its lines, and beyond a certain
-/// height scrolling inside a frame. It can be selected and copied, and comes back to the character. Very long
-/// messages do not hold up the window.
+/// height scrolling inside a frame. The keyboard moves a cursor in it. It can be selected and copied, and
+/// comes back to the character. Very long messages do not hold up the window.
 class MessageView final : public TextEditor
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(MessageView)
 
 public:
-    /// `pixelSize` of the system font. A message that is too long to be a name is called `nameOfLongText` to
-    /// screen readers.
-    MessageView(const QString &message, int pixelSize, const QString &nameOfLongText,
+    /// `pixelSize` of the system font. `accessibleName` names the kind of message; screen readers read the
+    /// message itself as the text of the view.
+    MessageView(const QString &message, int pixelSize, const QString &accessibleName,
                 QWidget *parent = nullptr);
     ~MessageView() override = default;
 
@@ -27,6 +27,7 @@ public:
     int heightForWidth(int width) const override;
 
 protected:
+    void keyPressEvent(QKeyEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     bool isFramed() const override;
     QMimeData *createMimeDataFromSelection() const override;

@@ -18,7 +18,13 @@ PictureView::PictureView(const QImage &image, const QString &accessibleName, con
     picture.setImage(image);
     setAccessiblePart(this, {QAccessible::Graphic});
     setAccessibleName(accessibleName);
-    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+}
+
+void PictureView::setBox(QSize box)
+{
+    look.box = box;
+    updateGeometry();
 }
 
 QSize PictureView::sizeHint() const

@@ -24,6 +24,9 @@ public:
                 QWidget *parent = nullptr);
     ~PictureView() override = default;
 
+    /// Changes the largest size of the picture, in device-independent pixels.
+    void setBox(QSize box);
+
     Shadow shadow() const override { return look.shadow; }
     QPainterPath outline() const override;
     QSize sizeHint() const override;
@@ -34,7 +37,7 @@ protected:
 private:
     QRect pictureBounds() const;
 
-    const Look look;
+    Look look;
     ScaledPicture picture;
 };
 

@@ -18,7 +18,7 @@ public:
     /// The corner of a pixel that is nearest to `place`.
     QPointF aligned(QPointF place) const;
 
-    /// `bounds` with each side moved to the nearest pixel, which for a widget is where the toolkit clips it.
+    /// `bounds` with each side moved to the nearest pixel, which for a widget is where Qt clips it.
     /// At whole ratios nothing changes for the bounds of a widget.
     QRectF aligned(const QRectF &bounds) const;
 

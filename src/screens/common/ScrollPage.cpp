@@ -7,7 +7,7 @@ namespace quilmora
 
 ScrollPage::ScrollPage(QWidget *parent) : QScrollArea{parent}, page{new QWidget}
 {
-    // The toolkit's own interface of a scroll area crashes when it is asked for a scroll bar that has gone
+    // Qt's own interface of a scroll area crashes when it is asked for a scroll bar that has gone
     // since its children were counted; that of other widgets looks first.
     setAccessiblePart(this, {QAccessible::Pane});
     setFrameShape(QFrame::NoFrame);

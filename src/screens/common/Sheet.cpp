@@ -1,75 +1,110 @@
 #include "screens/common/Sheet.h"
 
-#include "screens/common/Scrim.h"
+#include "screens/common/AccessiblePart.h"
+#include "screens/common/Shadow.h"
+#include "screens/common/Shapes.h"
 #include "screens/common/Theme.h"
 #include "screens/common/WindowGround.h"
 
+#include <QKeyEvent>
 #include <QPainter>
-#include <QScreen>
-#include <QShortcut>
-#include <QShowEvent>
-
-#include <algorithm>
 
 namespace quilmora
 {
 namespace
 {
 
-/// Over the window's middle, small sheets a little higher, and not beyond the screen as long as they fit
-/// there.
-QPoint placeOver(const QWidget &window, QSize size)
+/// In the middle, small panels a little higher.
+QPoint placeIn(QSize window, QSize panel)
 {
-    const QRect over = window.geometry();
-    const QRect screen = window.screen()->availableGeometry();
-    const int room = over.height() - size.height();
-    const bool isSmall = 2 * size.height() < over.height();
-    const int x = over.x() + (over.width() - size.width()) / 2;
-    const int y = over.y() + std::max(0, isSmall ? room / 3 : room / 2);
-    return {std::max(screen.left(), std::min(x, screen.right() + 1 - size.width())),
-            std::max(screen.top(), std::min(y, screen.bottom() + 1 - size.height()))};
+    const QSize room = window - panel;
+    const bool isSmall = 2 * panel.height() < window.height();
+    return {room.width() / 2, isSmall ? room.height() / 3 : room.height() / 2};
 }
 
 } // namespace
 
-Sheet::Sheet(QWidget *parent) : QDialog{parent, Qt::Sheet | Qt::FramelessWindowHint}
+Sheet::Sheet(QWidget &panel, const QString &title, const QString &message, QWidget *owner)
+    // The Tab key stays within a widget of the type SubWindow.
+    : QWidget{owner->window(), Qt::SubWindow},
+      content{panel},
+      focusBefore{owner->window()->focusWidget()}
 {
     setAttribute(Qt::WA_DeleteOnClose);
-    setAttribute(Qt::WA_TranslucentBackground, !windowGround::needsMask());
-    setWindowModality(Qt::WindowModal);
-    // The window's own key does not reach it meanwhile.
-    const auto *quit = new QShortcut{QKeySequence{Qt::CTRL | Qt::Key_Q}, this};
-    connect(quit, &QShortcut::activated, this, [this] {
+    setAccessiblePart(this, {QAccessible::Dialog});
+    setAccessibleName(title);
+    setAccessibleDescription(message);
+    panel.setParent(this);
+    parentWidget()->installEventFilter(this);
+    connect(owner, &QObject::destroyed, this, [this] { delete this; });
+    setGeometry(parentWidget()->rect());
+    show();
+    panel.setFocus(Qt::ActiveWindowFocusReason);
+}
+
+void Sheet::paintGround(QWidget &panel, const QColor &color)
+{
+    QPainter painter{&panel};
+    windowGround::draw(painter, panel.rect(), cornerRadius, color);
+}
+
+bool Sheet::event(QEvent *event)
+{
+    if (event->type() == QEvent::ShortcutOverride) {
+        // Of the shortcuts of the window only the one that quits works meanwhile.
+        const QKeyCombination keys = static_cast<const QKeyEvent *>(event)->keyCombination();
+        event->setAccepted(keys != QKeyCombination{Qt::CTRL, Qt::Key_Q});
+        return true;
+    }
+    return QWidget::event(event);
+}
+
+bool Sheet::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == parentWidget() && event->type() == QEvent::Resize) {
+        setGeometry(parentWidget()->rect());
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void Sheet::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Cancel)) {
         close();
-        parentWidget()->window()->close();
-    });
+    }
 }
 
-void Sheet::paintGround(QWidget &widget, const QColor &color)
+void Sheet::closeEvent(QCloseEvent * /*event*/)
 {
-    QPainter painter{&widget};
-    windowGround::draw(painter, widget.rect(), cornerRadius, color);
+    // Otherwise Qt would focus the next widget.
+    if (QWidget *focused = window()->focusWidget(); focused != nullptr) {
+        focused->clearFocus();
+    }
+    if (focusBefore != nullptr) {
+        // The focus ring shows again where it showed before.
+        focusBefore->setFocus(Qt::PopupFocusReason);
+    }
+    Q_EMIT closed();
 }
 
-void Sheet::showEvent(QShowEvent *event)
+void Sheet::resizeEvent(QResizeEvent * /*event*/)
 {
-    QDialog::showEvent(event);
-    move(placeOver(*parentWidget()->window(), size()));
-    if (windowGround::needsMask()) {
-        setMask(windowGround::mask(rect(), cornerRadius));
-    }
-#ifndef Q_OS_MACOS
-    if (!event->spontaneous()) {
-        new Scrim{*this};
-    }
-#endif
+    const QSize panelSize = content.sizeHint().boundedTo(size());
+    content.setGeometry({placeIn(size(), panelSize), panelSize});
 }
 
 void Sheet::paintEvent(QPaintEvent * /*event*/)
 {
-    if (paintsGround) {
-        paintGround(*this, themeColor(ColorRole::windowBackground));
-    }
+    constexpr double blurRadius = 24;
+    constexpr QPointF offset{0, 8};
+    QPainter painter{this};
+    painter.fillRect(rect(), themeColor(ColorRole::scrim));
+    // Below a large panel most of the shadow would be drawn unseen.
+    constexpr int corner = static_cast<int>(cornerRadius);
+    const QRect place = content.geometry();
+    painter.setClipRegion(QRegion{rect()} - place.adjusted(corner, corner, -corner, -corner));
+    const Shadow shadow{themeColor(ColorRole::sheetShadow), blurRadius, offset};
+    shadow.draw(painter, roundedRect(place, cornerRadius));
 }
 
 } // namespace quilmora

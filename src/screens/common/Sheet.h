@@ -1,13 +1,15 @@
 #pragma once
 
-#include <QDialog>
+#include <QPointer>
+#include <QWidget>
 
 namespace quilmora
 {
 
-/// A panel with rounded corners over a window, modal to it, in the middle of its upper part. Closed by Escape
-/// and by code, and with the window by the key that quits; deletes itself when it is closed.
-class Sheet : public QDialog
+/// A panel with rounded corners over a window, which is darkened and takes no input meanwhile. It lies inside
+/// the window: on some desktops a window of its own could neither be placed nor keep the keyboard. Closed by
+/// Escape and close(); then deletes itself, and the focus returns to where it was.
+class Sheet final : public QWidget
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(Sheet)
@@ -16,23 +18,29 @@ public:
     /// In device-independent pixels.
     static constexpr double cornerRadius = 12;
 
-    /// `parent` is anything in the window that the sheet belongs to.
-    explicit Sheet(QWidget *parent);
+    /// Opens over the window of `owner` and closes at the latest when `owner` is destroyed. Takes ownership
+    /// of `panel`, which paints its own ground, is as large as its size hint or, in a smaller window, as the
+    /// window, and gets the focus. Screen readers say `title` and `message` when the sheet opens.
+    Sheet(QWidget &panel, const QString &title, const QString &message, QWidget *owner);
     ~Sheet() override = default;
 
-    /// Leaves the ground to a content that covers the whole sheet: painted by both, its corners would be too
-    /// light or too dark.
-    void leaveGroundToContent() { paintsGround = false; }
+    /// Paints the ground of a panel and the hairline along its edge.
+    static void paintGround(QWidget &panel, const QColor &color);
 
-    /// Paints a sheet's ground and the hairline along its edge on a widget that covers one.
-    static void paintGround(QWidget &widget, const QColor &color);
+Q_SIGNALS:
+    void closed();
 
 protected:
-    void showEvent(QShowEvent *event) override;
+    bool event(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    bool paintsGround = true;
+    QWidget &content;
+    const QPointer<QWidget> focusBefore;
 };
 
 } // namespace quilmora

@@ -1,13 +1,13 @@
 #include "screens/common/Symbol.h"
 
 #include "screens/common/PixelGrid.h"
+#include "screens/common/SymbolDrawing.h"
 
 #include <QFile>
 #include <QImage>
 #include <QPainter>
 #include <QPixmapCache>
 #include <QRectF>
-#include <QSvgRenderer>
 
 #include <cmath>
 #include <utility>
@@ -23,6 +23,11 @@ namespace
 /// capitals and a little more.
 constexpr double extentPerTextSize = 1.3;
 
+int pixelsOf(int side, double ratio)
+{
+    return static_cast<int>(std::lround(side * ratio));
+}
+
 double strokeWidth(QFont::Weight weight)
 {
     if (weight >= QFont::Bold) {
@@ -34,27 +39,21 @@ double strokeWidth(QFont::Weight weight)
     return weight >= QFont::Medium ? 1.95 : 1.7;
 }
 
-QByteArray drawing(const QString &name, const QColor &color, QFont::Weight weight)
+QByteArray svgOf(const QString &name)
 {
     QFile file{u":/symbols/"_s + name + u".svg"_s};
-    if (!file.open(QIODevice::ReadOnly)) {
-        return {};
-    }
-    QByteArray svg = file.readAll();
-    svg.replace("currentColor", color.name(QColor::HexRgb).toLatin1());
-    const QByteArray stroke = R"(stroke-width=")" + QByteArray::number(strokeWidth(weight)) + '"';
-    svg.replace(R"(stroke-width="1.7")", stroke);
-    return svg;
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray{};
 }
 
-QPixmap render(const QString &name, int side, const QColor &color, double ratio, QFont::Weight weight)
+QPixmap render(const QString &name, int side, const QColor &color, double ratio, QFont::Weight weight,
+               bool isMoved)
 {
-    const int pixels = static_cast<int>(std::lround(side * ratio));
+    const int pixels = pixelsOf(side, ratio);
     QImage image{pixels, pixels, QImage::Format_ARGB32_Premultiplied};
     image.fill(Qt::transparent);
-    QSvgRenderer renderer{drawing(name, color, weight)};
     QPainter painter{&image};
-    renderer.render(&painter);
+    painter.setRenderHint(QPainter::Antialiasing);
+    SymbolDrawing{svgOf(name)}.paint(painter, pixels, strokeWidth(weight), QColor{color.rgb()}, isMoved);
     // Applied to the finished drawing, so that overlapping strokes of a translucent colour do not show.
     painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
     painter.fillRect(image.rect(), QColor(0, 0, 0, color.alpha()));
@@ -81,22 +80,27 @@ void Symbol::draw(QPainter &painter, const QRectF &bounds, const QColor &color) 
 {
     const double ratio = painter.device()->devicePixelRatioF();
     const int side = extent();
-    const QPointF corner = bounds.center() - QPointF(side, side) / 2;
-    // On whole pixels, where the drawing stays sharp.
-    painter.drawPixmap(PixelGrid{painter}.aligned(corner), pixmap(name, side, color, ratio, weight));
+    // Its middle lies on that of the bounds, its edges on whole pixels.
+    const int pixels = pixelsOf(side, ratio);
+    const long twiceMiddle = std::lround(2 * painter.deviceTransform().map(bounds.center()).x());
+    const bool isMoved = (twiceMiddle - pixels) % 2 != 0;
+    const double half = (pixels + (isMoved ? 1 : 0)) / (2 * ratio);
+    const QPointF corner = PixelGrid{painter}.aligned(bounds.center() - QPointF(half, half));
+    painter.drawPixmap(corner, pixmap(name, side, color, ratio, weight, isMoved));
 }
 
 QPixmap Symbol::pixmap(const QString &name, int side, const QColor &color, double devicePixelRatio,
-                       QFont::Weight weight)
+                       QFont::Weight weight, bool isMoved)
 {
-    const QString key = u"symbol:%1:%2:%3:%4:%5"_s.arg(name)
+    const QString key = u"symbol:%1:%2:%3:%4:%5:%6"_s.arg(name)
                             .arg(side)
                             .arg(color.name(QColor::HexArgb))
                             .arg(devicePixelRatio)
-                            .arg(strokeWidth(weight));
+                            .arg(strokeWidth(weight))
+                            .arg(isMoved);
     QPixmap rendered;
     if (!QPixmapCache::find(key, &rendered)) {
-        rendered = render(name, side, color, devicePixelRatio, weight);
+        rendered = render(name, side, color, devicePixelRatio, weight, isMoved);
         QPixmapCache::insert(key, rendered);
     }
     return rendered;

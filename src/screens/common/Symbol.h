@@ -25,9 +25,10 @@ public:
     /// Draws the symbol into the middle of `bounds`, sharp at the painter's resolution.
     void draw(QPainter &painter, const QRectF &bounds, const QColor &color) const;
 
-    /// The symbol drawn as large as fits into a square of `side` device-independent pixels.
+    /// The symbol drawn as large as fits into a square of `side` device-independent pixels. Where `isMoved`
+    /// its middle lies half a pixel of the screen to the right of that of the square and below it.
     static QPixmap pixmap(const QString &name, int side, const QColor &color, double devicePixelRatio,
-                          QFont::Weight weight = QFont::Normal);
+                          QFont::Weight weight = QFont::Normal, bool isMoved = false);
 
 private:
     QString name;

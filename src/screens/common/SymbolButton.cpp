@@ -1,6 +1,7 @@
 #include "screens/common/SymbolButton.h"
 
 #include "screens/common/FocusRing.h"
+#include "screens/common/PixelGrid.h"
 #include "screens/common/Shapes.h"
 
 #include <QPainter>
@@ -31,7 +32,7 @@ void SymbolButton::paintEvent(QPaintEvent * /*event*/)
     }
     symbol.draw(painter, rect(), ink);
     if (showsFocus()) {
-        drawFocusRing(painter, capsule(rect()));
+        drawFocusRing(painter, capsule(PixelGrid{painter}.aligned(rect())));
     }
 }
 

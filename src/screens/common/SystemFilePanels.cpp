@@ -2,9 +2,11 @@
 
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
+#include <QSettings>
 #include <QStandardPaths>
 
 using namespace Qt::StringLiterals;
@@ -19,6 +21,11 @@ const QString &referenceFilter()
 {
     static const QString filter = u"PNG、JPEG 图片 (*.png *.PNG *.jpg *.JPG *.jpeg *.JPEG *.jpe *.JPE)"_s;
     return filter;
+}
+
+QString withPngEnding(const QString &path)
+{
+    return path.endsWith(u".png"_s, Qt::CaseInsensitive) ? path : path + u".png"_s;
 }
 
 /// Asks the question that the panel could not ask, because it did not know of the added ending.
@@ -40,6 +47,41 @@ bool confirmReplacing(QWidget *parent, const QString &path)
     return confirmed;
 }
 
+/// Puts the settings of Qt itself, which all its programs share, where there are none and none can be
+/// written.
+class SettingsOutOfReach
+{
+protected:
+    SettingsOutOfReach() { withdraw(); }
+    Q_DISABLE_COPY_MOVE(SettingsOutOfReach)
+    ~SettingsOutOfReach() { giveBack(); }
+
+    static void withdraw() { setFolder(u"/dev/null"_s); }
+    void giveBack() const { setFolder(usualFolder); }
+
+private:
+    static void setFolder(const QString &path)
+    {
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, path);
+    }
+
+    const QString usualFolder = QFileInfo{QSettings{QSettings::UserScope, u"QtProject"_s}.fileName()}.path();
+};
+
+/// Qt's file dialog reads its settings when it is made and writes them, the last folder among them, when it
+/// is deleted. Only then they are out of reach: desktops' plugins may read settings at any other time.
+class FilePanel final : private SettingsOutOfReach, public QFileDialog
+{
+public:
+    FilePanel(QWidget *parent, const QString &title, const QString &folder)
+        : QFileDialog{parent, title, folder}
+    {
+        giveBack();
+    }
+    Q_DISABLE_COPY_MOVE(FilePanel)
+    ~FilePanel() override { withdraw(); }
+};
+
 } // namespace
 
 SystemFilePanels::SystemFilePanels()
@@ -50,13 +92,23 @@ SystemFilePanels::SystemFilePanels()
     }
 }
 
-std::optional<QString> SystemFilePanels::run(QFileDialog *dialog, const QWidget *asker)
+QFileDialog *SystemFilePanels::makePanel(QWidget *asker, const QString &title)
+{
+    auto *panel = new FilePanel{asker->window(), title, folder};
+    QObject::connect(asker, &QObject::destroyed, panel, &QDialog::reject);
+    panel->setIconProvider(&kinds);
+    panel->setOption(QFileDialog::HideNameFilterDetails);
+    if (auto *name = panel->findChild<QLineEdit *>(u"fileNameEdit"_s)) {
+        // While a screen reader runs, no window becomes active again after Return closes the panel below the
+        // list of completions.
+        name->setCompleter(nullptr);
+    }
+    return panel;
+}
+
+std::optional<QString> SystemFilePanels::run(QFileDialog *dialog)
 {
     const QPointer<QFileDialog> panel{dialog};
-    QObject::connect(asker, &QObject::destroyed, panel.data(), &QDialog::reject);
-    panel->setIconProvider(&kinds);
-    panel->setDirectory(folder);
-    panel->setOption(QFileDialog::HideNameFilterDetails);
     const int answer = panel->exec();
     if (panel.isNull()) {
         return std::nullopt;
@@ -72,28 +124,35 @@ std::optional<QString> SystemFilePanels::run(QFileDialog *dialog, const QWidget 
 
 std::optional<QString> SystemFilePanels::chooseReferenceImage(QWidget *parent)
 {
-    auto *panel = new QFileDialog{parent->window(), u"选择图片"_s};
+    QFileDialog *panel = makePanel(parent, u"选择图片"_s);
     panel->setFileMode(QFileDialog::ExistingFile);
     panel->setNameFilter(referenceFilter());
-    return run(panel, parent);
+    return run(panel);
 }
 
 std::optional<QString> SystemFilePanels::chooseCoverDestination(QWidget *parent, const QString &proposedName)
 {
-    auto *panel = new QFileDialog{parent->window(), u"保存封面图片"_s};
-    panel->setAcceptMode(QFileDialog::AcceptSave);
-    panel->setFileMode(QFileDialog::AnyFile);
-    panel->setNameFilter(u"PNG 图片 (*.png *.PNG)"_s);
-    panel->setDefaultSuffix(u"png"_s);
-    panel->selectFile(proposedName);
-    std::optional<QString> path = run(panel, parent);
-    if (path && !path->endsWith(u".png"_s, Qt::CaseInsensitive)) {
-        *path += u".png"_s;
-        if (QFileInfo::exists(*path) && !confirmReplacing(parent, *path)) {
-            return std::nullopt;
+    const QPointer<QWidget> asker{parent};
+    QString name = proposedName;
+    while (asker != nullptr) {
+        // It must not add the ending itself: some desktops' panels would do so after they have looked whether
+        // the file exists. Each asks before it gives the name of one that does.
+        QFileDialog *panel = makePanel(asker, u"保存封面图片"_s);
+        panel->setAcceptMode(QFileDialog::AcceptSave);
+        panel->setFileMode(QFileDialog::AnyFile);
+        panel->setNameFilter(u"PNG 图片 (*.png *.PNG)"_s);
+        panel->selectFile(name);
+        const std::optional<QString> chosen = run(panel);
+        if (!chosen) {
+            break;
         }
+        const QString path = withPngEnding(*chosen);
+        if (path == *chosen || !QFileInfo::exists(path) || confirmReplacing(asker, path)) {
+            return path;
+        }
+        name = QFileInfo{path}.fileName();
     }
-    return path;
+    return std::nullopt;
 }
 
 } // namespace quilmora

@@ -19,9 +19,13 @@ public:
     std::optional<QString> chooseCoverDestination(QWidget *parent, const QString &proposedName) override;
 
 private:
-    /// Shows the panel and takes it away again. Nothing when the user cancels, or when `asker`, and with it
-    /// perhaps the window and the panel, goes while it is open.
-    std::optional<QString> run(QFileDialog *dialog, const QWidget *asker);
+    /// A panel in the folder of the last one, which closes when `asker` is destroyed. Desktops' panels take a
+    /// name that is selected later to be in the folder that they have then.
+    QFileDialog *makePanel(QWidget *asker, const QString &title);
+
+    /// Shows the panel and deletes it. Nothing when the user cancels, or when the asker, and with it perhaps
+    /// the window and the panel, goes while it is open.
+    std::optional<QString> run(QFileDialog *dialog);
 
     QString folder;
     FileKinds kinds;

@@ -2,7 +2,10 @@
 
 #include "platform/WellFormedText.h"
 #include "screens/common/FieldFrame.h"
+#include "screens/common/FocusRing.h"
 #include "screens/common/Fonts.h"
+#include "screens/common/PixelGrid.h"
+#include "screens/common/Shapes.h"
 
 #include <QEvent>
 #include <QMimeData>
@@ -17,6 +20,7 @@ namespace
 constexpr int innerPadding = 4;
 /// Across, the text keeps away from the focus ring, and stands in line with that of fields.
 constexpr int textInset = 3;
+constexpr double unframedRadius = 6;
 
 } // namespace
 
@@ -45,9 +49,7 @@ QString TextEditor::text() const
 bool TextEditor::event(QEvent *event)
 {
     if (event->type() == QEvent::Paint) {
-        if (isFramed()) {
-            paintFrame();
-        }
+        paintFrame();
         return true;
     }
     return QPlainTextEdit::event(event);
@@ -64,7 +66,12 @@ bool TextEditor::viewportEvent(QEvent *event)
 void TextEditor::paintFrame()
 {
     QPainter painter{this};
-    drawFieldFrame(painter, rect(), hasFocus());
+    if (isFramed()) {
+        drawFieldFrame(painter, rect(), hasFocus());
+    } else if (hasFocus()) {
+        painter.setRenderHint(QPainter::Antialiasing);
+        drawFocusRing(painter, continuousRoundedRect(PixelGrid{painter}.aligned(rect()), unframedRadius));
+    }
 }
 
 void TextEditor::insertFromMimeData(const QMimeData *source)

@@ -16,7 +16,7 @@ public:
     explicit TextEditor(int pixelSize, QWidget *parent = nullptr);
     ~TextEditor() override = default;
 
-    /// What was typed, character by character, with line feeds between lines. (The toolkit's own plain text
+    /// What was typed, character by character, with line feeds between lines. (Qt's own plain text
     /// turns other blanks into common ones.)
     QString text() const;
 

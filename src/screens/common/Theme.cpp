@@ -1,6 +1,6 @@
 #include "screens/common/Theme.h"
 
-#include "platform/SystemColorScheme.h"
+#include "platform/SystemAppearance.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -59,6 +59,10 @@ QColor schemeColor(ColorRole role, bool dark)
         return QColor{dark ? 0xFF453AU : 0xFF3B30U};
     case ColorRole::green:
         return QColor{dark ? 0x32D74BU : 0x28CD41U};
+    case ColorRole::redText:
+        return QColor{dark ? 0xFF6961U : 0xD70015U};
+    case ColorRole::greenText:
+        return QColor{dark ? 0x30DB5BU : 0x007D1BU};
     case ColorRole::controlBorder:
         return dark ? white(0.16) : black(0.15);
     case ColorRole::scrim:
@@ -78,9 +82,9 @@ Theme &Theme::current()
     return theme;
 }
 
-Theme::Theme() : system{new SystemColorScheme{qApp}}
+Theme::Theme() : system{new SystemAppearance{qApp}}
 {
-    connect(system, &SystemColorScheme::changed, this, &Theme::followSystem);
+    connect(system, &SystemAppearance::changed, this, &Theme::followSystem);
     followSystem();
 }
 
@@ -92,11 +96,16 @@ void Theme::followSystem()
 #endif
     const QColor window = QApplication::palette().color(QPalette::Window);
     const ColorScheme ofPalette = window.lightness() < 128 ? ColorScheme::dark : ColorScheme::light;
-    setScheme(system->stated().value_or(ofPalette));
+    colorScheme = system->scheme().value_or(ofPalette);
+    colorContrast = system->contrast();
+    showColors();
 }
 
 QColor Theme::color(ColorRole role) const
 {
+    if (const QColor strong = highContrastColor(role); colorContrast == Contrast::high && strong.isValid()) {
+        return strong;
+    }
     const bool dark = colorScheme == ColorScheme::dark;
     switch (role) {
     case ColorRole::onAccent:
@@ -140,9 +149,56 @@ QColor Theme::color(ColorRole role) const
     }
 }
 
+QColor Theme::highContrastColor(ColorRole role) const
+{
+    const bool dark = colorScheme == ColorScheme::dark;
+    switch (role) {
+    case ColorRole::primaryText:
+        return dark ? white(1.0) : black(1.0);
+    case ColorRole::secondaryText:
+        return dark ? white(0.85) : black(0.80);
+    case ColorRole::tertiaryText:
+        return dark ? white(0.70) : black(0.65);
+    case ColorRole::separator:
+    case ColorRole::controlBorder:
+    case ColorRole::tileBorder:
+    case ColorRole::optionBorder:
+        return dark ? white(0.60) : black(0.60);
+    case ColorRole::selectedBorder:
+        // On the dark scheme it stands out as it is.
+        return dark ? QColor{} : black(0.60);
+    case ColorRole::grey:
+        return QColor{dark ? 0xAEAEB2U : 0x636366U};
+    case ColorRole::red:
+        return QColor{dark ? 0xFF6961U : 0xD70015U};
+    case ColorRole::green:
+        return QColor{dark ? 0x30DB5BU : 0x1E7A34U};
+    case ColorRole::step:
+        return rgb(0.05, 0.45, 0.27);
+    default:
+        return {};
+    }
+}
+
+double Theme::borderWidth(double width) const
+{
+    return colorContrast == Contrast::high ? 2 * width : width;
+}
+
 void Theme::setScheme(ColorScheme scheme)
 {
     colorScheme = scheme;
+    showColors();
+}
+
+void Theme::setContrast(Contrast contrast)
+{
+    colorContrast = contrast;
+    showColors();
+}
+
+void Theme::showColors()
+{
 #ifndef Q_OS_MACOS
     QApplication::setPalette(palette());
 #endif

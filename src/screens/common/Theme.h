@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/ColorScheme.h"
+#include "platform/Contrast.h"
 
 #include <QColor>
 #include <QLinearGradient>
@@ -10,7 +11,7 @@
 namespace quilmora
 {
 
-class SystemColorScheme;
+class SystemAppearance;
 
 /// What a colour is for. Those of the system's own kind differ between the light and the dark scheme, the
 /// product's own are the same in both.
@@ -28,6 +29,8 @@ enum class ColorRole {
     grey,
     red,
     green,
+    redText, ///< Of texts, which need more contrast than fills and symbols.
+    greenText,
     controlBorder,  ///< Hairline around fields and buttons.
     controlPressed, ///< Laid over a button that is held down.
     onAccent,       ///< Text and symbols on the accent colour and on the accent gradient.
@@ -52,7 +55,8 @@ enum class ColorRole {
     toastText,
 };
 
-/// The colours of the application, light or dark as the system has it at the start and whenever it changes.
+/// The colours of the application, light or dark and of high contrast as the system has it at the start and
+/// whenever it changes.
 class Theme final : public QObject
 {
     Q_OBJECT
@@ -68,9 +72,14 @@ public:
 
     /// Takes over a scheme and gives the application its palette; every window is drawn anew.
     void setScheme(ColorScheme scheme);
+    /// The same for the contrast.
+    void setContrast(Contrast contrast);
 
-    /// Takes over the scheme of the system. Done by itself when the system states another one; to be called
-    /// when a window is told that its palette has changed.
+    /// The width of the border of a control that is `width` wide at normal contrast.
+    double borderWidth(double width) const;
+
+    /// Takes over scheme and contrast of the system. Done by itself when the system states others; to be
+    /// called when a window is told that its palette has changed.
     void followSystem();
 
     /// The gradient of the product from the left to the right edge of `bounds`.
@@ -78,10 +87,13 @@ public:
 
 private:
     Theme();
+    QColor highContrastColor(ColorRole role) const;
+    void showColors();
     QPalette palette() const;
 
-    const SystemColorScheme *system; ///< Owned by the application object, which it must not outlive.
+    const SystemAppearance *system; ///< Owned by the application object, which it must not outlive.
     ColorScheme colorScheme = ColorScheme::light;
+    Contrast colorContrast = Contrast::normal;
 };
 
 /// Short for the current theme's colour.

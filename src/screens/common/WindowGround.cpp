@@ -7,23 +7,49 @@
 #include <QGuiApplication>
 #include <QPainter>
 
-using namespace Qt::StringLiterals;
+#ifdef QUILMORA_XCB
+#include <cstdlib>
+#include <memory>
+#include <xcb/xcb.h>
+#endif
 
 namespace quilmora::windowGround
 {
-
-bool needsMask()
+#ifdef QUILMORA_XCB
+namespace
 {
-    return QGuiApplication::platformName() == u"xcb"_s;
+
+template <typename Reply>
+using ReplyPointer = std::unique_ptr<Reply, decltype(&std::free)>;
+
+/// A compositor owns the selection of this name. Qt connects to one screen of the server, which is the first.
+bool hasCompositor(xcb_connection_t *connection)
+{
+    constexpr std::string_view name{"_NET_WM_CM_S0"};
+    const ReplyPointer<xcb_intern_atom_reply_t> atom{
+        xcb_intern_atom_reply(connection, xcb_intern_atom(connection, 0, name.size(), name.data()), nullptr),
+        &std::free};
+    if (atom == nullptr) {
+        return false;
+    }
+    const ReplyPointer<xcb_get_selection_owner_reply_t> owner{
+        xcb_get_selection_owner_reply(connection, xcb_get_selection_owner(connection, atom->atom), nullptr),
+        &std::free};
+    return owner != nullptr && owner->owner != XCB_NONE;
 }
 
-QBitmap mask(const QRect &bounds, double cornerRadius)
+} // namespace
+#endif
+
+bool canBeTranslucent()
 {
-    QBitmap shape{bounds.size()};
-    shape.clear();
-    QPainter painter{&shape};
-    painter.fillPath(roundedRect(bounds, cornerRadius), Qt::color1);
-    return shape;
+#ifdef QUILMORA_XCB
+    const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (x11 != nullptr && x11->connection() != nullptr) {
+        return hasCompositor(x11->connection());
+    }
+#endif
+    return true;
 }
 
 void draw(QPainter &painter, const QRect &bounds, double cornerRadius, const QColor &color)
@@ -32,13 +58,8 @@ void draw(QPainter &painter, const QRect &bounds, double cornerRadius, const QCo
     painter.setRenderHint(QPainter::Antialiasing);
     const PixelGrid grid{painter};
     const QRectF whole = grid.aligned(bounds);
-    if (needsMask()) {
-        // Softened corners would let a line of the window's background through.
-        painter.fillRect(whole, color);
-    } else {
-        painter.fillPath(roundedRect(whole, cornerRadius), color);
-    }
-    const double lineWidth = grid.lineWidth(1);
+    painter.fillPath(roundedRect(whole, cornerRadius), color);
+    const double lineWidth = grid.lineWidth(Theme::current().borderWidth(1));
     painter.strokePath(roundedRect(insideLine(whole, lineWidth), cornerRadius - lineWidth / 2),
                        QPen{themeColor(ColorRole::controlBorder), lineWidth});
     painter.restore();

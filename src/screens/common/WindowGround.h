@@ -1,22 +1,19 @@
 #pragma once
 
-#include <QBitmap>
-
 class QColor;
 class QPainter;
+class QRect;
 
-/// The ground of windows of our own shape: sheets and menus.
+/// The ground of menus and of the panels of sheets.
 namespace quilmora::windowGround
 {
 
-/// Whether such a window has to be cut to its shape by a mask. Translucent corners need a compositor there,
-/// and are black without one.
-bool needsMask();
+constexpr double menuRadius = 6; ///< Of the corners of a menu.
 
-/// The shape to cut a window of those bounds to.
-QBitmap mask(const QRect &bounds, double cornerRadius);
+/// Whether windows can have translucent parts. On X11 that takes a compositor; without one they are black.
+bool canBeTranslucent();
 
-/// Fills the window and draws a hairline along its edge, inside.
+/// Fills the bounds, with round corners, and draws a hairline along the edge, inside.
 void draw(QPainter &painter, const QRect &bounds, double cornerRadius, const QColor &color);
 
 } // namespace quilmora::windowGround

@@ -29,7 +29,7 @@ ContentSection::ContentSection(QWidget *parent)
           fieldLook(),
           this}}
 {
-    connect(title->field(), &QLineEdit::textChanged, this, &ContentSection::titleTextChanged);
+    connect(title->field(), &TextField::shownTextChanged, this, &ContentSection::shownTitleChanged);
     column()->addWidget(title);
     column()->addWidget(scene);
 }
@@ -37,6 +37,11 @@ ContentSection::ContentSection(QWidget *parent)
 QString ContentSection::titleText() const
 {
     return title->text();
+}
+
+QString ContentSection::shownTitle() const
+{
+    return title->field()->shownText();
 }
 
 QString ContentSection::sceneText() const

@@ -18,13 +18,15 @@ public:
     ~ContentSection() override = default;
 
     QString titleText() const;
+    /// The title with what an input method is composing in its field.
+    QString shownTitle() const;
     QString sceneText() const;
 
     /// Puts the keyboard focus into the title's field.
     void focusTitle();
 
 Q_SIGNALS:
-    void titleTextChanged(const QString &text);
+    void shownTitleChanged();
 
 private:
     LabelledField *title;

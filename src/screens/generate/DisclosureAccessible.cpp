@@ -29,15 +29,6 @@ void DisclosureAccessible::install()
     std::call_once(installed, [] { QAccessible::installFactory(makeAccessible); });
 }
 
-void DisclosureAccessible::notifyExpanded(DisclosureHeader &header)
-{
-    QAccessible::State changed;
-    changed.expanded = true;
-    changed.collapsed = true;
-    QAccessibleStateChangeEvent event{&header, changed};
-    QAccessible::updateAccessibility(&event);
-}
-
 QAccessible::State DisclosureAccessible::state() const
 {
     QAccessible::State state = QAccessibleWidget::state();

@@ -16,10 +16,8 @@ class DisclosureAccessible final : public QAccessibleWidget
 public:
     explicit DisclosureAccessible(DisclosureHeader &header);
 
-    /// Makes the toolkit use this class for such headers. May be called repeatedly.
+    /// Makes Qt use this class for such headers. May be called repeatedly.
     static void install();
-    /// Says that the header has been opened or closed.
-    static void notifyExpanded(DisclosureHeader &header);
 
     QAccessible::State state() const override;
     QStringList actionNames() const override;

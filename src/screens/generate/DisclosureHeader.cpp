@@ -1,5 +1,6 @@
 #include "screens/generate/DisclosureHeader.h"
 
+#include "screens/common/AccessiblePart.h"
 #include "screens/common/FocusRing.h"
 #include "screens/common/Fonts.h"
 #include "screens/common/IconAndTitle.h"
@@ -41,22 +42,15 @@ DisclosureHeader::DisclosureHeader(QString icon, const QString &title, bool init
     DisclosureAccessible::install();
     setText(title);
     setAccessibleName(title);
-    setExpanded(initiallyExpanded);
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     connect(this, &DisclosureHeader::clicked, this, [this] {
-        setExpanded(!expanded);
+        expanded = !expanded;
+        update();
+        // Qt sends no event of this state to the accessibility bus.
+        announce(this, expanded ? u"已展开"_s : u"已收起"_s);
         Q_EMIT expandedChanged(expanded);
     });
-}
-
-void DisclosureHeader::setExpanded(bool value)
-{
-    expanded = value;
-    // Not every bus tells of a changed state.
-    setAccessibleDescription(expanded ? u"已展开"_s : u"已收起"_s);
-    DisclosureAccessible::notifyExpanded(*this);
-    update();
 }
 
 QSize DisclosureHeader::sizeHint() const

@@ -25,8 +25,6 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    void setExpanded(bool value);
-
     const QString iconName;
     bool expanded;
 };

@@ -41,12 +41,13 @@ void EmotionChip::paintEvent(QPaintEvent * /*event*/)
     painter.setRenderHint(QPainter::Antialiasing);
     const bool selected = isChecked();
     const PixelGrid grid{painter};
-    const double lineWidth = grid.lineWidth(1);
-    const QPainterPath outline = capsule(insideLine(grid.aligned(rect()), lineWidth));
+    const double lineWidth = grid.lineWidth(Theme::current().borderWidth(1));
+    const QRectF whole = grid.aligned(rect());
+    const QPainterPath outline = capsule(insideLine(whole, lineWidth));
     painter.fillPath(outline, themeColor(selected ? ColorRole::selectedFill : ColorRole::controlBackground));
     painter.strokePath(outline, QPen{themeColor(ColorRole::optionBorder), lineWidth});
     if (showsFocus()) {
-        drawFocusRing(painter, outline);
+        drawFocusRing(painter, capsule(whole));
     }
     painter.setFont(chipFont(selected));
     painter.setPen(themeColor(selected ? ColorRole::selectedChipText : ColorRole::primaryText));

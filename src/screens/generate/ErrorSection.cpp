@@ -1,11 +1,11 @@
 #include "screens/generate/ErrorSection.h"
 
-#include "screens/common/AccessiblePart.h"
+#include "platform/WellFormedText.h"
 #include "screens/common/ActionButton.h"
 #include "screens/common/MessageView.h"
+#include "screens/common/NotificationLabel.h"
 #include "screens/common/ReadingOrder.h"
 #include "screens/common/SymbolLabel.h"
-#include "screens/common/TextLabel.h"
 
 #include <QVBoxLayout>
 
@@ -19,14 +19,23 @@ namespace
 constexpr int verticalPadding = 30;
 constexpr int spacing = 16;
 constexpr int messagePadding = 26;
+/// Screen readers speak a notification in one go; the rest of a longer message can be read in the view.
+constexpr qsizetype longestSpoken = 1200;
+
+QString spokenPart(const QString &message)
+{
+    const QString part = wellFormedText::from(message.left(longestSpoken));
+    return message.size() <= longestSpoken ? part : part + u'…';
+}
 
 } // namespace
 
 ErrorSection::ErrorSection(const QString &message, QWidget *parent) : QWidget{parent}
 {
-    const QString title = u"生成失败"_s;
-    setAccessiblePart(this, {QAccessible::Notification});
-    setAccessibleName(title);
+    auto *heading = new NotificationLabel{
+        u"生成失败"_s, spokenPart(message), {16, QFont::DemiBold, ColorRole::redText}, this};
+    // Made before the button: the Tab key goes in the order of making.
+    auto *reason = new MessageView{message, 13, u"错误信息"_s, this};
     auto *back = new ActionButton{u"arrow.counterclockwise"_s,
                                   u"返回表单"_s,
                                   {ActionButton::Kind::bordered, 14, QFont::Medium, 6, {14, 6}},
@@ -36,14 +45,14 @@ ErrorSection::ErrorSection(const QString &message, QWidget *parent) : QWidget{pa
 
     auto *messageRow = new QHBoxLayout;
     messageRow->setContentsMargins(messagePadding, 0, messagePadding, 0);
-    messageRow->addWidget(new MessageView{message, 13, u"错误信息"_s, this});
+    messageRow->addWidget(reason);
 
     auto *column = new QVBoxLayout{this};
     column->setContentsMargins(0, verticalPadding, 0, verticalPadding);
     column->setSpacing(spacing);
     column->addWidget(new SymbolLabel{{u"exclamationmark.triangle.fill"_s, 40}, ColorRole::red, this}, 0,
                       Qt::AlignHCenter);
-    column->addWidget(new TextLabel{title, {16, QFont::DemiBold, ColorRole::red}, this}, 0, Qt::AlignHCenter);
+    column->addWidget(heading, 0, Qt::AlignHCenter);
     column->addLayout(messageRow);
     column->addWidget(back, 0, Qt::AlignHCenter);
     column->addStretch();

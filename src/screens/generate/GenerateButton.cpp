@@ -44,9 +44,6 @@ void GenerateButton::paintEvent(QPaintEvent * /*event*/)
     painter.setOpacity(isEnabled() ? 1.0 : disabledOpacity);
     const QPainterPath outline = continuousRoundedRect(PixelGrid{painter}.aligned(rect()), cornerRadius);
     painter.fillPath(outline, Theme::accentGradient(rect()));
-    if (isDown()) {
-        painter.fillPath(outline, themeColor(ColorRole::controlPressed));
-    }
     if (showsFocus()) {
         drawFocusRing(painter, outline, ColorRole::onAccent);
     }

@@ -40,8 +40,8 @@ GenerateForm::GenerateForm(FilePanels &panels, QWidget *parent)
     buttonRow->addWidget(button);
     column->addLayout(buttonRow);
 
-    connect(content, &ContentSection::titleTextChanged, this, &GenerateForm::updateButton);
-    connect(button, &GenerateButton::clicked, this, &GenerateForm::generateRequested);
+    connect(content, &ContentSection::shownTitleChanged, this, &GenerateForm::updateButton);
+    connect(button, &GenerateButton::clicked, this, &GenerateForm::requestGeneration);
     updateButton();
 }
 
@@ -64,7 +64,15 @@ void GenerateForm::focusTitle()
 
 void GenerateForm::updateButton()
 {
-    button->setEnabled(!withoutOuterBlanks(content->titleText()).isEmpty());
+    button->setEnabled(!withoutOuterBlanks(content->shownTitle()).isEmpty());
+}
+
+void GenerateForm::requestGeneration()
+{
+    // The button commits what is being composed, but an input method may drop it instead.
+    if (!withoutOuterBlanks(content->titleText()).isEmpty()) {
+        Q_EMIT generateRequested();
+    }
 }
 
 } // namespace quilmora

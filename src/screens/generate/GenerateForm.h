@@ -36,6 +36,7 @@ Q_SIGNALS:
 
 private:
     void updateButton();
+    void requestGeneration();
 
     SizeSection *size;
     ContentSection *content;

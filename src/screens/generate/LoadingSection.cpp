@@ -1,6 +1,6 @@
 #include "screens/generate/LoadingSection.h"
 
-#include "screens/common/AccessiblePart.h"
+#include "screens/common/NotificationLabel.h"
 #include "screens/common/ProgressSpinner.h"
 #include "screens/common/TextLabel.h"
 
@@ -22,16 +22,15 @@ constexpr int spinnerDiameter = 32;
 LoadingSection::LoadingSection(QWidget *parent) : QWidget{parent}
 {
     const QString title = u"正在生成封面..."_s;
-    setAccessiblePart(this, {QAccessible::Notification, true});
-    setAccessibleName(title);
+    const QString hint = u"请稍候，火山引擎正在生成中"_s;
     setMinimumHeight(minimumSectionHeight);
     auto *column = new QVBoxLayout{this};
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(spacing);
     column->addStretch();
     column->addWidget(new ProgressSpinner{spinnerDiameter, title, this}, 0, Qt::AlignHCenter);
-    column->addWidget(new TextLabel{title, {16, QFont::Medium}, this}, 0, Qt::AlignHCenter);
-    column->addWidget(new TextLabel{u"请稍候，火山引擎正在生成中"_s, {12}, this}, 0, Qt::AlignHCenter);
+    column->addWidget(new NotificationLabel{title, hint, {16, QFont::Medium}, this}, 0, Qt::AlignHCenter);
+    column->addWidget(new TextLabel{hint, {12}, this}, 0, Qt::AlignHCenter);
     column->addStretch();
 }
 

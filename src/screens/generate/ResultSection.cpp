@@ -1,12 +1,13 @@
 #include "screens/generate/ResultSection.h"
 
-#include "screens/common/AccessiblePart.h"
 #include "screens/common/GradientButton.h"
+#include "screens/common/NotificationLabel.h"
 #include "screens/common/PictureView.h"
 #include "screens/common/ReadingOrder.h"
-#include "screens/common/TextLabel.h"
 
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -25,11 +26,10 @@ constexpr QSize pictureBox{600, 500};
 
 ResultSection::ResultSection(const QImage &image, QWidget *parent) : ShadowGround{parent}
 {
-    const QString title = u"生成成功"_s;
-    setAccessiblePart(this, {QAccessible::Notification});
-    setAccessibleName(title);
+    auto *heading =
+        new NotificationLabel{u"生成成功"_s, {}, {16, QFont::DemiBold, ColorRole::greenText}, this};
     const Shadow shadow{themeColor(ColorRole::pictureShadow), 10, {0, 4}};
-    auto *picture = new PictureView{image, u"生成的封面"_s, {pictureBox, 10, shadow}, this};
+    picture = new PictureView{image, u"生成的封面"_s, {pictureBox, 10, shadow}, this};
     auto *back = new GradientButton{u"arrow.counterclockwise"_s, u"返回表单"_s, buttonShadowOpacity, this};
     auto *save = new GradientButton{u"square.and.arrow.down"_s, u"保存图片"_s, buttonShadowOpacity, this};
     connect(back, &GradientButton::clicked, this, &ResultSection::returnRequested);
@@ -46,12 +46,17 @@ ResultSection::ResultSection(const QImage &image, QWidget *parent) : ShadowGroun
     auto *column = new QVBoxLayout{this};
     column->setContentsMargins(0, verticalPadding, 0, verticalPadding);
     column->setSpacing(spacing);
-    column->addWidget(new TextLabel{title, {16, QFont::DemiBold, ColorRole::green}, this}, 0,
-                      Qt::AlignHCenter);
+    column->addWidget(heading, 0, Qt::AlignHCenter);
     column->addWidget(picture, 0, Qt::AlignHCenter);
     column->addLayout(buttons);
     column->addStretch();
     readInLayoutOrder(*column);
+}
+
+void ResultSection::resizeEvent(QResizeEvent *event)
+{
+    ShadowGround::resizeEvent(event);
+    picture->setBox({std::min(pictureBox.width(), width()), pictureBox.height()});
 }
 
 } // namespace quilmora

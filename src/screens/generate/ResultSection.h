@@ -7,6 +7,8 @@
 namespace quilmora
 {
 
+class PictureView;
+
 /// What the generate screen shows when a cover has been made.
 class ResultSection final : public ShadowGround
 {
@@ -20,6 +22,12 @@ public:
 Q_SIGNALS:
     void returnRequested();
     void saveRequested();
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    PictureView *picture;
 };
 
 } // namespace quilmora

@@ -57,14 +57,14 @@ void SizeCard::paintEvent(QPaintEvent * /*event*/)
     painter.setRenderHint(QPainter::Antialiasing);
     const bool selected = isChecked();
     const PixelGrid grid{painter};
-    const double lineWidth = grid.lineWidth(selected ? 1.5 : 1.0);
-    const QPainterPath outline =
-        roundedRect(insideLine(grid.aligned(rect()), lineWidth), cornerRadius - lineWidth / 2);
+    const double lineWidth = grid.lineWidth(Theme::current().borderWidth(selected ? 1.5 : 1.0));
+    const QRectF whole = grid.aligned(rect());
+    const QPainterPath outline = roundedRect(insideLine(whole, lineWidth), cornerRadius - lineWidth / 2);
     painter.fillPath(outline, themeColor(selected ? ColorRole::selectedFill : ColorRole::controlBackground));
     painter.strokePath(
         outline, QPen{themeColor(selected ? ColorRole::selectedBorder : ColorRole::optionBorder), lineWidth});
     if (showsFocus()) {
-        drawFocusRing(painter, outline);
+        drawFocusRing(painter, roundedRect(whole, cornerRadius));
     }
 
     const QColor primary = themeColor(selected ? ColorRole::selectedPrimaryText : ColorRole::primaryText);

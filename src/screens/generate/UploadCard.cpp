@@ -1,6 +1,7 @@
 #include "screens/generate/UploadCard.h"
 
 #include "platform/ImageCodec.h"
+#include "screens/common/AccessiblePart.h"
 #include "screens/common/ActionButton.h"
 #include "screens/common/ErrorLine.h"
 #include "screens/common/FilePanels.h"
@@ -45,12 +46,10 @@ UploadCard::UploadCard(const QString &title, const QString &iconName, FilePanels
       removeButton{new ActionButton{
           u"xmark.circle"_s, u"移除"_s, {ActionButton::Kind::plainRed, 11, QFont::Normal, 4, {0, 2}}, this}}
 {
+    removeButton->setAccessibleDescription(title);
     removeButton->hide();
     connect(face, &UploadFace::clicked, this, &UploadCard::chooseFile);
-    connect(removeButton, &ActionButton::clicked, this, [this] {
-        face->setFocus();
-        setImage({});
-    });
+    connect(removeButton, &ActionButton::clicked, this, &UploadCard::removeImage);
 
     auto *column = new QVBoxLayout{this};
     column->setContentsMargins(0, 0, 0, 0);
@@ -85,13 +84,21 @@ void UploadCard::load(const QString &path)
         errorLine->setMessage(u"图片过大（%1M），不能超过 10M"_s.arg(megabytes, 0, 'f', 1));
         return;
     }
-    setImage(imageCodec::decodeFile(path));
+    setImage(imageCodec::decodeFile(path), QFileInfo{path}.fileName());
 }
 
-void UploadCard::setImage(const QImage &image)
+void UploadCard::removeImage()
+{
+    announce(this, u"已移除"_s);
+    // Before the button that has the focus is hidden.
+    face->setFocus();
+    setImage({}, {});
+}
+
+void UploadCard::setImage(const QImage &image, const QString &fileName)
 {
     picture = image;
-    face->setImage(image);
+    face->setImage(image, fileName);
     removeButton->setVisible(!image.isNull());
 }
 

@@ -30,7 +30,8 @@ public:
 private:
     void chooseFile();
     void load(const QString &path);
-    void setImage(const QImage &image);
+    void setImage(const QImage &image, const QString &fileName);
+    void removeImage();
 
     FilePanels &panels;
     QImage picture;

@@ -1,5 +1,6 @@
 #include "screens/generate/UploadFace.h"
 
+#include "platform/WellFormedText.h"
 #include "screens/common/FocusRing.h"
 #include "screens/common/Fonts.h"
 #include "screens/common/PixelGrid.h"
@@ -9,6 +10,8 @@
 #include <QFontMetrics>
 #include <QPainter>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace quilmora
@@ -16,9 +19,18 @@ namespace quilmora
 namespace
 {
 
+constexpr int preferredWidth = 200;
+/// Of the invitation, and the most of a picture.
 constexpr int faceHeight = 140;
+/// However flat the picture is, the button can be clicked.
+constexpr int leastHeight = 8;
 constexpr double cornerRadius = 10;
 constexpr int spacing = 6;
+
+QString invitation()
+{
+    return u"点击上传"_s;
+}
 
 } // namespace
 
@@ -28,21 +40,32 @@ UploadFace::UploadFace(const QString &accessibleName, const QString &iconName, Q
       picture{cornerRadius}
 {
     setAccessibleName(accessibleName);
+    setAccessibleDescription(invitation());
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_Hover);
     setCursor(Qt::PointingHandCursor);
-    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    QSizePolicy policy{QSizePolicy::Expanding, QSizePolicy::Preferred};
+    policy.setHeightForWidth(true);
+    setSizePolicy(policy);
 }
 
-void UploadFace::setImage(const QImage &image)
+void UploadFace::setImage(const QImage &image, const QString &fileName)
 {
     picture.setImage(image);
+    setAccessibleDescription(image.isNull() ? invitation() : u"已选择 "_s + wellFormedText::from(fileName));
+    updateGeometry();
     update();
 }
 
 QSize UploadFace::sizeHint() const
 {
-    return {200, faceHeight};
+    return {preferredWidth, heightForWidth(preferredWidth)};
+}
+
+int UploadFace::heightForWidth(int width) const
+{
+    return picture.isNull() ? faceHeight
+                            : std::max(picture.fittedSize({width, faceHeight}).height(), leastHeight);
 }
 
 void UploadFace::paintEvent(QPaintEvent * /*event*/)
@@ -62,7 +85,7 @@ void UploadFace::paintEvent(QPaintEvent * /*event*/)
 void UploadFace::paintInvitation(QPainter &painter) const
 {
     const PixelGrid grid{painter};
-    const double lineWidth = grid.lineWidth(1);
+    const double lineWidth = grid.lineWidth(Theme::current().borderWidth(1));
     const QPainterPath outline = roundedRect(insideLine(grid.aligned(rect()), lineWidth), cornerRadius);
     painter.fillPath(outline, themeColor(ColorRole::controlBackground));
     if (isDown() || underMouse()) {
@@ -81,13 +104,14 @@ void UploadFace::paintInvitation(QPainter &painter) const
     painter.setFont(font);
     painter.setPen(color);
     painter.drawText(QRectF{0, top + blockHeight - textHeight, width() * 1.0, textHeight * 1.0},
-                     Qt::AlignCenter, u"点击上传"_s);
+                     Qt::AlignCenter, invitation());
 }
 
 void UploadFace::paintPicture(QPainter &painter)
 {
     const PixelGrid grid{painter};
-    QRect place{{0, 0}, picture.fittedSize(size())};
+    // Not into the face itself, whose height is rounded: the picture would come out narrower.
+    QRect place{{0, 0}, picture.fittedSize({width(), faceHeight})};
     place.moveCenter(rect().center());
     painter.drawPixmap(grid.aligned(place.topLeft()), picture.pixmap(place.size(), devicePixelRatioF()));
 }

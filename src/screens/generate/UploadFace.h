@@ -7,7 +7,8 @@
 namespace quilmora
 {
 
-/// The button of an upload card: an invitation to pick a picture, or the picture.
+/// The button of an upload card: an invitation to pick a picture, or the picture, as high as its width makes
+/// it.
 class UploadFace final : public PaintedButton
 {
     Q_OBJECT
@@ -17,10 +18,11 @@ public:
     UploadFace(const QString &accessibleName, const QString &iconName, QWidget *parent = nullptr);
     ~UploadFace() override = default;
 
-    /// Null for none.
-    void setImage(const QImage &image);
+    /// Null for none. The accessible description names the file, or without a picture asks for one.
+    void setImage(const QImage &image, const QString &fileName);
 
     QSize sizeHint() const override;
+    int heightForWidth(int width) const override;
 
 protected:
     void paintEvent(QPaintEvent *event) override;

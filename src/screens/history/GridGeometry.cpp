@@ -10,42 +10,66 @@ namespace
 
 constexpr double minimumColumnWidth = 10;
 
-} // namespace
-
-GridGeometry::GridGeometry(int width, int tileCount, int height)
-    : columnWidth{std::max(minimumColumnWidth,
-                           (width - 2.0 * sidePadding - (columns - 1.0) * spacing) / columns)},
-      count{tileCount},
-      textHeight{height}
+double columnWidthIn(int width)
 {
+    constexpr int columns = GridGeometry::columns;
+    const double gaps = 2.0 * GridGeometry::sidePadding + (columns - 1.0) * GridGeometry::spacing;
+    return std::max(minimumColumnWidth, (width - gaps) / columns);
 }
 
-QSize GridGeometry::tileSize() const
+} // namespace
+
+GridGeometry::GridGeometry(int width, std::vector<int> heights)
+    : columnWidth{columnWidthIn(width)},
+      textHeights{std::move(heights)}
 {
-    const int width = static_cast<int>(std::floor(columnWidth));
-    return {width, width + textHeight};
+    rowTops.reserve(textHeights.size() / columns + 2);
+    rowTops.push_back(0);
+    for (auto first = textHeights.begin(); first != textHeights.end();) {
+        const auto end = first + std::min<std::ptrdiff_t>(columns, textHeights.end() - first);
+        rowTops.push_back(rowTops.back() + tileWidth() + *std::max_element(first, end) + spacing);
+        first = end;
+    }
+}
+
+int GridGeometry::tileWidth(int width)
+{
+    return static_cast<int>(std::floor(columnWidthIn(width)));
+}
+
+int GridGeometry::tileWidth() const
+{
+    return static_cast<int>(std::floor(columnWidth));
 }
 
 int GridGeometry::contentHeight() const
 {
-    const int rows = (count + columns - 1) / columns;
-    return rows == 0 ? 0 : rows * rowHeight() - spacing + bottomPadding;
+    return rowCount() == 0 ? 0 : rowTops.back() - spacing + bottomPadding;
 }
 
 QRect GridGeometry::tile(int position) const
 {
     const int left =
         sidePadding + static_cast<int>(std::lround((position % columns) * (columnWidth + spacing)));
-    return {{left, position / columns * rowHeight()}, tileSize()};
+    const auto index = static_cast<std::size_t>(position);
+    return {left, rowTops[index / columns], tileWidth(), tileWidth() + textHeights[index]};
+}
+
+int GridGeometry::rowHeight(int row) const
+{
+    const auto index = static_cast<std::size_t>(row);
+    return rowTops[index + 1] - rowTops[index];
+}
+
+int GridGeometry::rowAt(int y) const
+{
+    return static_cast<int>(std::upper_bound(rowTops.begin() + 1, rowTops.end(), y) - rowTops.begin()) - 1;
 }
 
 int GridGeometry::positionAt(QPoint place) const
 {
-    if (place.y() < 0) {
-        return -1;
-    }
-    const int first = place.y() / rowHeight() * columns;
-    for (int position = first; position < std::min(first + columns, count); ++position) {
+    const int first = rowAt(place.y()) * columns;
+    for (int position = first; position < std::min(first + columns, count()); ++position) {
         if (tile(position).contains(place)) {
             return position;
         }
@@ -55,11 +79,22 @@ int GridGeometry::positionAt(QPoint place) const
 
 std::pair<int, int> GridGeometry::positionsIn(int top, int bottom) const
 {
-    // The gap below a row counts as the row's.
-    const int firstRow = std::max(0, top) / rowHeight();
-    const int rowAfter = bottom <= 0 ? 0 : (bottom - 1) / rowHeight() + 1;
-    const int first = std::min(firstRow * columns, count);
-    return {first, std::clamp(rowAfter * columns, first, count)};
+    const int first = std::min(rowAt(top) * columns, count());
+    const int end = bottom <= 0 ? 0 : (rowAt(bottom - 1) + 1) * columns;
+    return {first, std::clamp(end, first, count())};
+}
+
+double GridGeometry::rowsAbove(int y) const
+{
+    const int row = rowAt(y);
+    return row == rowCount() ? row : row + static_cast<double>(y - heightOf(row)) / rowHeight(row);
+}
+
+int GridGeometry::heightOf(double rows) const
+{
+    const int whole = std::clamp(static_cast<int>(rows), 0, rowCount());
+    const int top = rowTops[static_cast<std::size_t>(whole)];
+    return whole == rowCount() ? top : top + qRound((rows - whole) * rowHeight(whole));
 }
 
 } // namespace quilmora

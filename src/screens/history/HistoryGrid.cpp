@@ -50,11 +50,6 @@ HistoryGrid::HistoryGrid(HistoryModel &model, ThumbnailCache &cache, QWidget *pa
             [this](const QModelIndex &index) { Q_EMIT opened(index.row()); });
 }
 
-GridGeometry HistoryGrid::geometryOf(int width) const
-{
-    return {width, records.rowCount(), HistoryThumbnail::textHeight()};
-}
-
 int HistoryGrid::verticalOffset() const
 {
     return verticalScrollBar()->value();
@@ -62,12 +57,12 @@ int HistoryGrid::verticalOffset() const
 
 QRect HistoryGrid::visualRect(const QModelIndex &index) const
 {
-    return index.isValid() ? grid().tile(index.row()).translated(0, -verticalOffset()) : QRect{};
+    return index.isValid() ? tiles.tile(index.row()).translated(0, -verticalOffset()) : QRect{};
 }
 
 QModelIndex HistoryGrid::indexAt(const QPoint &point) const
 {
-    const int position = grid().positionAt(point + QPoint{0, verticalOffset()});
+    const int position = tiles.positionAt(point + QPoint{0, verticalOffset()});
     return position < 0 ? QModelIndex{} : records.index(position);
 }
 
@@ -89,8 +84,8 @@ void HistoryGrid::scrollTo(const QModelIndex &index, ScrollHint hint)
 void HistoryGrid::reset()
 {
     const int offset = verticalOffset();
-    QAbstractItemView::reset();
     updateGeometries();
+    QAbstractItemView::reset();
     verticalScrollBar()->setValue(offset);
 }
 
@@ -104,7 +99,8 @@ QModelIndex HistoryGrid::moveCursor(CursorAction action, Qt::KeyboardModifiers /
         return records.index(positionsInSight().first);
     }
     const int current = currentIndex().row();
-    const int page = std::max(1, viewport()->height() / grid().rowHeight()) * GridGeometry::columns;
+    const int page = std::max(1, viewport()->height() / tiles.rowHeight(current / GridGeometry::columns)) *
+                     GridGeometry::columns;
     const auto upBy = [&](int step) {
         return current < step ? current % GridGeometry::columns : current - step;
     };
@@ -142,8 +138,10 @@ QRegion HistoryGrid::visualRegionForSelection(const QItemSelection & /*selection
 void HistoryGrid::updateGeometries()
 {
     QAbstractItemView::updateGeometries();
+    const int width = viewport()->width();
+    tiles = GridGeometry{width, HistoryThumbnail::textHeights(records.all(), GridGeometry::tileWidth(width))};
     const int height = viewport()->height();
-    verticalScrollBar()->setRange(0, std::max(0, grid().contentHeight() - height));
+    verticalScrollBar()->setRange(0, std::max(0, tiles.contentHeight() - height));
     verticalScrollBar()->setPageStep(height);
     verticalScrollBar()->setSingleStep(scrollStep);
 }
@@ -160,18 +158,15 @@ void HistoryGrid::currentChanged(const QModelIndex &current, const QModelIndex &
 {
     QAbstractItemView::currentChanged(current, previous);
     viewport()->update();
-    if (current.isValid() && hasFocus()) {
-        HistoryGridAccessible::notifyFocus(*this, current.row());
-    }
+    notifyFocus();
 }
 
 void HistoryGrid::resizeEvent(QResizeEvent *event)
 {
-    // Keeps the tiles in sight that are: they all grow and shrink alike.
-    const double share =
-        static_cast<double>(verticalOffset()) / geometryOf(event->oldSize().width()).rowHeight();
+    // Keeps the tiles in sight that are.
+    const double rows = tiles.rowsAbove(verticalOffset());
     QAbstractItemView::resizeEvent(event);
-    verticalScrollBar()->setValue(qRound(share * grid().rowHeight()));
+    verticalScrollBar()->setValue(tiles.heightOf(rows));
 }
 
 void HistoryGrid::keyPressEvent(QKeyEvent *event)
@@ -190,19 +185,27 @@ void HistoryGrid::focusInEvent(QFocusEvent *event)
 {
     focusByKeyboard = isKeyboardFocus(event->reason(), focusByKeyboard);
     QAbstractItemView::focusInEvent(event);
+    // Queued: Qt reports the focus of the grid itself after this event.
+    QMetaObject::invokeMethod(this, &HistoryGrid::notifyFocus, Qt::QueuedConnection);
+}
+
+void HistoryGrid::notifyFocus()
+{
+    if (hasFocus() && currentIndex().isValid()) {
+        HistoryGridAccessible::notifyFocus(*this, currentIndex().row());
+    }
 }
 
 void HistoryGrid::paintEvent(QPaintEvent *event)
 {
-    const GridGeometry geometry = grid();
     const int offset = verticalOffset();
     const QRect exposed = event->rect();
-    const auto [first, end] = geometry.positionsIn(exposed.top() + offset, exposed.bottom() + 1 + offset);
+    const auto [first, end] = tiles.positionsIn(exposed.top() + offset, exposed.bottom() + 1 + offset);
     QPainter painter{viewport()};
     QStyleOptionViewItem option;
     initViewItemOption(&option);
     for (int position = first; position < end; ++position) {
-        option.rect = geometry.tile(position).translated(0, -offset);
+        option.rect = tiles.tile(position).translated(0, -offset);
         const bool focused = hasFocus() && focusByKeyboard && currentIndex().row() == position;
         option.state.setFlag(QStyle::State_HasFocus, focused);
         itemDelegate()->paint(&painter, option, records.index(position));
@@ -216,19 +219,18 @@ void HistoryGrid::paintEvent(QPaintEvent *event)
 
 std::pair<int, int> HistoryGrid::positionsInSight() const
 {
-    return grid().positionsIn(verticalOffset(), verticalOffset() + viewport()->height());
+    return tiles.positionsIn(verticalOffset(), verticalOffset() + viewport()->height());
 }
 
 ThumbnailCache::Square HistoryGrid::square() const
 {
-    return {grid().tileSize().width(), HistoryThumbnail::cornerRadius, devicePixelRatioF()};
+    return {tiles.tileWidth(), HistoryThumbnail::cornerRadius, devicePixelRatioF()};
 }
 
 /// The picture that was begun before any other, otherwise the one nearest to the middle; -1 when all are
 /// there.
 int HistoryGrid::nextToRead(int first, int end)
 {
-    const GridGeometry geometry = grid();
     const QPoint middle{viewport()->width() / 2, verticalOffset() + viewport()->height() / 2};
     int nearest = -1;
     int distance = 0;
@@ -241,7 +243,7 @@ int HistoryGrid::nextToRead(int first, int end)
         if (path == reader.begunPath()) {
             return position;
         }
-        const int away = (geometry.tile(position).center() - middle).manhattanLength();
+        const int away = (tiles.tile(position).center() - middle).manhattanLength();
         if (nearest < 0 || away < distance) {
             nearest = position;
             distance = away;

@@ -51,16 +51,17 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    GridGeometry geometryOf(int width) const;
-    GridGeometry grid() const { return geometryOf(viewport()->width()); }
     std::pair<int, int> positionsInSight() const;
     ThumbnailCache::Square square() const;
     int nextToRead(int first, int end);
     void fillNext();
+    /// Reports the tile that has the focus, if any, to screen readers.
+    void notifyFocus();
 
     HistoryModel &records;
     ThumbnailCache &pictures;
     ThumbnailReader reader;
+    GridGeometry tiles;
     QTimer fillTimer;
     bool filled = false;
     bool focusByKeyboard = false;

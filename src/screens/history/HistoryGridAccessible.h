@@ -18,7 +18,7 @@ public:
     explicit HistoryGridAccessible(HistoryGrid &grid);
     ~HistoryGridAccessible() override;
 
-    /// Makes the toolkit use this class for history grids. May be called repeatedly.
+    /// Makes Qt use this class for history grids. May be called repeatedly.
     static void install();
 
     /// Says that the tile at `position` has got the keyboard focus.

@@ -2,8 +2,8 @@
 
 #include "screens/common/ActionButton.h"
 #include "screens/common/FilePanels.h"
+#include "screens/common/PageTitle.h"
 #include "screens/common/Sheet.h"
-#include "screens/common/TextLabel.h"
 #include "screens/history/EmptyHistoryView.h"
 #include "screens/history/HistoryGrid.h"
 #include "screens/history/HistoryModel.h"
@@ -42,7 +42,7 @@ HistoryListView::HistoryListView(DatabaseManager &store, FilePanels &filePanels,
 
 QLayout *HistoryListView::makeHeader()
 {
-    auto *title = new TextLabel{u"已生成列表"_s, {22, QFont::Bold}, this};
+    auto *title = new PageTitle{u"已生成列表"_s, this};
     auto *refresh = new ActionButton{
         u"arrow.clockwise"_s, u"刷新"_s, {ActionButton::Kind::bordered, 13, QFont::Normal, 4, {10, 4}}, this};
     connect(refresh, &ActionButton::clicked, this, &HistoryListView::loadRecords);
@@ -106,16 +106,9 @@ void HistoryListView::openPreview(int position)
         return;
     }
     selectedRecord = records->record(position);
-    sheet = new Sheet{this};
-    sheet->setWindowTitle(u"已生成列表"_s);
-    sheet->leaveGroundToContent();
-    auto *preview = new ImagePreviewView{*selectedRecord, [this] { closePreview(); }, panels, sheet};
-    auto *fill = new QVBoxLayout{sheet};
-    fill->setContentsMargins(0, 0, 0, 0);
-    fill->setSizeConstraint(QLayout::SetFixedSize);
-    fill->addWidget(preview);
-    connect(sheet, &Sheet::finished, this, [this] { selectedRecord.reset(); });
-    sheet->open();
+    auto *preview = new ImagePreviewView{*selectedRecord, [this] { closePreview(); }, panels};
+    sheet = new Sheet{*preview, u"已生成列表"_s, {}, this};
+    connect(sheet, &Sheet::closed, this, [this] { selectedRecord.reset(); });
 }
 
 void HistoryListView::closePreview()

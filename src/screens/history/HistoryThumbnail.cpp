@@ -11,6 +11,7 @@
 #include "screens/history/ThumbnailCache.h"
 
 #include <QFontMetrics>
+#include <QHash>
 #include <QPainter>
 #include <QStyleOptionViewItem>
 
@@ -35,11 +36,19 @@ void paintPicture(QPainter &painter, const QRect &square, const ThumbnailCache::
     if (scaled) {
         size.scale(square.size(), Qt::KeepAspectRatio);
     }
-    // The toolkit copies pixel for pixel only where it is not asked for smoothness.
+    // Qt copies pixel for pixel only where it is not asked for smoothness.
     painter.setRenderHint(QPainter::SmoothPixmapTransform, scaled);
     const QPointF corner = QRectF{square}.center() - QPointF{size.width(), size.height()} / 2;
     painter.drawPixmap(QRectF{PixelGrid{painter}.aligned(corner), size}, picture.pixmap,
                        picture.pixmap.rect());
+}
+
+/// Without shaping: it would take other digits, lower by a pixel, beside Latin letters than in a time.
+QFont footerFont()
+{
+    QFont font = systemFont(footerPixelSize);
+    font.setStyleStrategy(QFont::PreferNoShaping);
+    return font;
 }
 
 int paintPrompt(QPainter &painter, const QRect &place, const QString &prompt)
@@ -48,9 +57,24 @@ int paintPrompt(QPainter &painter, const QRect &place, const QString &prompt)
     return text.draw(painter, place, themeColor(ColorRole::secondaryText));
 }
 
+/// Whether a prompt is certainly too long for one line, without a layout. Chinese characters are as wide as
+/// high, and hardly any other is narrower than a quarter of that.
+bool isWiderThan(int width, const QString &prompt)
+{
+    int quarters = 4 * width / promptPixelSize;
+    for (const QChar character : prompt) {
+        const bool isChinese = character >= u'\u3000' && character <= u'\u9fff';
+        quarters -= isChinese ? 4 : 1;
+        if (quarters < 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
 void paintFooter(QPainter &painter, const QRect &place, const HistoryRecord &record)
 {
-    const QFont font = systemFont(footerPixelSize);
+    const QFont font = footerFont();
     const QFontMetrics metrics{font};
     const QString time = HistoryModel::timeText(record);
     const int timeWidth = metrics.horizontalAdvance(time);
@@ -70,10 +94,28 @@ HistoryThumbnail::HistoryThumbnail(const HistoryModel &shown, ThumbnailCache &ca
 {
 }
 
-int HistoryThumbnail::textHeight()
+std::vector<int> HistoryThumbnail::textHeights(const QList<HistoryRecord> &records, int width)
 {
-    return spacing + ClampedText::heightOfLines(systemFont(promptPixelSize), promptLines) + spacing +
-           ClampedText::heightOfLines(systemFont(footerPixelSize), 1);
+    const QFont promptFont = systemFont(promptPixelSize);
+    const int others = 2 * spacing + ClampedText::heightOfLines(footerFont(), 1);
+    const int full = ClampedText::heightOfLines(promptFont, promptLines) + others;
+    // Covers that were found without a row all have the same short prompt.
+    QHash<QString, int> heights;
+    std::vector<int> result;
+    result.reserve(static_cast<std::size_t>(records.size()));
+    for (const HistoryRecord &record : records) {
+        if (isWiderThan(width, record.prompt)) {
+            result.push_back(full);
+            continue;
+        }
+        auto height = heights.find(record.prompt);
+        if (height == heights.end()) {
+            const ClampedText text{record.prompt, promptFont, promptLines};
+            height = heights.insert(record.prompt, text.height(width) + others);
+        }
+        result.push_back(*height);
+    }
+    return result;
 }
 
 void HistoryThumbnail::paintSquare(QPainter &painter, const QRect &square, const QString &path,
@@ -81,7 +123,8 @@ void HistoryThumbnail::paintSquare(QPainter &painter, const QRect &square, const
 {
     const PixelGrid grid{painter};
     const QRectF ground = grid.aligned(square);
-    frame.prepare(ground.size(), grid.lineWidth(1), painter.device()->devicePixelRatioF());
+    frame.prepare(ground.size(), grid.lineWidth(Theme::current().borderWidth(1)),
+                  painter.device()->devicePixelRatioF());
     painter.drawPixmap(ground.topLeft(), frame.ground());
     const auto picture =
         pictures.find(path, {square.width(), cornerRadius, painter.device()->devicePixelRatioF()});
@@ -92,7 +135,7 @@ void HistoryThumbnail::paintSquare(QPainter &painter, const QRect &square, const
     }
     painter.drawPixmap(ground.topLeft(), frame.outline());
     if (focused) {
-        drawFocusRing(painter, continuousRoundedRect(insideLine(ground, grid.lineWidth(1)), cornerRadius));
+        drawFocusRing(painter, continuousRoundedRect(ground, cornerRadius));
     }
 }
 
@@ -108,14 +151,15 @@ void HistoryThumbnail::paint(QPainter *painter, const QStyleOptionViewItem &opti
 
     QRect below = tile.adjusted(0, square.height() + spacing, 0, 0);
     below.translate(0, paintPrompt(*painter, below, record.prompt) + spacing);
-    below.setHeight(ClampedText::heightOfLines(systemFont(footerPixelSize), 1));
+    below.setHeight(ClampedText::heightOfLines(footerFont(), 1));
     paintFooter(*painter, below, record);
     painter->restore();
 }
 
-QSize HistoryThumbnail::sizeHint(const QStyleOptionViewItem &option, const QModelIndex & /*index*/) const
+QSize HistoryThumbnail::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
-    return {option.rect.width(), option.rect.width() + textHeight()};
+    const int width = option.rect.width();
+    return {width, width + textHeights({model.record(index.row())}, width).front()};
 }
 
 } // namespace quilmora

@@ -3,11 +3,15 @@
 #include "screens/history/TileFrame.h"
 
 #include <QAbstractItemDelegate>
+#include <QList>
+
+#include <vector>
 
 namespace quilmora
 {
 
 class HistoryModel;
+struct HistoryRecord;
 class ThumbnailCache;
 
 /// Draws the tiles of the history grid: the picture in its square, the start of the prompt, the model and the
@@ -24,8 +28,8 @@ public:
     HistoryThumbnail(const HistoryModel &model, ThumbnailCache &pictures, QObject *parent = nullptr);
     ~HistoryThumbnail() override = default;
 
-    /// How much higher than wide a tile is, in device-independent pixels: room for two lines of prompt.
-    static int textHeight();
+    /// How much higher than wide each tile is at that width, in device-independent pixels.
+    static std::vector<int> textHeights(const QList<HistoryRecord> &records, int width);
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option,
                const QModelIndex &index) const override;

@@ -36,7 +36,7 @@ constexpr int buttonSpacing = 14;
 constexpr double buttonShadowOpacity = 0.30;
 constexpr QSize pictureBox{800, 540};
 constexpr double pictureCornerRadius = 10;
-constexpr int contentWidth = viewSize.width() - 2 * padding;
+constexpr int metaPixelSize = 11;
 
 QString modelText(const HistoryRecord &record)
 {
@@ -88,10 +88,11 @@ ImagePreviewView::ImagePreviewView(HistoryRecord shown, std::function<void()> cl
       onClose{std::move(close)},
       panels{filePanels}
 {
-    setFixedSize(viewSize);
     auto *column = new QVBoxLayout{this};
     column->setContentsMargins(padding, padding, padding, padding);
     column->setSpacing(0);
+    // The picture is fitted to the view, not the view to the picture.
+    column->setSizeConstraint(QLayout::SetNoConstraint);
     column->addStretch();
     column->addLayout(makeCloseRow());
     column->addSpacing(spacing);
@@ -117,20 +118,30 @@ QLayout *ImagePreviewView::makeCloseRow()
     return row;
 }
 
-/// Below the close row, in the room that the other items leave.
+/// Below the close row.
 void ImagePreviewView::insertPicture(QVBoxLayout &column, const QImage &image)
 {
-    const int taken = column.heightForWidth(viewSize.width());
-    const int room = viewSize.height() - taken - spacing;
-    auto *picture = new PictureView{image,
-                                    u"封面"_s,
-                                    {{pictureBox.width(), std::min(pictureBox.height(), room)},
-                                     pictureCornerRadius,
-                                     {themeColor(ColorRole::previewPictureShadow), 14, {0, 6}}},
-                                    this};
+    picture = new PictureView{
+        image,
+        u"封面"_s,
+        {pictureBox, pictureCornerRadius, {themeColor(ColorRole::previewPictureShadow), 14, {0, 6}}},
+        this};
     constexpr int afterCloseRow = 2;
     column.insertSpacing(afterCloseRow, spacing);
     column.insertWidget(afterCloseRow + 1, inFront(picture), 0, Qt::AlignHCenter);
+}
+
+void ImagePreviewView::fitContents()
+{
+    const int contentWidth = width() - 2 * padding;
+    meta->setText(metaLine(record, systemFont(metaPixelSize), contentWidth));
+    if (picture != nullptr) {
+        const int taken = layout()->totalHeightForWidth(width()) - picture->sizeHint().height();
+        const QSize room{contentWidth, std::max(1, height() - taken)};
+        picture->setBox(pictureBox.boundedTo(room));
+    }
+    // Now, not at the next turn: the picture would be drawn once at its old size.
+    layout()->activate();
 }
 
 QLayout *ImagePreviewView::makeTexts()
@@ -139,10 +150,7 @@ QLayout *ImagePreviewView::makeTexts()
     auto *promptRow = new QHBoxLayout;
     promptRow->setContentsMargins(promptPadding, 0, promptPadding, 0);
     promptRow->addWidget(inFront(prompt));
-    constexpr int metaPixelSize = 11;
-    auto *meta = new TextLabel{metaLine(record, systemFont(metaPixelSize), contentWidth),
-                               {metaPixelSize, QFont::Normal, ColorRole::onBackdropSecondary},
-                               this};
+    meta = new TextLabel{{}, {metaPixelSize, QFont::Normal, ColorRole::onBackdropSecondary}, this};
     meta->setAccessibleName(modelText(record) + timeText(record));
     auto *texts = new QVBoxLayout;
     texts->setSpacing(textSpacing);
@@ -157,7 +165,7 @@ QLayout *ImagePreviewView::makeActionRow()
     auto *close = new GradientButton{u"xmark"_s, u"关闭预览"_s, buttonShadowOpacity, this};
     connect(save, &GradientButton::clicked, this, &ImagePreviewView::saveImage);
     connect(close, &GradientButton::clicked, this, [this] { onClose(); });
-    save->setFocus();
+    setFocusProxy(save);
     auto *row = new QHBoxLayout;
     row->setContentsMargins(0, actionRowPadding, 0, 0);
     row->setSpacing(buttonSpacing);
@@ -173,6 +181,17 @@ void ImagePreviewView::saveImage()
     if (const QImage image = record.image(); !image.isNull()) {
         exportCover(image, record.createdAt, panels, this);
     }
+}
+
+QSize ImagePreviewView::sizeHint() const
+{
+    return viewSize;
+}
+
+void ImagePreviewView::resizeEvent(QResizeEvent *event)
+{
+    ShadowGround::resizeEvent(event);
+    fitContents();
 }
 
 void ImagePreviewView::paintEvent(QPaintEvent *event)
@@ -193,11 +212,6 @@ void ImagePreviewView::mouseReleaseEvent(QMouseEvent *event)
     if (clicked && childAt(event->position().toPoint()) == nullptr) {
         onClose();
     }
-}
-
-void ImagePreviewView::mouseDoubleClickEvent(QMouseEvent * /*event*/)
-{
-    // The second half of a double click on the tile that opened the preview: no wish to close it.
 }
 
 } // namespace quilmora

@@ -6,6 +6,7 @@
 #include "screens/common/Card.h"
 #include "screens/common/ErrorLine.h"
 #include "screens/common/LabelledField.h"
+#include "screens/common/PageTitle.h"
 #include "screens/common/ReadingOrder.h"
 #include "store/DatabaseManager.h"
 
@@ -20,10 +21,15 @@ namespace
 {
 
 constexpr QMargins padding{32, 24, 32, 32};
-constexpr int spacing = 16;
+constexpr int spacing = 12;
 constexpr int titleBottomPadding = 4;
 constexpr int cardPadding = 20;
 constexpr int groupSpacing = 18;
+
+/// For texts of Latin letters. Of all hints fcitx5 and the plugin for ibus heed only that for hidden text: it
+/// alone keeps a pinyin input method from composing.
+constexpr Qt::InputMethodHints latinHints =
+    Qt::ImhHiddenText | Qt::ImhPreferLatin | Qt::ImhNoAutoUppercase | Qt::ImhNoPredictiveText;
 
 LabelledField *makeField(const QString &label, const QString &placeholder, const QString &hint,
                          bool isMasked = false)
@@ -48,6 +54,8 @@ SettingsView::SettingsView(DatabaseManager &store, QWidget *parent)
                       u"如：doubao-seedream-4-0-250828、doubao-seedream-3-0-t2i-250415 等"_s)},
       validationError{new ErrorLine{13, content()}}
 {
+    url->field()->setInputMethodHints(latinHints | Qt::ImhUrlCharactersOnly);
+    model->field()->setInputMethodHints(latinHints);
     auto *card = makeCard();
     // Made after the fields: the Tab key goes in the order of making.
     auto *save = new ActionButton{u"checkmark.circle.fill"_s,
@@ -59,7 +67,7 @@ SettingsView::SettingsView(DatabaseManager &store, QWidget *parent)
     auto *column = new QVBoxLayout{content()};
     column->setContentsMargins(padding);
     column->setSpacing(spacing);
-    column->addWidget(new TextLabel{u"功能设置"_s, {22, QFont::Bold}, content()});
+    column->addWidget(new PageTitle{u"功能设置"_s, content()});
     column->addSpacing(titleBottomPadding);
     column->addWidget(card);
     column->addWidget(validationError);
@@ -121,13 +129,14 @@ void SettingsView::saveSettings()
         refuse(u"请填写 Model ID"_s, *model);
     } else {
         database.saveConfig(trimmedUrl, trimmedKey, trimmedModel);
-        (new AlertPanel{u"已保存"_s, u"火山引擎配置已成功保存"_s, u"好的"_s, this})->open();
+        AlertPanel::open(u"已保存"_s, u"火山引擎配置已成功保存"_s, u"好的"_s, this);
     }
 }
 
 void SettingsView::refuse(const QString &message, const LabelledField &missing)
 {
     validationError->setMessage(message);
+    missing.field()->setInvalid();
     missing.field()->setFocus();
 }
 

@@ -5,11 +5,13 @@
 #include "support/ScreenTest.h"
 
 #include <QAbstractButton>
+#include <QDirIterator>
 #include <QFileDialog>
 #include <QFileSystemModel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPointer>
+#include <QSettings>
 #include <QTimer>
 
 #include <memory>
@@ -18,7 +20,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-/// The toolkit's own panels, as they come where the desktop has none.
+/// Qt's own panels, as they come where the desktop has none.
 class SystemFilePanelsTest final : public QObject
 {
     Q_OBJECT
@@ -29,6 +31,8 @@ private Q_SLOTS:
     void cancellingGivesNothing();
     void theSavePanelProposesTheNameAndAddsTheEnding();
     void theEndingIsNotAddedTwice();
+    void theNameIsNotCompleted();
+    void aWholeNameIsAskedAboutOnce();
     void aFileThatTheAddedEndingNamesIsAskedAbout_data();
     void aFileThatTheAddedEndingNamesIsAskedAbout();
     void anAskerThatGoesGetsNoAnswer_data();
@@ -36,6 +40,9 @@ private Q_SLOTS:
     void anAskerThatGoesDuringTheQuestionGetsNoAnswer();
     void kindsOfFilesAreNamedInChinese();
     void panelsOpenWhereTheLastOneWasClosed();
+    void noSettingsAreWritten_data();
+    void noSettingsAreWritten();
+    void settingsOfOtherProgramsAreNotRead();
 
 private:
     /// While the next panel is open, calls `act` with it.
@@ -44,7 +51,16 @@ private:
     void withQuestion(const std::function<void(QMessageBox &)> &act) { whenOpen<QMessageBox>(act); }
     template <typename Dialog>
     void whenOpen(const std::function<void(Dialog &)> &act);
+    static QLineEdit *nameField(const QFileDialog &panel)
+    {
+        return panel.findChild<QLineEdit *>(u"fileNameEdit"_s);
+    }
     static void enter(QFileDialog &panel, const QString &name);
+    /// The settings of Qt itself, which all its programs share.
+    static QFileInfo sharedSettings()
+    {
+        return QFileInfo{QSettings{QSettings::UserScope, u"QtProject"_s}.fileName()};
+    }
 
     std::unique_ptr<TemporaryHome> home;
     std::unique_ptr<QWidget> window;
@@ -53,6 +69,7 @@ private:
 
 void SystemFilePanelsTest::init()
 {
+    qDeleteAll(findChildren<QTimer *>());
     home = std::make_unique<TemporaryHome>();
     window = std::make_unique<QWidget>();
     panelsSeen = 0;
@@ -76,7 +93,7 @@ void SystemFilePanelsTest::whenOpen(const std::function<void(Dialog &)> &act)
 
 void SystemFilePanelsTest::enter(QFileDialog &panel, const QString &name)
 {
-    auto *field = panel.findChild<QLineEdit *>(u"fileNameEdit"_s);
+    QLineEdit *field = nameField(panel);
     field->setText(name);
     QTest::keyClick(field, Qt::Key_Return);
 }
@@ -119,7 +136,7 @@ void SystemFilePanelsTest::theSavePanelProposesTheNameAndAddsTheEnding()
     QString title;
     withPanel([&](QFileDialog &panel) {
         title = panel.windowTitle();
-        proposed = panel.findChild<QLineEdit *>(u"fileNameEdit"_s)->text();
+        proposed = nameField(panel)->text();
         enter(panel, home->path(u"封面"_s));
     });
     QCOMPARE(panels.chooseCoverDestination(window.get(), u"Quilmora_20240101_101010.png"_s),
@@ -135,28 +152,68 @@ void SystemFilePanelsTest::theEndingIsNotAddedTwice()
     QCOMPARE(panels.chooseCoverDestination(window.get(), u"x.png"_s), home->path(u"A.PNG"_s));
 }
 
+/// With completions, the window stays without keyboard after Return while a screen reader runs.
+void SystemFilePanelsTest::theNameIsNotCompleted()
+{
+    SystemFilePanels panels;
+    bool completed = true;
+    withPanel([&](QFileDialog &panel) {
+        completed = nameField(panel)->completer() != nullptr;
+        panel.reject();
+    });
+    panels.chooseReferenceImage(window.get());
+    QVERIFY(!completed);
+}
+
+void SystemFilePanelsTest::aWholeNameIsAskedAboutOnce()
+{
+    const QString existing = samplePictures::write(home->path(u"mine.png"_s), "former");
+    SystemFilePanels panels;
+    withPanel([&](QFileDialog &panel) {
+        withQuestion([&](QMessageBox &question) {
+            withQuestion([](QMessageBox &another) { another.reject(); });
+            click(question.button(QMessageBox::Yes));
+        });
+        enter(panel, existing);
+    });
+    QCOMPARE(panels.chooseCoverDestination(window.get(), u"x.png"_s), existing);
+    QCOMPARE(panelsSeen, 2);
+}
+
 void SystemFilePanelsTest::aFileThatTheAddedEndingNamesIsAskedAbout_data()
 {
+    QTest::addColumn<QString>("entered");
     QTest::addColumn<QString>("answer");
     QTest::addColumn<bool>("replaces");
-    QTest::newRow("replace") << u"替换"_s << true;
-    QTest::newRow("cancel") << u"取消"_s << false;
-    QTest::newRow("escape") << QString{} << false;
+    for (const QString &name : {u"<b>封面.jpg"_s, u"<b>封面"_s}) {
+        const QByteArray row = name.toUtf8();
+        QTest::addRow("%s, replace", row.constData()) << name << u"替换"_s << true;
+        QTest::addRow("%s, cancel", row.constData()) << name << u"取消"_s << false;
+        QTest::addRow("%s, escape", row.constData()) << name << QString{} << false;
+    }
 }
 
 void SystemFilePanelsTest::aFileThatTheAddedEndingNamesIsAskedAbout()
 {
+    QFETCH(const QString, entered);
     QFETCH(const QString, answer);
     QFETCH(const bool, replaces);
-    const QString existing = samplePictures::write(home->path(u"<b>封面.jpg.png"_s), "former");
+    const QString existing = samplePictures::write(home->path(entered + u".png"_s), "former");
     SystemFilePanels panels;
     QString text;
+    QString keptName;
     Qt::TextFormat format = Qt::AutoText;
     withPanel([&](QFileDialog &panel) {
-        enter(panel, home->path(u"<b>封面.jpg"_s));
+        enter(panel, home->path(entered));
         withQuestion([&](QMessageBox &question) {
             text = question.text();
             format = question.textFormat();
+            if (!replaces) {
+                withPanel([&](QFileDialog &again) {
+                    keptName = nameField(again)->text();
+                    again.reject();
+                });
+            }
             if (answer.isEmpty()) {
                 QTest::keyClick(&question, Qt::Key_Escape);
             }
@@ -169,8 +226,9 @@ void SystemFilePanelsTest::aFileThatTheAddedEndingNamesIsAskedAbout()
     });
     QCOMPARE(panels.chooseCoverDestination(window.get(), u"x.png"_s),
              replaces ? std::optional{existing} : std::nullopt);
-    QCOMPARE(panelsSeen, 2);
-    QCOMPARE(text, u"“<b>封面.jpg.png”已存在。要替换它吗？"_s);
+    QCOMPARE(panelsSeen, replaces ? 2 : 3);
+    QCOMPARE(keptName, replaces ? QString{} : entered + u".png"_s);
+    QCOMPARE(text, u"“%1.png”已存在。要替换它吗？"_s.arg(entered));
     QCOMPARE(format, Qt::PlainText);
 }
 
@@ -264,6 +322,51 @@ void SystemFilePanelsTest::panelsOpenWhereTheLastOneWasClosed()
     });
     panels.chooseReferenceImage(window.get());
     QCOMPARE(folder, home->path(u"deep/er"_s));
+}
+
+void SystemFilePanelsTest::noSettingsAreWritten_data()
+{
+    QTest::addColumn<bool>("windowGoes");
+    QTest::newRow("file chosen") << false;
+    QTest::newRow("window goes meanwhile") << true;
+}
+
+void SystemFilePanelsTest::noSettingsAreWritten()
+{
+    QFETCH(const bool, windowGoes);
+    const QString path = samplePictures::write(home->path(u"deep/er/a.png"_s),
+                                               samplePictures::png(samplePictures::picture({8, 8})));
+    SystemFilePanels panels;
+    withPanel([&](QFileDialog &panel) {
+        if (windowGoes) {
+            window.reset();
+        } else {
+            enter(panel, path);
+        }
+    });
+    QCOMPARE(panels.chooseReferenceImage(window.get()).has_value(), !windowGoes);
+    QDirIterator files{sharedSettings().path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories};
+    QVERIFY2(!files.hasNext(), qPrintable(files.next()));
+}
+
+void SystemFilePanelsTest::settingsOfOtherProgramsAreNotRead()
+{
+    const QByteArray content = "[FileDialog]\nlastVisited=file:///usr\nviewMode=List\n";
+    const QString file = samplePictures::write(sharedSettings().filePath(), content);
+    SystemFilePanels panels;
+    QFileDialog::ViewMode mode = QFileDialog::List;
+    withPanel([&](QFileDialog &panel) {
+        mode = panel.viewMode();
+        panel.reject();
+    });
+    QVERIFY(!panels.chooseReferenceImage(window.get()).has_value());
+    QCOMPARE(mode, QFileDialog::Detail);
+    QFile kept{file};
+    QVERIFY(kept.open(QIODevice::ReadOnly));
+    QCOMPARE(kept.readAll(), content);
+    // Everything else reads them still.
+    QCOMPARE(QSettings(QSettings::UserScope, u"QtProject"_s).value(u"FileDialog/viewMode"_s), u"List"_s);
+    QVERIFY(QFile::remove(file));
 }
 
 int main(int argc, char *argv[])

@@ -38,9 +38,18 @@ void ThemeFollowsDesktopTest::theSchemeOfTheDesktopIsFollowedLive()
     QTRY_COMPARE(Theme::current().scheme(), ColorScheme::light);
     QCOMPARE(windowColor(), QColor{0xECECECU});
 
+    const QColor secondary = themeColor(ColorRole::secondaryText);
+    desktop.chooseContrast(Contrast::high);
+    QTRY_COMPARE(Theme::current().borderWidth(1), 2.0);
+    QVERIFY(themeColor(ColorRole::secondaryText).alpha() > secondary.alpha());
+    QCOMPARE(Theme::current().scheme(), ColorScheme::light);
+    desktop.chooseContrast(Contrast::normal);
+    QTRY_COMPARE(Theme::current().borderWidth(1), 1.0);
+    QCOMPARE(themeColor(ColorRole::secondaryText), secondary);
+
     desktop.choose(ColorScheme::dark);
     QTRY_COMPARE(Theme::current().scheme(), ColorScheme::dark);
-    // Without a preference the palette of the toolkit counts, which is a light one here.
+    // Without a preference the palette of Qt counts, which is a light one here.
     desktop.choose({});
     QTRY_COMPARE(Theme::current().scheme(), ColorScheme::light);
 }

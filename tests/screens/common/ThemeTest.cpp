@@ -1,9 +1,11 @@
 #include "screens/common/Theme.h"
 
+#include "screens/common/FieldFrame.h"
 #include "support/ScreenCapture.h"
 #include "support/ScreenTest.h"
 
 #include <QGradient>
+#include <QPainter>
 
 #include <algorithm>
 #include <cmath>
@@ -66,14 +68,23 @@ class ThemeTest final : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanup() { Theme::current().setScheme(ColorScheme::light); }
+    void cleanup();
     void everyRoleHasItsColourInBothSchemes_data();
     void everyRoleHasItsColourInBothSchemes();
     void thePaletteOfTheToolkitFollows();
     void theGradientRunsFromLeftToRight();
     void textsStandOutFromTheirBackgrounds_data();
     void textsStandOutFromTheirBackgrounds();
+    void atHighContrastTheyStandOutMore_data();
+    void atHighContrastTheyStandOutMore();
+    void atHighContrastBordersAreThicker();
 };
+
+void ThemeTest::cleanup()
+{
+    Theme::current().setScheme(ColorScheme::light);
+    Theme::current().setContrast(Contrast::normal);
+}
 
 void ThemeTest::everyRoleHasItsColourInBothSchemes_data()
 {
@@ -99,6 +110,8 @@ void ThemeTest::everyRoleHasItsColourInBothSchemes_data()
     row("grey", ColorRole::grey, hex(0x8E8E93), hex(0x98989D));
     row("red", ColorRole::red, hex(0xFF3B30), hex(0xFF453A));
     row("green", ColorRole::green, hex(0x28CD41), hex(0x32D74B));
+    row("red text", ColorRole::redText, hex(0xD70015), hex(0xFF6961));
+    row("green text", ColorRole::greenText, hex(0x007D1B), hex(0x30DB5B));
     row("control border", ColorRole::controlBorder, grey(0, 0.15), grey(255, 0.16));
     row("control pressed", ColorRole::controlPressed, grey(0, 0.08), grey(255, 0.12));
     row("scrim", ColorRole::scrim, grey(0, 0.20), grey(0, 0.40));
@@ -174,6 +187,9 @@ void ThemeTest::textsStandOutFromTheirBackgrounds_data()
     QTest::newRow("selected") << ColorRole::selectedPrimaryText << selected;
     QTest::newRow("selected, secondary") << ColorRole::selectedSecondaryText << selected;
     QTest::newRow("selected chip") << ColorRole::selectedChipText << selected;
+    const QList<ColorRole> plain{ColorRole::windowBackground, ColorRole::controlBackground};
+    QTest::newRow("red text") << ColorRole::redText << plain;
+    QTest::newRow("green text") << ColorRole::greenText << plain;
     const QList<ColorRole> backdrop{ColorRole::previewBackdrop};
     QTest::newRow("preview") << ColorRole::onBackdrop << backdrop;
     QTest::newRow("preview, secondary") << ColorRole::onBackdropSecondary << backdrop;
@@ -191,6 +207,62 @@ void ThemeTest::textsStandOutFromTheirBackgrounds()
             QVERIFY2(ratio >= 4.5, qPrintable(QString::number(ratio)));
         }
     }
+}
+
+void ThemeTest::atHighContrastTheyStandOutMore_data()
+{
+    QTest::addColumn<ColorRole>("role");
+    QTest::addColumn<double>("least");
+    QTest::newRow("primary text") << ColorRole::primaryText << 12.0;
+    QTest::newRow("secondary text") << ColorRole::secondaryText << 7.0;
+    QTest::newRow("tertiary text") << ColorRole::tertiaryText << 4.5;
+    QTest::newRow("red") << ColorRole::red << 4.5;
+    QTest::newRow("green") << ColorRole::green << 4.5;
+    QTest::newRow("red text") << ColorRole::redText << 4.5;
+    QTest::newRow("green text") << ColorRole::greenText << 4.5;
+    QTest::newRow("control border") << ColorRole::controlBorder << 3.0;
+    QTest::newRow("option border") << ColorRole::optionBorder << 3.0;
+    QTest::newRow("selected border") << ColorRole::selectedBorder << 3.0;
+    QTest::newRow("tile border") << ColorRole::tileBorder << 3.0;
+    QTest::newRow("separator") << ColorRole::separator << 3.0;
+    QTest::newRow("grey") << ColorRole::grey << 4.5;
+}
+
+void ThemeTest::atHighContrastTheyStandOutMore()
+{
+    QFETCH(const ColorRole, role);
+    QFETCH(const double, least);
+    for (const auto scheme : {ColorScheme::light, ColorScheme::dark}) {
+        Theme::current().setScheme(scheme);
+        for (const ColorRole ground : {ColorRole::windowBackground, ColorRole::controlBackground}) {
+            const auto ratio = [&] {
+                return contrast(over(themeColor(role), themeColor(ground)), themeColor(ground));
+            };
+            Theme::current().setContrast(Contrast::normal);
+            const double usual = ratio();
+            Theme::current().setContrast(Contrast::high);
+            QVERIFY2(ratio() >= least && ratio() >= usual, qPrintable(QString::number(ratio())));
+        }
+    }
+}
+
+void ThemeTest::atHighContrastBordersAreThicker()
+{
+    const auto borderPixels = [] {
+        QImage image{100, 40, QImage::Format_ARGB32};
+        image.fill(themeColor(ColorRole::windowBackground));
+        QPainter painter{&image};
+        drawFieldFrame(painter, image.rect(), false);
+        const QRgb inside = image.pixel(50, 20);
+        int top = 0;
+        while (image.pixel(50, top) != inside) {
+            ++top;
+        }
+        return top;
+    };
+    QCOMPARE(borderPixels(), 1);
+    Theme::current().setContrast(Contrast::high);
+    QCOMPARE(borderPixels(), 2);
 }
 
 int main(int argc, char *argv[])

@@ -323,7 +323,7 @@ void FormMeasuresTest::uploadErrorAndRemoval()
     const QString large = screen->home.path(u"large.png"_s);
     screen->panels.answerReference(samplePictures::write(large, samplePictures::pngOfSize(12 << 20)));
     click(face());
-    const QColor red = themeColor(ColorRole::red);
+    const QColor red = themeColor(ColorRole::redText);
     const QString message = u"图片过大（12.0M），不能超过 10M"_s;
     QWidget *error = piece(message);
     QCOMPARE(Drawing{error}.lookOf(message), Drawing::look(11, QFont::Normal, red));

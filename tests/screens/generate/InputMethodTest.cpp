@@ -1,9 +1,12 @@
 #include "GenerateScreen.h"
+#include "screens/common/Sheet.h"
+#include "screens/common/TextField.h"
 #include "screens/settings/SettingsView.h"
 #include "support/ComposingInputMethod.h"
 
 #include <QJsonObject>
 #include <QPlainTextEdit>
+#include <QSignalSpy>
 
 using namespace Qt::StringLiterals;
 using namespace quilmora;
@@ -17,6 +20,10 @@ class InputMethodTest final : public QObject
 private Q_SLOTS:
     void theWordGoesIntoTheRequest_data();
     void theWordGoesIntoTheRequest();
+    void aComposedTitleIsEnough_data();
+    void aComposedTitleIsEnough();
+    void whileTheTitleIsComposedTheButtonFollows();
+    void aDroppedTitleStartsNothing();
     void theWordIsStoredWithTheSettings();
     void theWordIsKeptWhenTheTabKeyLeavesTheField();
 };
@@ -76,6 +83,67 @@ void InputMethodTest::theWordGoesIntoTheRequest()
     QVERIFY2(prompt.contains(u"豪华办公室"_s), qPrintable(prompt));
 }
 
+void InputMethodTest::aComposedTitleIsEnough_data()
+{
+    QTest::addColumn<Press>("press");
+    QTest::newRow("mouse") << Press{pressByMouse};
+    QTest::newRow("keyboard") << Press{pressByKeyboard};
+    QTest::newRow("screen reader") << Press{pressByScreenReader};
+}
+
+void InputMethodTest::aComposedTitleIsEnough()
+{
+    QFETCH(const Press, press);
+    GenerateScreen screen;
+    ComposingInputMethod inputMethod;
+    click(screen.titleField());
+    inputMethod.compose(u"你好"_s);
+    QVERIFY(screen.titleField()->text().isEmpty());
+    QVERIFY(screen.generateButton()->isEnabled());
+    press(screen.generateButton());
+    QTRY_COMPARE(screen.server.requestCount(), 1);
+    const QString prompt = screen.requestBody().value(u"prompt"_s).toString();
+    QVERIFY2(prompt.contains(u"「你好」"_s), qPrintable(prompt));
+}
+
+void InputMethodTest::whileTheTitleIsComposedTheButtonFollows()
+{
+    GenerateScreen screen;
+    ComposingInputMethod inputMethod;
+    typeInto(screen.titleField(), u" \t"_s);
+    const auto isEnabled = [&screen] {
+        return screen.generateButton()->isEnabled();
+    };
+    QVERIFY(!isEnabled());
+    inputMethod.compose(u"  "_s);
+    QVERIFY(!isEnabled());
+    inputMethod.compose(u"n"_s);
+    QVERIFY(isEnabled());
+    inputMethod.compose(u""_s);
+    QVERIFY(!isEnabled());
+
+    inputMethod.compose(u"你好"_s);
+    auto *title = qobject_cast<TextField *>(screen.titleField());
+    QSignalSpy changes{title, &TextField::shownTextChanged};
+    // Not even for a moment: it would lose the press that commits.
+    connect(title, &TextField::shownTextChanged, this, [&] { QVERIFY(isEnabled()); });
+    QGuiApplication::inputMethod()->commit();
+    QVERIFY(!changes.isEmpty());
+    QCOMPARE(screen.titleField()->text().trimmed(), u"你好"_s);
+}
+
+void InputMethodTest::aDroppedTitleStartsNothing()
+{
+    GenerateScreen screen;
+    ComposingInputMethod inputMethod;
+    click(screen.titleField());
+    inputMethod.compose(u"你好"_s);
+    inputMethod.drop();
+    pressByKeyboard(screen.generateButton());
+    // Otherwise the progress takes the form's place at once.
+    QVERIFY(screen.titleField() != nullptr);
+}
+
 void InputMethodTest::theWordIsStoredWithTheSettings()
 {
     const TemporaryHome home;
@@ -90,7 +158,7 @@ void InputMethodTest::theWordIsStoredWithTheSettings()
     inputMethod.compose(u"four"_s);
     pressByScreenReader(accessible::find<QAbstractButton>(&window, u"保存设置"_s));
     QTRY_COMPARE(database.getConfig().modelID, u"model-four"_s);
-    QTRY_VERIFY(QApplication::activeModalWidget() != nullptr);
+    QTRY_VERIFY(openSheet() != nullptr);
 }
 
 void InputMethodTest::theWordIsKeptWhenTheTabKeyLeavesTheField()

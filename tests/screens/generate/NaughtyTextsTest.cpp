@@ -3,6 +3,7 @@
 #include "GenerateScreen.h"
 #include "platform/WellFormedText.h"
 #include "screens/common/MessageView.h"
+#include "screens/common/Sheet.h"
 #include "screens/settings/SettingsView.h"
 #include "support/StandardOutput.h"
 
@@ -105,9 +106,9 @@ void NaughtyTextsTest::settingsComeBackAsTheyWereShown()
         shown = field->text();
     }
     click(accessible::find<QAbstractButton>(&view, u"保存设置"_s));
-    QTRY_VERIFY(QApplication::activeModalWidget() != nullptr);
-    click(accessible::find<QAbstractButton>(QApplication::activeModalWidget(), u"好的"_s));
-    QTRY_VERIFY(QApplication::activeModalWidget() == nullptr);
+    QTRY_VERIFY(openSheet() != nullptr);
+    click(accessible::find<QAbstractButton>(openSheet(), u"好的"_s));
+    QTRY_VERIFY(openSheet() == nullptr);
 
     const VolcengineConfig stored = database.getConfig();
     for (const QString &value : {stored.apiURL, stored.apiKey, stored.modelID}) {
@@ -119,10 +120,9 @@ void NaughtyTextsTest::anAnswersTextIsShownAsItIs()
 {
     QFETCH(const QString, text);
     const QByteArray answer = answerWith(text);
-    const QString expected = [&answer, error = u"error"_s] {
-        const QJsonObject members = QJsonDocument::fromJson(answer).object()[error].toObject();
-        return QString{u'[' + members[u"code"_s].toString() + u"] "_s + members[u"message"_s].toString()};
-    }();
+    // With half a surrogate pair it is no JSON.
+    const QString expected =
+        text.isValidUtf16() ? QString{u'[' + text + u"] "_s + text} : QString::fromUtf8(answer);
     GenerateScreen screen{GenerateScreen::answerWithText(answer)};
     screen.generate(u"标题"_s);
     QTRY_VERIFY(screen.shows(u"生成失败"_s));

@@ -21,6 +21,7 @@ private Q_SLOTS:
     void theResultPictureFitsItsBox();
     void theResultsTitleIsGreenAndTheErrorsRed();
     void theGradientButtonRunsThroughTheThreeColours();
+    void theGenerateButtonLooksTheSameWhilePressed();
     void aSchemeThatIsSetRepaintsTheScreen();
 };
 
@@ -95,12 +96,12 @@ void SectionLookTest::theResultsTitleIsGreenAndTheErrorsRed()
     good.generate(u"标题"_s);
     QTRY_VERIFY(good.shows(u"生成成功"_s));
     const QImage success = screenCapture::capture(good.find(u"生成成功"_s), 3.0);
-    QVERIFY(screenCapture::countOf(success, QColor{0x28CD41U}) > 20);
+    QVERIFY(screenCapture::countOf(success, themeColor(ColorRole::greenText)) > 20);
     GenerateScreen bad{GenerateScreen::answerWithText("Bad Gateway")};
     bad.generate(u"标题"_s);
     QTRY_VERIFY(bad.shows(u"生成失败"_s));
     const QImage failure = screenCapture::capture(bad.find(u"生成失败"_s), 3.0);
-    QVERIFY(screenCapture::countOf(failure, QColor{0xFF3B30U}) > 20);
+    QVERIFY(screenCapture::countOf(failure, themeColor(ColorRole::redText)) > 20);
 }
 
 void SectionLookTest::theGradientButtonRunsThroughTheThreeColours()
@@ -117,6 +118,20 @@ void SectionLookTest::theGradientButtonRunsThroughTheThreeColours()
              qPrintable(screenCapture::text(middle)));
     QVERIFY(screenCapture::countOf(face, screenCapture::srgb(0.1, 0.8, 0.85), {}, 8) > 5);
     QVERIFY(screenCapture::countOf(face, screenCapture::srgb(0.95, 0.3, 0.75), {}, 8) > 5);
+}
+
+void SectionLookTest::theGenerateButtonLooksTheSameWhilePressed()
+{
+    GenerateScreen screen;
+    typeInto(screen.titleField(), u"标题"_s);
+    QAbstractButton *button = screen.generateButton();
+    QVERIFY(button->isEnabled());
+    const QImage released = screenCapture::capture(button);
+    QTest::mousePress(button, Qt::LeftButton);
+    QVERIFY(button->isDown());
+    QCOMPARE(screenCapture::capture(button), released);
+    QTest::mouseRelease(button, Qt::LeftButton, {}, {-10, -10});
+    QVERIFY(!button->isDown());
 }
 
 void SectionLookTest::aSchemeThatIsSetRepaintsTheScreen()

@@ -50,6 +50,8 @@ private Q_SLOTS:
     void aLinkThatLeadsNowhereEmptiesTheCardWithoutAMessage();
     void aLinkToAPictureIsFollowed();
     void theFaceIsNamedAfterTheCard();
+    void theFaceSaysWhichFileItShows();
+    void theRemoveButtonSaysWhoseItIs();
     void theSpaceKeyOpensThePanel();
     void aCardThatGoesWhileThePanelIsOpenLoadsNothing();
 
@@ -230,6 +232,30 @@ void UploadCardTest::theFaceIsNamedAfterTheCard()
     QCOMPARE(interface->role(), QAccessible::PushButton);
     pick(file(u"a.png"_s, samplePictures::png(samplePictures::picture({60, 40}))));
     QCOMPARE(accessible::interfaceOf(face())->text(QAccessible::Name), cardTitle());
+}
+
+void UploadCardTest::theFaceSaysWhichFileItShows()
+{
+    const auto description = [this] {
+        return accessible::interfaceOf(face())->text(QAccessible::Description);
+    };
+    QCOMPARE(description(), u"点击上传"_s);
+    pick(file(u"照片 1.png"_s, samplePictures::png(samplePictures::picture({60, 40}))));
+    QCOMPARE(description(), u"已选择 照片 1.png"_s);
+    pick(file(u"large.png"_s, samplePictures::pngOfSize(15 * megabyte)));
+    QCOMPARE(description(), u"已选择 照片 1.png"_s);
+    click(removeButton());
+    QCOMPARE(description(), u"点击上传"_s);
+    pick(file(u"照片 2.png"_s, samplePictures::png(samplePictures::picture({60, 40}))));
+    QCOMPARE(description(), u"已选择 照片 2.png"_s);
+    pick(file(u"text.png"_s, "not a picture"));
+    QCOMPARE(description(), u"点击上传"_s);
+}
+
+void UploadCardTest::theRemoveButtonSaysWhoseItIs()
+{
+    pick(file(u"a.png"_s, samplePictures::png(samplePictures::picture({60, 40}))));
+    QCOMPARE(accessible::interfaceOf(removeButton())->text(QAccessible::Description), cardTitle());
 }
 
 void UploadCardTest::theSpaceKeyOpensThePanel()

@@ -7,6 +7,7 @@
 #include "support/ScriptedFilePanels.h"
 
 #include <QAbstractButton>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QVBoxLayout>
 

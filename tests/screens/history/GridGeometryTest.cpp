@@ -2,6 +2,10 @@
 
 #include <QTest>
 
+#include <algorithm>
+#include <cstddef>
+#include <vector>
+
 using namespace quilmora;
 
 class GridGeometryTest final : public QObject
@@ -20,7 +24,20 @@ private Q_SLOTS:
     void aBandHoldsTheRowsThatReachIntoIt_data();
     void aBandHoldsTheRowsThatReachIntoIt();
     void aWidthThatIsTooSmallGivesNoUpsideDownTiles();
+    void aRowIsAsHighAsItsHighestTile();
+    void aHeightIsFoundAgainInRows();
 };
+
+namespace
+{
+
+/// Tiles that are all 50 higher than wide.
+GridGeometry evenGrid(int width, std::size_t count)
+{
+    return GridGeometry{width, std::vector<int>(count, 50)};
+}
+
+} // namespace
 
 void GridGeometryTest::fourEqualColumnsWhateverTheWidth_data()
 {
@@ -33,7 +50,7 @@ void GridGeometryTest::fourEqualColumnsWhateverTheWidth_data()
 void GridGeometryTest::fourEqualColumnsWhateverTheWidth()
 {
     QFETCH(const int, width);
-    const GridGeometry grid{width, 8, 50};
+    const GridGeometry grid = evenGrid(width, 8);
     QCOMPARE(grid.tile(0).left(), 32);
     for (int column = 1; column < 4; ++column) {
         const QRect before = grid.tile(column - 1);
@@ -50,13 +67,13 @@ void GridGeometryTest::fourEqualColumnsWhateverTheWidth()
 
 void GridGeometryTest::aTileIsAQuarterOfWhatThreeGapsLeave()
 {
-    const GridGeometry grid{1000, 1, 50};
+    const GridGeometry grid = evenGrid(1000, 1);
     QCOMPARE(grid.tile(0), QRect(32, 0, (1000 - 64 - 3 * 16) / 4, (1000 - 64 - 3 * 16) / 4 + 50));
 }
 
 void GridGeometryTest::theFifthTileStartsTheSecondRow()
 {
-    const GridGeometry grid{1000, 5, 50};
+    const GridGeometry grid = evenGrid(1000, 5);
     QCOMPARE(grid.tile(4).left(), grid.tile(0).left());
     QCOMPARE(grid.tile(4).top(), grid.tile(0).bottom() + 1 + 16);
     QCOMPARE(grid.tile(3).top(), 0);
@@ -64,26 +81,26 @@ void GridGeometryTest::theFifthTileStartsTheSecondRow()
 
 void GridGeometryTest::theContentEndsBelowTheLastRow_data()
 {
-    QTest::addColumn<int>("count");
+    QTest::addColumn<std::size_t>("count");
     QTest::addColumn<int>("rows");
-    QTest::newRow("one") << 1 << 1;
-    QTest::newRow("a full row") << 4 << 1;
-    QTest::newRow("one more") << 5 << 2;
-    QTest::newRow("ten thousand") << 10'000 << 2500;
+    QTest::newRow("one") << std::size_t{1} << 1;
+    QTest::newRow("a full row") << std::size_t{4} << 1;
+    QTest::newRow("one more") << std::size_t{5} << 2;
+    QTest::newRow("ten thousand") << std::size_t{10'000} << 2500;
 }
 
 void GridGeometryTest::theContentEndsBelowTheLastRow()
 {
-    QFETCH(const int, count);
+    QFETCH(const std::size_t, count);
     QFETCH(const int, rows);
-    const GridGeometry grid{1000, count, 50};
+    const GridGeometry grid = evenGrid(1000, count);
     QCOMPARE(grid.contentHeight(), rows * 272 + (rows - 1) * 16 + 32);
-    QCOMPARE(grid.contentHeight(), grid.tile(count - 1).bottom() + 1 + 32);
+    QCOMPARE(grid.contentHeight(), grid.tile(static_cast<int>(count) - 1).bottom() + 1 + 32);
 }
 
 void GridGeometryTest::everyPlaceOfATileBelongsToItAndGapsToNone()
 {
-    const GridGeometry grid{1003, 9, 50};
+    const GridGeometry grid = evenGrid(1003, 9);
     for (int position = 0; position < 9; ++position) {
         const QRect tile = grid.tile(position);
         QCOMPARE(grid.positionAt(tile.topLeft()), position);
@@ -95,12 +112,13 @@ void GridGeometryTest::everyPlaceOfATileBelongsToItAndGapsToNone()
 
 void GridGeometryTest::placesPastTheLastTileBelongToNone()
 {
-    const GridGeometry grid{1000, 2, 50};
-    QCOMPARE(grid.positionAt(grid.tile(2).center()), -1);
-    QCOMPARE(grid.positionAt(grid.tile(4).center()), -1);
+    const GridGeometry grid = evenGrid(1000, 2);
+    const QPoint toNextColumn = grid.tile(1).topLeft() - grid.tile(0).topLeft();
+    QCOMPARE(grid.positionAt(grid.tile(1).center() + toNextColumn), -1);
+    QCOMPARE(grid.positionAt(grid.tile(0).center() + QPoint{0, 288}), -1);
     QCOMPARE(grid.positionAt({100, -1}), -1);
-    QCOMPARE((GridGeometry{1000, 0, 50}.positionAt({100, 100})), -1);
-    QCOMPARE((GridGeometry{1000, 0, 50}.contentHeight()), 0);
+    QCOMPARE(evenGrid(1000, 0).positionAt({100, 100}), -1);
+    QCOMPARE(evenGrid(1000, 0).contentHeight(), 0);
 }
 
 void GridGeometryTest::aBandHoldsTheRowsThatReachIntoIt_data()
@@ -126,12 +144,42 @@ void GridGeometryTest::aBandHoldsTheRowsThatReachIntoIt()
     QFETCH(const int, bottom);
     QFETCH(const int, first);
     QFETCH(const int, end);
-    QCOMPARE((GridGeometry{1000, 10, 50}.positionsIn(top, bottom)), (std::pair{first, end}));
+    QCOMPARE(evenGrid(1000, 10).positionsIn(top, bottom), (std::pair{first, end}));
 }
 
 void GridGeometryTest::aWidthThatIsTooSmallGivesNoUpsideDownTiles()
 {
-    QCOMPARE((GridGeometry{0, 4, 50}.tileSize()), QSize(10, 60));
+    QCOMPARE(evenGrid(0, 4).tile(0).size(), QSize(10, 60));
+}
+
+void GridGeometryTest::aRowIsAsHighAsItsHighestTile()
+{
+    const GridGeometry grid{1000, {20, 20, 20, 20, 20, 40, 20, 20, 20}};
+    QCOMPARE(grid.tile(0).height(), 222 + 20);
+    QCOMPARE(grid.tile(4).top(), 222 + 20 + 16);
+    QCOMPARE(grid.tile(4).height(), 222 + 20);
+    QCOMPARE(grid.tile(5).height(), 222 + 40);
+    QCOMPARE(grid.tile(8).top(), grid.tile(5).bottom() + 1 + 16);
+    QCOMPARE(grid.rowHeight(0), 222 + 20 + 16);
+    QCOMPARE(grid.rowHeight(1), 222 + 40 + 16);
+    // The room below a tile that is not the highest one of its row belongs to none.
+    QCOMPARE(grid.positionAt(grid.tile(4).bottomLeft()), 4);
+    QCOMPARE(grid.positionAt(grid.tile(4).bottomLeft() + QPoint{0, 10}), -1);
+    QCOMPARE(grid.positionsIn(grid.tile(8).top() - 1, grid.tile(8).top() + 1), (std::pair{4, 9}));
+}
+
+void GridGeometryTest::aHeightIsFoundAgainInRows()
+{
+    const GridGeometry grid{1000, {20, 20, 20, 20, 40, 20, 20, 20, 20}};
+    QCOMPARE(grid.rowsAbove(0), 0.0);
+    QCOMPARE(grid.rowsAbove(grid.tile(4).top()), 1.0);
+    QCOMPARE(grid.rowsAbove(grid.tile(4).top() + grid.rowHeight(1) / 2), 1.5);
+    const int end = grid.contentHeight();
+    for (int y = 0; y < end; y += 7) {
+        QCOMPARE(grid.heightOf(grid.rowsAbove(y)), std::min(y, end - 16));
+    }
+    QCOMPARE(GridGeometry{}.rowsAbove(5), 0.0);
+    QCOMPARE(GridGeometry{}.heightOf(3.5), 0);
 }
 
 QTEST_APPLESS_MAIN(GridGeometryTest)

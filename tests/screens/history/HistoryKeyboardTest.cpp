@@ -4,6 +4,10 @@
 #include <QAbstractButton>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <qpa/qplatformaccessibility.h>
+#include <qpa/qplatformintegration.h>
+
+#include <private/qguiapplication_p.h>
 
 using namespace Qt::StringLiterals;
 using namespace quilmora;
@@ -25,6 +29,8 @@ private Q_SLOTS:
     void returnAndSpaceOpenThePreview();
     void aTileTellsTheAccessibilityBusItsPromptAndPlace();
     void aScreenReaderCanFocusAndPressATile();
+    void aScreenReaderSaysTheTileThatGetsTheFocus_data();
+    void aScreenReaderSaysTheTileThatGetsTheFocus();
     void tilesThatAreGoneAreInvalid();
 
 private:
@@ -165,6 +171,39 @@ void HistoryKeyboardTest::aScreenReaderCanFocusAndPressATile()
     actions->doAction(QAccessibleActionInterface::pressAction());
     QTRY_VERIFY(HistoryScreen::preview() != nullptr);
     QVERIFY(accessible::find(HistoryScreen::preview(), u"提示词 6.png"_s) != nullptr);
+}
+
+void HistoryKeyboardTest::aScreenReaderSaysTheTileThatGetsTheFocus_data()
+{
+    QTest::addColumn<Qt::FocusReason>("reason");
+    QTest::newRow("by the Tab key") << Qt::TabFocusReason;
+    QTest::newRow("by the program") << Qt::OtherFocusReason;
+    QTest::newRow("with its window") << Qt::ActiveWindowFocusReason;
+}
+
+void HistoryKeyboardTest::aScreenReaderSaysTheTileThatGetsTheFocus()
+{
+    QFETCH(const Qt::FocusReason, reason);
+    screen->grid()->setFocus();
+    screen->grid()->setCurrentIndex(screen->grid()->model()->index(2, 0));
+    accessible::find<QAbstractButton>(&screen->window, u"刷新"_s)->setFocus();
+    QCoreApplication::processEvents();
+
+    QGuiApplicationPrivate::platformIntegration()->accessibility()->setActive(true);
+    static QString said;
+    said.clear();
+    const auto former = QAccessible::installUpdateHandler([](QAccessibleEvent *event) {
+        if (event->type() == QAccessible::Focus) {
+            said = event->accessibleInterface()->text(QAccessible::Name);
+        }
+    });
+    screen->grid()->setFocus(reason);
+    // The grid itself may be said before.
+    const bool isTile = QTest::qWaitFor([this] { return said == screen->tile(2)->text(QAccessible::Name); });
+    QCoreApplication::processEvents();
+    QAccessible::installUpdateHandler(former);
+    QVERIFY2(isTile, qPrintable(said));
+    QCOMPARE(said, screen->tile(2)->text(QAccessible::Name));
 }
 
 void HistoryKeyboardTest::tilesThatAreGoneAreInvalid()

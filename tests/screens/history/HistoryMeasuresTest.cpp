@@ -1,4 +1,5 @@
 #include "HistoryScreen.h"
+#include "screens/common/Fonts.h"
 #include "screens/common/Theme.h"
 #include "screens/history/TileFrame.h"
 #include "support/CornerShape.h"
@@ -7,6 +8,7 @@
 #include "support/ScreenCapture.h"
 
 #include <QDateTime>
+#include <QFontMetrics>
 #include <QLabel>
 
 #include <cmath>
@@ -29,6 +31,7 @@ private Q_SLOTS:
     void gridPlaces();
     void tileTexts();
     void tilePlaces();
+    void rowsAreAsHighAsTheirHighestTile();
     void tileSquare();
     void halfOfTheOutlineLiesBesideTheGround_data();
     void halfOfTheOutlineLiesBesideTheGround();
@@ -69,6 +72,25 @@ void HistoryMeasuresTest::header()
     const QRect ground{0, 0, screen->window.width(), placement::inWindow(screen->grid()).top()};
     QCOMPARE(placement::padding(ground, title | refresh), u"32, 24, 32, 16"_s);
     QVERIFY(std::abs(title.center().y() - refresh.center().y()) <= 1);
+
+    // What is seen of the texts lies on one line, too.
+    const QImage picture = screenCapture::capture(&screen->window, 2);
+    const auto middleOfInk = [&](const QRect &place) {
+        int first = picture.height();
+        int last = 0;
+        for (int y = place.top() * 2; y < (place.bottom() + 1) * 2; ++y) {
+            for (int x = place.left() * 2; x < (place.right() + 1) * 2; ++x) {
+                if (qGray(picture.pixel(x, y)) < 100 && qAlpha(picture.pixel(x, y)) > 150) {
+                    first = std::min(first, y);
+                    last = y;
+                }
+            }
+        }
+        return (first + last + 1) / 4.0;
+    };
+    const QRect refreshText = refresh.adjusted(10 + 17 + 4, 2, -10, -2);
+    QVERIFY2(std::abs(middleOfInk(title) - middleOfInk(refreshText)) <= 0.5,
+             qPrintable(u"%1, %2"_s.arg(middleOfInk(title)).arg(middleOfInk(refreshText))));
 }
 
 void HistoryMeasuresTest::refreshButton()
@@ -131,6 +153,30 @@ void HistoryMeasuresTest::tilePlaces()
     QVERIFY(!second.isNull());
     QVERIFY(drawn.placeOf(u"丙"_s).isNull());
     QCOMPARE(qRound(drawn.placeOf(u"型号"_s).top() - second.bottom()), 6);
+}
+
+void HistoryMeasuresTest::rowsAreAsHighAsTheirHighestTile()
+{
+    const QString twoLines = u"甲\n乙"_s;
+    const QString long200 = u"长"_s.repeated(200);
+    const QStringList prompts{u"一"_s,  u"一"_s, u"一"_s, u"一"_s, u"二"_s,
+                              twoLines, u"二"_s, u"二"_s, long200, u"三"_s};
+    for (qsizetype position = 0; position < prompts.size(); ++position) {
+        screen->addRow(prompts.at(position), {}, fifthOfMarch() - 60.0 * static_cast<double>(position));
+    }
+    screen->open();
+    const int line = QFontMetrics{systemFont(12)}.height();
+    const auto gapBelowRow = [this](int position) {
+        return screen->tileRect(position + 4).top() - screen->tileRect(position).bottom() - 1;
+    };
+    QCOMPARE(gapBelowRow(0), 16);
+    QCOMPARE(gapBelowRow(4), 16 + line);
+    QCOMPARE(gapBelowRow(5), 16);
+    QCOMPARE(screen->tileRect(8).height(), screen->tileRect(5).height());
+    QCOMPARE(screen->tileRect(9).height(), screen->tileRect(0).height());
+    // The tile ends with its footer.
+    const QRect tile = screen->tileRect(0);
+    QVERIFY(std::abs(grid().placeOf(u"模型"_s).bottom() - (tile.bottom() + 1)) <= 1);
 }
 
 void HistoryMeasuresTest::tileSquare()

@@ -1,13 +1,12 @@
 #pragma once
 
+#include "screens/common/Sheet.h"
 #include "screens/history/HistoryGrid.h"
 #include "screens/history/HistoryListView.h"
 #include "store/DatabaseManager.h"
 #include "support/AccessibleFinder.h"
 #include "support/ScreenTest.h"
 #include "support/ScriptedFilePanels.h"
-
-#include <QDialog>
 
 #include <memory>
 
@@ -56,7 +55,7 @@ public:
     void refresh();
     bool shows(const QString &name) { return accessible::find(&window, name) != nullptr; }
     /// The open preview; null when there is none.
-    static QDialog *preview() { return qobject_cast<QDialog *>(QApplication::activeModalWidget()); }
+    static Sheet *preview() { return openSheet(); }
 
     TemporaryHome home;
     DatabaseManager database;

@@ -28,6 +28,7 @@ private Q_SLOTS:
     void aMissingPictureShowsTheFaintPlaceholderAndTheRestStays();
     void anEmptyModelLeavesTheLeftSideBlank();
     void aLongModelNameLeavesRoomForTheTime();
+    void modelAndTimeHaveDigitsOfOneHeight();
     void aPromptTakesTwoLinesAtMost();
     void aPromptIsPlainText();
 
@@ -158,6 +159,31 @@ void HistoryThumbnailTest::aLongModelNameLeavesRoomForTheTime()
     const int timeWidth = 60;
     const QRect right{texts(0).width() - timeWidth, 0, timeWidth, texts(0).height()};
     QCOMPARE(texts(1).copy(right), texts(0).copy(right));
+}
+
+void HistoryThumbnailTest::modelAndTimeHaveDigitsOfOneHeight()
+{
+    screen->addRow(u"p\np"_s, {}, static_cast<double>(QDateTime{{2025, 8, 8}, {8, 8, 8}}.toSecsSinceEpoch()),
+                   u"a-8888"_s);
+    screen->open();
+    const int lineHeight = QFontMetrics{systemFont(10)}.height();
+    const QImage below = texts(0);
+    const QImage footer = below.copy(0, below.height() - lineHeight, below.width(), lineHeight);
+    const auto rowsOfInk = [](const QImage &part) {
+        QList<int> rows;
+        for (int y = 0; y < part.height(); ++y) {
+            for (int x = 0; x < part.width() && (rows.isEmpty() || rows.constLast() != y); ++x) {
+                if (part.pixelColor(x, y).alpha() > 20) {
+                    rows.append(y);
+                }
+            }
+        }
+        return rows;
+    };
+    const int half = footer.width() / 2;
+    const QList<int> modelRows = rowsOfInk(footer.copy(0, 0, half, lineHeight));
+    QVERIFY(!modelRows.isEmpty());
+    QCOMPARE(rowsOfInk(footer.copy(half, 0, half, lineHeight)), modelRows);
 }
 
 void HistoryThumbnailTest::aPromptTakesTwoLinesAtMost()

@@ -1,5 +1,6 @@
 #include "HistoryScreen.h"
 #include "screens/common/Theme.h"
+#include "support/ScreenCapture.h"
 
 #include <QAbstractButton>
 #include <QMouseEvent>
@@ -20,7 +21,8 @@ private Q_SLOTS:
     void aClickBetweenTilesOpensNothing();
     void aPressThatIsLetGoOnAnotherTileOpensNothing();
     void theRightButtonOpensNothing();
-    void thePreviewLiesOverTheWindowAndIsModalToIt();
+    void thePreviewFitsIntoTheWindow_data();
+    void thePreviewFitsIntoTheWindow();
     void itsCornersAreAsDarkAsTheRest();
     void everyWayOfClosingLetsTheNextPreviewOpen_data();
     void everyWayOfClosingLetsTheNextPreviewOpen();
@@ -45,7 +47,6 @@ void PreviewSheetTest::openPreview(int position)
 {
     screen->clickTile(position);
     QTRY_VERIFY(HistoryScreen::preview() != nullptr);
-    QVERIFY(QTest::qWaitForWindowExposed(HistoryScreen::preview()));
 }
 
 void PreviewSheetTest::aClickAnywhereOnATileOpensThePreview_data()
@@ -93,28 +94,41 @@ void PreviewSheetTest::theRightButtonOpensNothing()
     QVERIFY(HistoryScreen::preview() == nullptr);
 }
 
-void PreviewSheetTest::thePreviewLiesOverTheWindowAndIsModalToIt()
+void PreviewSheetTest::thePreviewFitsIntoTheWindow_data()
 {
+    QTest::addColumn<QSize>("window");
+    QTest::addColumn<QSize>("preview");
+    QTest::newRow("a large window") << QSize{1300, 900} << QSize{900, 760};
+    QTest::newRow("just as large") << QSize{900, 760} << QSize{900, 760};
+    QTest::newRow("lower") << QSize{1000, 700} << QSize{900, 700};
+    QTest::newRow("low") << QSize{1024, 560} << QSize{900, 560};
+    QTest::newRow("narrow") << QSize{640, 800} << QSize{640, 760};
+}
+
+void PreviewSheetTest::thePreviewFitsIntoTheWindow()
+{
+    QFETCH(const QSize, window);
+    QFETCH(const QSize, preview);
     openPreview(0);
-    QDialog *sheet = HistoryScreen::preview();
-    QCOMPARE(sheet->size(), QSize(900, 760));
-    QCOMPARE(sheet->windowModality(), Qt::WindowModal);
-    QVERIFY(sheet->windowFlags().testFlag(Qt::FramelessWindowHint));
-    QCOMPARE(sheet->parentWidget()->window(), &screen->window);
-    // Across the middle of the window as far as the screen allows.
-    const QRect available = sheet->screen()->availableGeometry();
-    const int wanted = screen->window.frameGeometry().center().x() - 450;
-    const int left =
-        std::clamp(wanted, available.left(), std::max(available.left(), available.right() - 899));
-    QVERIFY(std::abs(sheet->x() - left) <= 1);
-    QVERIFY(sheet->y() >= available.top());
+    screen->window.resize(window);
+    QTRY_COMPARE(HistoryScreen::preview()->size(), window);
+    QWidget *view = accessible::find(HistoryScreen::preview(), u"关闭"_s)->parentWidget();
+    QCOMPARE(view->size(), preview);
+    QCOMPARE(view->pos(),
+             QPoint((window.width() - preview.width()) / 2, (window.height() - preview.height()) / 2));
+    for (const QString &name : {u"关闭"_s, u"封面"_s, u"提示词 0.png"_s, u"保存图片"_s, u"关闭预览"_s}) {
+        const QWidget *piece = accessible::find(view, name);
+        QVERIFY2(view->rect().contains(piece->geometry()), qPrintable(name));
+        QVERIFY2(!piece->geometry().isEmpty(), qPrintable(name));
+    }
 }
 
 void PreviewSheetTest::itsCornersAreAsDarkAsTheRest()
 {
     Theme::current().setScheme(ColorScheme::light);
     openPreview(1);
-    const QImage picture = HistoryScreen::preview()->grab().toImage();
+    QWidget *view = accessible::find(HistoryScreen::preview(), u"关闭"_s)->parentWidget();
+    const QImage picture = screenCapture::capture(view);
     const int darkest = qGray(picture.pixel(20, 20));
     int soft = 0;
     for (int y = 0; y < 12; ++y) {
@@ -141,7 +155,7 @@ void PreviewSheetTest::everyWayOfClosingLetsTheNextPreviewOpen()
 {
     QFETCH(const QString, way);
     openPreview(0);
-    const QPointer<QDialog> sheet = HistoryScreen::preview();
+    const QPointer<Sheet> sheet = HistoryScreen::preview();
     if (way == u"symbol"_s) {
         click(accessible::find(sheet, u"关闭"_s));
     } else if (way == u"button"_s) {
@@ -171,16 +185,16 @@ void PreviewSheetTest::theListIsNotReadAnewWhenThePreviewCloses()
 void PreviewSheetTest::aDoubleClickOpensOnePreviewThatStays()
 {
     openPreview(0);
-    const QPointer<QDialog> sheet = HistoryScreen::preview();
+    const QPointer<Sheet> sheet = HistoryScreen::preview();
     screen->clickTile(1);
     QCOMPARE(HistoryScreen::preview(), sheet.data());
-    QCOMPARE(screen->view->findChildren<QDialog *>().size(), 1);
+    QCOMPARE(screen->window.findChildren<Sheet *>().size(), 1);
 }
 
 void PreviewSheetTest::leavingTheScreenTakesThePreviewAlong()
 {
     openPreview(0);
-    const QPointer<QDialog> sheet = HistoryScreen::preview();
+    const QPointer<Sheet> sheet = HistoryScreen::preview();
     screen->view.reset();
     QVERIFY(sheet == nullptr);
 }

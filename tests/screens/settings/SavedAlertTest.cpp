@@ -1,3 +1,4 @@
+#include "screens/common/Sheet.h"
 #include "screens/settings/SettingsView.h"
 #include "store/DatabaseManager.h"
 #include "support/AccessibleFinder.h"
@@ -7,7 +8,6 @@
 #include "support/StandardOutput.h"
 
 #include <QAbstractButton>
-#include <QDialog>
 #include <QPointer>
 #include <QVBoxLayout>
 
@@ -32,7 +32,7 @@ private Q_SLOTS:
 
 private:
     void save() { click(accessible::find<QAbstractButton>(window.get(), u"保存设置"_s)); }
-    static QDialog *alert() { return qobject_cast<QDialog *>(QApplication::activeModalWidget()); }
+    static Sheet *alert() { return openSheet(); }
     static void closeAlert();
 
     std::unique_ptr<TemporaryHome> home;
@@ -72,7 +72,6 @@ void SavedAlertTest::savingConfirmsEveryTime()
         QVERIFY(names.contains(u"已保存"_s));
         QVERIFY(names.contains(u"火山引擎配置已成功保存"_s));
         QCOMPARE(alert()->findChildren<QAbstractButton *>().size(), 1);
-        QCOMPARE(alert()->windowModality(), Qt::WindowModal);
         closeAlert();
     }
 }
@@ -90,13 +89,13 @@ void SavedAlertTest::itsCornersAreRound()
 {
     save();
     QTRY_VERIFY(alert() != nullptr);
-    const QImage face = screenCapture::capture(alert());
+    const QImage face =
+        screenCapture::capture(accessible::find<QAbstractButton>(alert(), u"好的"_s)->parentWidget());
     for (const QPoint corner : {face.rect().topLeft(), face.rect().topRight(), face.rect().bottomLeft(),
                                 face.rect().bottomRight()}) {
         QCOMPARE(face.pixelColor(corner).alpha(), 0);
     }
     QCOMPARE(face.pixelColor(face.width() / 2, 4), QColor(0xECECECU));
-    QVERIFY(alert()->testAttribute(Qt::WA_TranslucentBackground));
     closeAlert();
 }
 
@@ -105,8 +104,7 @@ void SavedAlertTest::theConfirmationClosesByItsButtonReturnAndEscape()
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape, Qt::Key_Space}) {
         save();
         QTRY_VERIFY(alert() != nullptr);
-        QVERIFY(QTest::qWaitForWindowActive(alert()));
-        const QPointer<QDialog> open{alert()};
+        const QPointer<Sheet> open{alert()};
         QTRY_COMPARE(QApplication::focusWidget(), accessible::find<QAbstractButton>(open, u"好的"_s));
         QTest::keyClick(QApplication::focusWidget(), key);
         QTRY_VERIFY(open.isNull());

@@ -67,6 +67,10 @@ void SettingsMeasuresTest::title()
     QCOMPARE(placement::inWindow(label).left(), placement::inWindow(card()).left());
     // Below the title lie 4 more than below the card.
     QCOMPARE(placement::gapBelow(label, card()), placement::gapBelow(card(), find(u"保存设置"_s)) + 4);
+    // As far below the title as the history has its covers, which lie 24 + 16 and the height of the title
+    // below.
+    QCOMPARE(placement::inWindow(label).top(), 24);
+    QCOMPARE(placement::gapBelow(label, card()), 16);
 }
 
 void SettingsMeasuresTest::cardHeader()
@@ -132,7 +136,7 @@ void SettingsMeasuresTest::validationError()
     typeInto(find<QLineEdit>(u"API URL"_s), {});
     click(find(u"保存设置"_s));
     const QString message = u"请填写 API URL"_s;
-    QCOMPARE(drawing().lookOf(message), Drawing::look(13, QFont::Normal, themeColor(ColorRole::red)));
+    QCOMPARE(drawing().lookOf(message), Drawing::look(13, QFont::Normal, themeColor(ColorRole::redText)));
     QTRY_VERIFY(placement::gapBelow(card(), find(message)) > 0);
     QTRY_VERIFY(placement::gapBelow(find(message), find(u"保存设置"_s)) > 0);
 }

@@ -1,13 +1,14 @@
 #include "screens/settings/SettingsView.h"
 
 #include "model/VolcengineConfig.h"
+#include "screens/common/Sheet.h"
+#include "screens/common/Theme.h"
 #include "store/DatabaseManager.h"
 #include "support/AccessibleFinder.h"
 #include "support/ScreenCapture.h"
 #include "support/ScreenTest.h"
 
 #include <QAbstractButton>
-#include <QDialog>
 #include <QLineEdit>
 #include <QVBoxLayout>
 
@@ -29,11 +30,13 @@ private Q_SLOTS:
     void theTabKeyFollowsTheForm();
     void aFreshUserSeesTheDefaultsAndAnEmptyKey();
     void theKeyIsMasked();
+    void addressAndModelAreNotComposed();
     void theFirstMissingValueIsReportedAndNothingIsStored_data();
     void theFirstMissingValueIsReportedAndNothingIsStored();
     void valuesAreStoredTrimmedWhileTheFieldsKeepThem();
     void aLineBreakInsideAKeyIsStoredAsItIs();
     void theErrorStaysUntilTheNextSave();
+    void theRefusedFieldIsMarkedUntilItsTextChanges();
     void theStoredValuesAreReadAtEveryAppearance();
     void theDefaultAddressComesBackAfterItWasClearedElsewhere();
 
@@ -42,7 +45,7 @@ private:
     void fill(const QString &url, const QString &key, const QString &model);
     void save() { click(accessible::find<QAbstractButton>(window.get(), u"保存设置"_s)); }
     bool shows(const QString &text) { return accessible::find(window.get(), text) != nullptr; }
-    static QDialog *alert() { return qobject_cast<QDialog *>(QApplication::activeModalWidget()); }
+    static Sheet *alert() { return openSheet(); }
     static void closeAlert();
 
     std::unique_ptr<TemporaryHome> home;
@@ -132,6 +135,16 @@ void SettingsViewTest::theKeyIsMasked()
     QVERIFY(!interface->text(QAccessible::Value).contains(u"secret"_s));
 }
 
+void SettingsViewTest::addressAndModelAreNotComposed()
+{
+    for (const QString &name : {u"API URL"_s, u"Model ID"_s}) {
+        QLineEdit *latin = field(name);
+        QVERIFY(latin->inputMethodHints().testFlags(Qt::ImhHiddenText | Qt::ImhPreferLatin));
+        QCOMPARE(latin->echoMode(), QLineEdit::Normal);
+    }
+    QVERIFY(field(u"API URL"_s)->inputMethodHints().testFlag(Qt::ImhUrlCharactersOnly));
+}
+
 void SettingsViewTest::theFirstMissingValueIsReportedAndNothingIsStored_data()
 {
     QTest::addColumn<QString>("url");
@@ -198,13 +211,47 @@ void SettingsViewTest::aLineBreakInsideAKeyIsStoredAsItIs()
     closeAlert();
 }
 
+void SettingsViewTest::theRefusedFieldIsMarkedUntilItsTextChanges()
+{
+    QLineEdit *key = field(u"API Key"_s);
+    const QString hint = u"请在火山方舟控制台「获取 API Key」页面创建长效 Key"_s;
+    const auto redPixels = [key] {
+        const QImage drawn = screenCapture::capture(key);
+        int count = 0;
+        for (int y = 0; y < drawn.height(); ++y) {
+            for (int x = 0; x < drawn.width(); ++x) {
+                const QColor pixel = drawn.pixelColor(x, y);
+                count += pixel.red() > 200 && pixel.green() < 150 && pixel.blue() < 150 ? 1 : 0;
+            }
+        }
+        return count;
+    };
+    const auto spoken = [key] {
+        return accessible::interfaceOf(key)->text(QAccessible::Description);
+    };
+    QCOMPARE(redPixels(), 0);
+    save();
+    QVERIFY(shows(u"请填写 API Key"_s));
+    QVERIFY2(redPixels() > 2 * key->width(), qPrintable(QString::number(redPixels())));
+    QCOMPARE(spoken(), u"无效。"_s + hint);
+    // Also without the focus, and while the user looks at other fields.
+    field(u"API URL"_s)->setFocus();
+    QVERIFY(redPixels() > 2 * key->width());
+
+    typeInto(key, u"k"_s);
+    QCOMPARE(redPixels(), 0);
+    QCOMPARE(spoken(), hint);
+    // The message stays until the next save.
+    QVERIFY(shows(u"请填写 API Key"_s));
+}
+
 void SettingsViewTest::theErrorStaysUntilTheNextSave()
 {
     fill(u"u"_s, {}, u"m"_s);
     save();
     QVERIFY(shows(u"请填写 API Key"_s));
     const QImage line = screenCapture::capture(accessible::find(window.get(), u"请填写 API Key"_s));
-    QVERIFY(screenCapture::countOf(line, QColor{0xFF3B30U}, {}, 8) > 5);
+    QVERIFY(screenCapture::countOf(line, themeColor(ColorRole::redText), {}, 8) > 5);
     typeInto(field(u"API Key"_s), u"k"_s);
     QVERIFY2(shows(u"请填写 API Key"_s), "typing does not clear it");
     save();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QRect>
 #include <QStringList>
 
 #include <memory>
@@ -29,11 +30,20 @@ public:
     /// Whether the control of that name is checked.
     bool isChecked(const QString &name);
 
+    /// Whether the control of that name has the keyboard focus.
+    bool hasFocus(const QString &name);
+
+    /// Where something of that name is, in points: on X11 on the screen, on Wayland within its window.
+    QRect bounds(const QString &name);
+
     /// Presses or toggles the control of that name; false when that is not possible.
     bool act(const QString &name);
 
     /// Replaces the text of the field of that name.
     bool setText(const QString &name, const QString &text);
+
+    /// The text of the field of that name; empty when it has none or does not tell it.
+    QString content(const QString &name);
 
     /// All names, descriptions and texts on the desktop, whether on screen or not.
     QStringList texts();

@@ -118,6 +118,12 @@ void AccessibleDesktop::collectTexts(_AtspiAccessible *object, QStringList &text
     }
 }
 
+QString AccessibleDesktop::content(const QString &name)
+{
+    const Object object = find(name);
+    return object == nullptr ? QString{} : QString::fromUtf8(contentOf(object.get()));
+}
+
 QStringList AccessibleDesktop::texts()
 {
     QStringList texts;
@@ -154,6 +160,29 @@ bool AccessibleDesktop::isChecked(const QString &name)
 {
     const Object object = find(name);
     return object != nullptr && hasState(object.get(), ATSPI_STATE_CHECKED);
+}
+
+bool AccessibleDesktop::hasFocus(const QString &name)
+{
+    const Object object = find(name);
+    return object != nullptr && hasState(object.get(), ATSPI_STATE_FOCUSED);
+}
+
+QRect AccessibleDesktop::bounds(const QString &name)
+{
+    const Object object = find(name);
+    AtspiComponent *component =
+        object == nullptr ? nullptr : atspi_accessible_get_component_iface(object.get());
+    AtspiRect *extents = component == nullptr
+                             ? nullptr
+                             : atspi_component_get_extents(component, ATSPI_COORD_TYPE_SCREEN, nullptr);
+    const QRect bounds =
+        extents == nullptr ? QRect{} : QRect{extents->x, extents->y, extents->width, extents->height};
+    g_free(extents);
+    if (component != nullptr) {
+        g_object_unref(component);
+    }
+    return bounds;
 }
 
 bool AccessibleDesktop::act(const QString &name)

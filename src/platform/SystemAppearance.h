@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/ColorScheme.h"
+#include "platform/Contrast.h"
 
 #include <QObject>
 
@@ -11,23 +12,24 @@ namespace quilmora
 
 /// The look that the system asks of its applications, as far as it states one otherwise than by its palette.
 /// Needs a QGuiApplication. Main thread only.
-class SystemColorScheme final : public QObject
+class SystemAppearance final : public QObject
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(SystemColorScheme)
+    Q_DISABLE_COPY_MOVE(SystemAppearance)
 
 public:
-    explicit SystemColorScheme(QObject *parent = nullptr);
-    ~SystemColorScheme() override = default;
+    explicit SystemAppearance(QObject *parent = nullptr);
+    ~SystemAppearance() override = default;
 
     /// Nothing where the palette is all there is to go by.
-    std::optional<ColorScheme> stated() const;
+    std::optional<ColorScheme> scheme() const;
+    Contrast contrast() const;
 
 Q_SIGNALS:
     void changed();
 
 private:
-    class PortalColorScheme *portal = nullptr;
+    class PortalAppearance *portal = nullptr;
 };
 
 } // namespace quilmora

@@ -1,0 +1,158 @@
+#include "platform/PortalAppearance.h"
+
+#include <QDBusArgument>
+#include <QDBusError>
+#include <QDBusPendingCallWatcher>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace quilmora
+{
+namespace
+{
+
+constexpr int longestWait = 150; // milliseconds; the first window waits with it
+
+QString service()
+{
+    return u"org.freedesktop.portal.Desktop"_s;
+}
+
+QString path()
+{
+    return u"/org/freedesktop/portal/desktop"_s;
+}
+
+QString interface()
+{
+    return u"org.freedesktop.portal.Settings"_s;
+}
+
+QString appearance()
+{
+    return u"org.freedesktop.appearance"_s;
+}
+
+QString gnomeAccessibility()
+{
+    return u"org.gnome.desktop.a11y.interface"_s;
+}
+
+QDBusMessage question()
+{
+    QDBusMessage message = QDBusMessage::createMethodCall(service(), path(), interface(), u"ReadAll"_s);
+    message << QStringList{appearance(), gnomeAccessibility()};
+    return message;
+}
+
+/// The portal puts a variant into a variant.
+QVariant unwrapped(QVariant value)
+{
+    while (value.metaType() == QMetaType::fromType<QDBusVariant>()) {
+        value = value.value<QDBusVariant>().variant();
+    }
+    return value;
+}
+
+} // namespace
+
+PortalAppearance::PortalAppearance(QDBusConnection bus, QObject *parent)
+    : QObject{parent},
+      connection{std::move(bus)}
+{
+    if (!connection.isConnected()) {
+        return;
+    }
+    // By the name of the slot: a bus connects in no other way. It is handed the whole message, because the
+    // types of arguments may not be known to Qt yet.
+    connection.connect(service(), path(), interface(), u"SettingChanged"_s, this,
+                       SLOT(settingChanged(QDBusMessage)));
+    if (!askNow()) {
+        askLater();
+    }
+}
+
+bool PortalAppearance::askNow()
+{
+    QDBusMessage message = question();
+    message.setAutoStartService(false);
+    const QDBusMessage answer = connection.call(message, QDBus::Block, longestWait);
+    if (answer.type() == QDBusMessage::ReplyMessage) {
+        takeAll(answer);
+        return true;
+    }
+    // Any other error is an answer too: the portal has no settings.
+    const auto error = QDBusError{answer}.type();
+    return error != QDBusError::ServiceUnknown && error != QDBusError::NoReply &&
+           error != QDBusError::Timeout && error != QDBusError::TimedOut;
+}
+
+void PortalAppearance::askLater()
+{
+    auto *watcher = new QDBusPendingCallWatcher{connection.asyncCall(question()), this};
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher *call) {
+        call->deleteLater();
+        takeAll(call->reply());
+    });
+}
+
+void PortalAppearance::takeAll(const QDBusMessage &answer)
+{
+    if (answer.type() != QDBusMessage::ReplyMessage || answer.signature() != u"a{sa{sv}}"_s) {
+        return;
+    }
+    QMap<QString, QVariantMap> groups;
+    answer.arguments().constFirst().value<QDBusArgument>() >> groups;
+    Look now;
+    for (auto group = groups.cbegin(); group != groups.cend(); ++group) {
+        for (auto setting = group->cbegin(); setting != group->cend(); ++setting) {
+            take(group.key(), setting.key(), setting.value(), now);
+        }
+    }
+    setLook(now);
+}
+
+void PortalAppearance::settingChanged(const QDBusMessage &signal)
+{
+    const QVariantList told = signal.arguments();
+    if (told.size() == 3) {
+        Look now = look;
+        take(told.at(0).toString(), told.at(1).toString(), told.at(2), now);
+        setLook(now);
+    }
+}
+
+void PortalAppearance::take(const QString &group, const QString &key, const QVariant &value, Look &into)
+{
+    constexpr uint prefersDark = 1;
+    constexpr uint prefersLight = 2;
+    constexpr uint prefersHigherContrast = 1;
+    const QVariant told = unwrapped(value);
+    if (group == appearance() && key == u"color-scheme"_s) {
+        const uint preference = told.toUInt();
+        into.scheme = preference == prefersDark    ? std::optional{ColorScheme::dark}
+                      : preference == prefersLight ? std::optional{ColorScheme::light}
+                                                   : std::nullopt;
+    } else if (group == appearance() && key == u"contrast"_s) {
+        into.isContrastHigher = told.toUInt() == prefersHigherContrast;
+    } else if (group == gnomeAccessibility() && key == u"high-contrast"_s) {
+        into.isGnomeContrastHigh = told.toBool();
+    }
+}
+
+void PortalAppearance::setLook(const Look &now)
+{
+    if (now != look) {
+        look = now;
+        Q_EMIT changed();
+    }
+}
+
+Contrast PortalAppearance::contrast() const
+{
+    return look.isContrastHigher || look.isGnomeContrastHigh ? Contrast::high : Contrast::normal;
+}
+
+} // namespace quilmora

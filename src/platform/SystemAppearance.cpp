@@ -1,0 +1,86 @@
+#include "platform/SystemAppearance.h"
+
+#include <QGuiApplication>
+#include <QStyleHints>
+#if QT_VERSION >= QT_VERSION_CHECK(6, 10, 0)
+#include <QAccessibilityHints>
+#endif
+
+#ifdef QUILMORA_DBUS
+#include "platform/PortalAppearance.h"
+#endif
+
+namespace quilmora
+{
+namespace
+{
+
+#if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
+std::optional<ColorScheme> toolkitScheme()
+{
+    switch (QGuiApplication::styleHints()->colorScheme()) {
+    case Qt::ColorScheme::Dark:
+        return ColorScheme::dark;
+    case Qt::ColorScheme::Light:
+        return ColorScheme::light;
+    default:
+        return std::nullopt;
+    }
+}
+#else
+std::optional<ColorScheme> toolkitScheme()
+{
+    return std::nullopt;
+}
+#endif
+
+Contrast toolkitContrast()
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 10, 0)
+    const bool isHigh = QGuiApplication::styleHints()->accessibility()->contrastPreference() ==
+                        Qt::ContrastPreference::HighContrast;
+    return isHigh ? Contrast::high : Contrast::normal;
+#else
+    return Contrast::normal;
+#endif
+}
+
+} // namespace
+
+SystemAppearance::SystemAppearance(QObject *parent) : QObject{parent}
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
+    connect(QGuiApplication::styleHints(), &QStyleHints::colorSchemeChanged, this,
+            &SystemAppearance::changed);
+#endif
+#if QT_VERSION >= QT_VERSION_CHECK(6, 10, 0)
+    connect(QGuiApplication::styleHints()->accessibility(), &QAccessibilityHints::contrastPreferenceChanged,
+            this, &SystemAppearance::changed);
+#endif
+#ifdef QUILMORA_DBUS
+    portal = new PortalAppearance{QDBusConnection::sessionBus(), this};
+    connect(portal, &PortalAppearance::changed, this, &SystemAppearance::changed);
+#endif
+}
+
+std::optional<ColorScheme> SystemAppearance::scheme() const
+{
+#ifdef QUILMORA_DBUS
+    if (const auto told = portal->scheme()) {
+        return told;
+    }
+#endif
+    return toolkitScheme();
+}
+
+Contrast SystemAppearance::contrast() const
+{
+#ifdef QUILMORA_DBUS
+    if (portal->contrast() == Contrast::high) {
+        return Contrast::high;
+    }
+#endif
+    return toolkitContrast();
+}
+
+} // namespace quilmora
