@@ -12,26 +12,26 @@ using namespace Qt::StringLiterals;
 namespace quilmora::bench
 {
 
-std::optional<QString> OneFilePanels::chooseReferenceImage(QWidget * /*parent*/)
+std::optional<QString> OneFileDialogs::chooseReferenceImage(QWidget * /*parent*/)
 {
     return path;
 }
 
-std::optional<QString> OneFilePanels::chooseCoverDestination(QWidget * /*parent*/, const QString & /*name*/)
+std::optional<QString> OneFileDialogs::chooseCoverDestination(QWidget * /*parent*/, const QString & /*name*/)
 {
     return std::nullopt;
 }
 
 BenchWindow::BenchWindow(const QString &serviceAddress)
-    : database{folder.filePath(u"data"_s), folder.filePath(u"covers"_s)},
-      storage{folder.filePath(u"covers"_s)}
+    : m_database{m_folder.filePath(u"data"_s), m_folder.filePath(u"covers"_s)},
+      m_storage{m_folder.filePath(u"covers"_s)}
 {
-    database.saveConfig(serviceAddress, u"key"_s, u"model"_s);
-    screen = std::make_unique<GenerateCoverView>(CoverGenerationFlow::create(database, storage, generator),
-                                                 panels);
-    screen->resize(1000, 1000);
-    screen->show();
-    if (!QTest::qWaitForWindowExposed(screen.get())) {
+    m_database.saveConfig(serviceAddress, u"key"_s, u"model"_s);
+    m_screen = std::make_unique<GenerateCoverView>(
+        CoverGenerationFlow::create(m_database, m_storage, m_generator), m_panels);
+    m_screen->resize(1000, 1000);
+    m_screen->show();
+    if (!QTest::qWaitForWindowExposed(m_screen.get())) {
         qFatal("The window does not appear");
     }
 }
@@ -40,7 +40,7 @@ BenchWindow::~BenchWindow() = default;
 
 QWidget *BenchWindow::control(const QString &accessibleName)
 {
-    for (QWidget *widget : screen->findChildren<QWidget *>()) {
+    for (QWidget *widget : m_screen->findChildren<QWidget *>()) {
         if (widget->accessibleName() == accessibleName && widget->isVisible() &&
             widget->focusPolicy() != Qt::NoFocus) {
             return widget;
@@ -66,7 +66,7 @@ void BenchWindow::pickStyle(const QString &path)
 
 void BenchWindow::pick(const QString &accessibleName, const QString &path)
 {
-    panels.path = path;
+    m_panels.path = path;
     qobject_cast<QAbstractButton *>(control(accessibleName))->click();
 }
 

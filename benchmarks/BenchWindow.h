@@ -1,9 +1,9 @@
 #pragma once
 
 #include "generation/ImageGeneratorService.h"
-#include "screens/common/FilePanels.h"
 #include "store/DatabaseManager.h"
 #include "store/ImageStorageService.h"
+#include "ui/dialogs/FileDialogs.h"
 
 #include <QTemporaryDir>
 #include <QWidget>
@@ -14,7 +14,7 @@ namespace quilmora::bench
 {
 
 /// Answers every open panel with one file.
-class OneFilePanels final : public FilePanels
+class OneFileDialogs final : public FileDialogs
 {
 public:
     std::optional<QString> chooseReferenceImage(QWidget *parent) override;
@@ -33,7 +33,7 @@ public:
     Q_DISABLE_COPY_MOVE(BenchWindow)
     ~BenchWindow();
 
-    QWidget &window() { return *screen; }
+    QWidget &window() { return *m_screen; }
 
     /// The visible control of that accessible name.
     QWidget *control(const QString &accessibleName);
@@ -45,12 +45,12 @@ public:
 private:
     void pick(const QString &accessibleName, const QString &path);
 
-    QTemporaryDir folder;
-    DatabaseManager database;
-    ImageStorageService storage;
-    ImageGeneratorService generator;
-    OneFilePanels panels;
-    std::unique_ptr<QWidget> screen;
+    QTemporaryDir m_folder;
+    DatabaseManager m_database;
+    ImageStorageService m_storage;
+    ImageGeneratorService m_generator;
+    OneFileDialogs m_panels;
+    std::unique_ptr<QWidget> m_screen;
 };
 
 } // namespace quilmora::bench

@@ -2,10 +2,10 @@
 
 #include "BenchWindow.h"
 #include "FirstByteListener.h"
+#include "QtPng.h"
 #include "Report.h"
 #include "SamplePhotos.h"
-#include "ToolkitPng.h"
-#include "platform/ImageCodec.h"
+#include "imaging/ImageCodec.h"
 
 #include <QAbstractButton>
 #include <QJsonArray>
@@ -54,8 +54,7 @@ double withTheToolkit(const QList<QImage> &images)
     return millisecondsOf([&images] {
         QJsonArray urls;
         for (const QImage &image : images) {
-            urls.append(
-                QString{u"data:image/png;base64,"_s + QString::fromLatin1(toolkitPng(image).toBase64())});
+            urls.append(QString{u"data:image/png;base64,"_s + QString::fromLatin1(qtPng(image).toBase64())});
         }
         const QJsonObject members{{u"model"_s, u"m"_s}, {u"prompt"_s, u"p"_s}, {u"image"_s, urls}};
         if (QJsonDocument{members}.toJson(QJsonDocument::Compact).isEmpty()) {

@@ -1,10 +1,10 @@
 #include "EncoderBench.h"
 
+#include "QtPng.h"
 #include "Report.h"
 #include "SamplePhotos.h"
-#include "ToolkitPng.h"
-#include "platform/ImageCodec.h"
-#include "platform/PngEncoder.h"
+#include "imaging/ImageCodec.h"
+#include "imaging/PngEncoder.h"
 
 #include <functional>
 
@@ -96,7 +96,7 @@ void benchSample(const Sample &sample)
     QByteArray toolkits;
     const Pair times = medianPair(
         runs, [&] { return millisecondsOf([&] { ours = imageCodec::encodePng(image); }); },
-        [&] { return millisecondsOf([&] { toolkits = toolkitPng(image); }); });
+        [&] { return millisecondsOf([&] { toolkits = qtPng(image); }); });
     report(u"encoding %1, against Qt"_s.arg(sample.name), times.ours, times.baseline, timeGoal);
     reportSize(u"encoding %1, its size against Qt"_s.arg(sample.name), megabytes(ours), megabytes(toolkits),
                sizeGoal);

@@ -31,10 +31,10 @@ public:
 private:
     void listen();
 
-    int socket = -1;
-    int port = 0;
-    std::atomic<Clock::rep> moment = 0; ///< 0 as long as there is none.
-    std::thread thread;
+    int m_socket = -1;
+    int m_port = 0;
+    std::atomic<Clock::rep> m_moment = 0; ///< 0 as long as there is none.
+    std::thread m_thread;
 };
 
 } // namespace quilmora::bench

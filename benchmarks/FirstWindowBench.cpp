@@ -1,8 +1,8 @@
 #include "FirstWindowBench.h"
 
+#include "FirstPaintProbe.h"
 #include "Report.h"
 #include "StartedProgram.h"
-#include "WindowWatch.h"
 #include "platform/Console.h"
 
 #include <QCoreApplication>
@@ -32,7 +32,7 @@ struct Starts {
     std::vector<double> bytesWritten;
 };
 
-void startOnce(WindowWatch &watch, const Program &program, Starts &starts)
+void startOnce(FirstPaintProbe &watch, const Program &program, Starts &starts)
 {
     watch.reset();
     const auto before = std::chrono::steady_clock::now();
@@ -46,7 +46,7 @@ void startOnce(WindowWatch &watch, const Program &program, Starts &starts)
 
 /// Starts all programs by turns, after one start of each that does not count: it fills caches and makes the
 /// database.
-std::vector<Starts> startByTurns(WindowWatch &watch, int runs, const std::vector<Program> &programs)
+std::vector<Starts> startByTurns(FirstPaintProbe &watch, int runs, const std::vector<Program> &programs)
 {
     for (const Program &program : programs) {
         Starts first;
@@ -80,7 +80,7 @@ QString beside(const QString &program)
     return QCoreApplication::applicationDirPath() + u'/' + program;
 }
 
-void reportAgainstBrowser(WindowWatch &watch, const Program &ours, const QString &home)
+void reportAgainstBrowser(FirstPaintProbe &watch, const Program &ours, const QString &home)
 {
     const QString browser = QStandardPaths::findExecutable(u"chromium"_s);
     if (browser.isEmpty()) {
@@ -104,7 +104,7 @@ void benchFirstWindow()
         console::printLine(u"The start of the program was not measured: there is no X display."_s);
         return;
     }
-    WindowWatch watch;
+    FirstPaintProbe watch;
     const QTemporaryDir ourHome;
     const QTemporaryDir bareHome;
     const QTemporaryDir browserHome;

@@ -4,7 +4,7 @@
 #include "Report.h"
 #include "SamplePhotos.h"
 #include "generation/RequestBody.h"
-#include "platform/ImageCodec.h"
+#include "imaging/ImageCodec.h"
 #include "screens/generate/LoadingSection.h"
 
 #include <QAbstractButton>

@@ -3,8 +3,8 @@
 #include "BenchHistory.h"
 #include "BenchWindow.h"
 #include "Report.h"
+#include "imaging/PngReader.h"
 #include "platform/Console.h"
-#include "platform/PngReader.h"
 #include "screens/history/HistoryGrid.h"
 #include "screens/history/HistoryListView.h"
 #include "screens/history/ThumbnailCache.h"
@@ -54,7 +54,7 @@ public:
             timer.start();
             QAbstractEventDispatcher::instance()->processEvents(QEventLoop::AllEvents);
             if (milliseconds(timer) > idle) {
-                times.push_back(milliseconds(timer));
+                m_times.push_back(milliseconds(timer));
             }
             if (whole.elapsed() > patience) {
                 qFatal("The pictures do not come");
@@ -69,20 +69,23 @@ public:
         takeUntil([&] { return timer.elapsed() >= time; });
     }
 
-    double longest() const { return *std::max_element(times.begin(), times.end()); }
+    double longest() const { return *std::max_element(m_times.begin(), m_times.end()); }
 
     /// The time that all but one of a hundred turns keep to.
     double nearlyAll() const
     {
-        std::vector<double> sorted = times;
+        std::vector<double> sorted = m_times;
         std::sort(sorted.begin(), sorted.end());
         return sorted[(sorted.size() - 1) * 99 / 100];
     }
 
-    void add(const Turns &others) { times.insert(times.end(), others.times.begin(), others.times.end()); }
+    void add(const Turns &others)
+    {
+        m_times.insert(m_times.end(), others.m_times.begin(), others.m_times.end());
+    }
 
 private:
-    std::vector<double> times;
+    std::vector<double> m_times;
 };
 
 /// The history screen in a window that has been open before.
@@ -91,24 +94,24 @@ class Visit final
 public:
     Visit(BenchHistory &history, ThumbnailCache &thumbnails)
     {
-        window.resize(windowSize);
-        window.show();
-        if (!QTest::qWaitForWindowExposed(&window)) {
+        m_window.resize(windowSize);
+        m_window.show();
+        if (!QTest::qWaitForWindowExposed(&m_window)) {
             qFatal("The window does not appear");
         }
-        window.repaint();
-        view = new HistoryListView{history.database, panels, thumbnails, &window};
-        view->resize(windowSize);
+        m_window.repaint();
+        m_view = new HistoryListView{history.database, m_panels, thumbnails, &m_window};
+        m_view->resize(windowSize);
         // Reads the history; the first drawing comes with the next turns.
-        view->show();
+        m_view->show();
     }
 
-    HistoryGrid &grid() { return *view->findChild<HistoryGrid *>(); }
+    HistoryGrid &grid() { return *m_view->findChild<HistoryGrid *>(); }
 
 private:
-    OneFilePanels panels;
-    QWidget window;
-    HistoryListView *view = nullptr;
+    OneFileDialogs m_panels;
+    QWidget m_window;
+    HistoryListView *m_view = nullptr;
 };
 
 void reportTurns(const QString &what, double medianOfLongest, const Turns &all)

@@ -6,7 +6,7 @@
 #include "ResidentMemory.h"
 #include "app/MainView.h"
 #include "app/NavTabButton.h"
-#include "platform/ImageCodec.h"
+#include "imaging/ImageCodec.h"
 #include "screens/history/HistoryGrid.h"
 #include "screens/history/HistoryListView.h"
 #include "screens/history/ImagePreviewView.h"
@@ -39,40 +39,40 @@ public:
     FirstPaint()
     {
         qApp->installEventFilter(this);
-        timer.start();
+        m_timer.start();
     }
 
     double wait()
     {
-        if (!QTest::qWaitFor([this] { return milliseconds >= 0; })) {
+        if (!QTest::qWaitFor([this] { return m_milliseconds >= 0; })) {
             qFatal("Nothing was painted");
         }
-        return milliseconds;
+        return m_milliseconds;
     }
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override
     {
         const auto *widget = event->type() == QEvent::Paint ? qobject_cast<QWidget *>(watched) : nullptr;
-        if (widget == nullptr || milliseconds >= 0 || isInside) {
+        if (widget == nullptr || m_milliseconds >= 0 || m_isInside) {
             return false;
         }
         if (qobject_cast<const Widget *>(widget) != nullptr ||
             qobject_cast<const Widget *>(widget->parentWidget()) != nullptr) {
             // Painted here, so that the time ends with the painting and not with its start.
-            isInside = true;
+            m_isInside = true;
             QCoreApplication::sendEvent(watched, event);
-            isInside = false;
-            milliseconds = static_cast<double>(timer.nsecsElapsed()) / 1e6;
+            m_isInside = false;
+            m_milliseconds = static_cast<double>(m_timer.nsecsElapsed()) / 1e6;
             return true;
         }
         return false;
     }
 
 private:
-    QElapsedTimer timer;
-    double milliseconds = -1;
-    bool isInside = false;
+    QElapsedTimer m_timer;
+    double m_milliseconds = -1;
+    bool m_isInside = false;
 };
 
 /// The window after a click on the tab of the history. The tab that was left is the settings.
@@ -80,25 +80,25 @@ class Screen final
 {
 public:
     explicit Screen(BenchHistory &history)
-        : window{[&](NavigationTab tab, QWidget *parent) -> QWidget * {
+        : m_window{[&](NavigationTab tab, QWidget *parent) -> QWidget * {
               if (tab == NavigationTab::history) {
-                  return new HistoryListView{history.database, panels, thumbnails, parent};
+                  return new HistoryListView{history.database, m_panels, m_thumbnails, parent};
               }
               return new SettingsView{history.database, parent};
           }}
     {
-        window.resize(windowSize);
-        window.show();
-        if (!QTest::qWaitForWindowActive(&window)) {
+        m_window.resize(windowSize);
+        m_window.show();
+        if (!QTest::qWaitForWindowActive(&m_window)) {
             qFatal("The window does not appear");
         }
-        const auto buttons = window.findChildren<NavTabButton *>();
+        const auto buttons = m_window.findChildren<NavTabButton *>();
         FirstPaint<HistoryGrid> paint;
         buttons.at(1)->click();
         milliseconds = paint.wait();
     }
 
-    HistoryGrid &grid() { return *window.findChild<HistoryGrid *>(); }
+    HistoryGrid &grid() { return *m_window.findChild<HistoryGrid *>(); }
 
     void fill()
     {
@@ -110,9 +110,9 @@ public:
     double milliseconds = 0;
 
 private:
-    OneFilePanels panels;
-    ThumbnailCache thumbnails;
-    MainView window;
+    OneFileDialogs m_panels;
+    ThumbnailCache m_thumbnails;
+    MainView m_window;
 };
 
 double openingTime(BenchHistory &history)

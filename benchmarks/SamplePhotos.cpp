@@ -1,7 +1,7 @@
 #include "SamplePhotos.h"
 
 #include "Tile.h"
-#include "platform/ImageCodec.h"
+#include "imaging/ImageCodec.h"
 
 #include <QBuffer>
 #include <QPainter>

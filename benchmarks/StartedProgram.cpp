@@ -67,12 +67,12 @@ qint64 numberIn(const QByteArray &text, const QByteArray &key)
 
 StartedProgram::StartedProgram(const QString &program, const QStringList &arguments, const QString &home)
 {
-    process.setProcessEnvironment(environmentOf(home));
-    process.setWorkingDirectory(home);
-    process.setStandardOutputFile(QProcess::nullDevice());
-    process.setStandardErrorFile(QProcess::nullDevice());
-    process.start(program, arguments);
-    if (!process.waitForStarted()) {
+    m_process.setProcessEnvironment(environmentOf(home));
+    m_process.setWorkingDirectory(home);
+    m_process.setStandardOutputFile(QProcess::nullDevice());
+    m_process.setStandardErrorFile(QProcess::nullDevice());
+    m_process.start(program, arguments);
+    if (!m_process.waitForStarted()) {
         qFatal("%s does not start", qUtf8Printable(program));
     }
 }
@@ -82,7 +82,7 @@ StartedProgram::~StartedProgram()
     for (const qint64 id : processes()) {
         ::kill(static_cast<pid_t>(id), SIGKILL);
     }
-    process.waitForFinished();
+    m_process.waitForFinished();
 }
 
 QList<qint64> StartedProgram::processes() const
@@ -96,7 +96,7 @@ QList<qint64> StartedProgram::processes() const
             children.insert(status.at(1).toLongLong(), id);
         }
     }
-    QList<qint64> found{process.processId()};
+    QList<qint64> found{m_process.processId()};
     for (qsizetype next = 0; next < found.size(); ++next) {
         found += children.values(found.at(next));
     }
@@ -129,7 +129,7 @@ void StartedProgram::waitUntilIdle() const
         before = now;
         std::this_thread::sleep_for(quietTime);
     }
-    console::printLine(u"%1 does not come to rest; its memory is that of now."_s.arg(process.program()));
+    console::printLine(u"%1 does not come to rest; its memory is that of now."_s.arg(m_process.program()));
 }
 
 double StartedProgram::proportionalMemory() const
@@ -143,7 +143,7 @@ double StartedProgram::proportionalMemory() const
 
 qint64 StartedProgram::bytesWritten() const
 {
-    return numberIn(readProc(process.processId(), "io"), "write_bytes:");
+    return numberIn(readProc(m_process.processId(), "io"), "write_bytes:");
 }
 
 } // namespace quilmora::bench

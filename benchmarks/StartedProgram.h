@@ -29,7 +29,7 @@ private:
     QList<qint64> processes() const;
     qint64 processorTicks() const;
 
-    QProcess process;
+    QProcess m_process;
 };
 
 } // namespace quilmora::bench

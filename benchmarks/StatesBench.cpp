@@ -1,9 +1,9 @@
 #include "StatesBench.h"
 
 #include "Report.h"
-#include "gallery/Backstage.h"
+#include "gallery/ApplicationFixture.h"
 #include "gallery/Scene.h"
-#include "gallery/Stage.h"
+#include "gallery/SceneResources.h"
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
@@ -44,10 +44,10 @@ int wakeUps()
     return least;
 }
 
-int wakeUpsIn(const gallery::Scene &scene, gallery::Backstage &backstage)
+int wakeUpsIn(const gallery::Scene &scene, gallery::SceneResources &resources)
 {
-    gallery::Stage stage;
-    scene.prepare(stage, backstage);
+    gallery::ApplicationFixture stage;
+    scene.prepare(stage, resources);
     stage.show({1100, 1080}, scene.lookAt);
     if (scene.finish) {
         scene.finish(stage);
@@ -64,12 +64,12 @@ void benchStates()
 {
     const int flashTime = QApplication::cursorFlashTime();
     QApplication::setCursorFlashTime(0);
-    gallery::Backstage backstage;
+    gallery::SceneResources resources;
     const int ofTheMeasuring = wakeUps();
     int most = 0;
     int generating = 0;
     for (const gallery::Scene &scene : gallery::allScenes()) {
-        const int count = wakeUpsIn(scene, backstage) - ofTheMeasuring;
+        const int count = wakeUpsIn(scene, resources) - ofTheMeasuring;
         int &place = scene.name == u"loading"_s ? generating : most;
         place = std::max(place, count);
     }

@@ -2,7 +2,7 @@
 
 #include "Report.h"
 #include "app/NavTabButton.h"
-#include "gallery/Stage.h"
+#include "gallery/ApplicationFixture.h"
 
 #include <QCoreApplication>
 
@@ -13,7 +13,7 @@ namespace quilmora::bench
 namespace
 {
 
-NavTabButton &buttonOf(const gallery::Stage &stage, NavigationTab tab)
+NavTabButton &buttonOf(const gallery::ApplicationFixture &stage, NavigationTab tab)
 {
     for (auto *button : stage.window()->findChildren<NavTabButton *>()) {
         if (button->accessibleName() == tab.rawValue()) {
@@ -24,7 +24,7 @@ NavTabButton &buttonOf(const gallery::Stage &stage, NavigationTab tab)
 }
 
 /// Makes the tab's screen, lays it out and paints all of it.
-void open(const gallery::Stage &stage, NavigationTab tab)
+void open(const gallery::ApplicationFixture &stage, NavigationTab tab)
 {
     buttonOf(stage, tab).click();
     QCoreApplication::processEvents();
@@ -35,7 +35,7 @@ void open(const gallery::Stage &stage, NavigationTab tab)
 
 void benchTabs()
 {
-    gallery::Stage stage;
+    gallery::ApplicationFixture stage;
     stage.open();
     const QList<NavigationTab> &tabs = NavigationTab::allCases();
     for (const NavigationTab tab : tabs) {

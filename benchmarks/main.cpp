@@ -1,6 +1,6 @@
-#include "AnswerBench.h"
 #include "ClickToWireBench.h"
 #include "EncoderBench.h"
+#include "ResponseBench.h"
 #ifdef QUILMORA_XCB
 #include "FirstWindowBench.h"
 #endif
@@ -11,10 +11,10 @@
 #include "StartUpBench.h"
 #include "StatesBench.h"
 #include "TabsBench.h"
-#include "platform/ChineseCatalogue.h"
-#include "screens/common/ControlStyle.h"
-#include "screens/common/Fonts.h"
-#include "screens/common/Theme.h"
+#include "platform/ChineseTranslations.h"
+#include "ui/style/ControlStyle.h"
+#include "ui/theme/Fonts.h"
+#include "ui/theme/Theme.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -100,7 +100,7 @@ int main(int argc, char *argv[])
         }
     }
 
-    installChineseCatalogue(application);
+    installChineseTranslations(application);
     QApplication::setStyle(new ControlStyle);
     installApplicationFont();
     Theme::current();

@@ -8,15 +8,3 @@ set(quilmora_widget_headers
   <QAbstractButton> <QApplication> <QBoxLayout> <QFontMetrics> <QLabel> <QPainter> <QPainterPath> <QWidget>)
 set(quilmora_core_test_headers ${quilmora_core_headers} <QSignalSpy> <QTest>)
 set(quilmora_widget_test_headers ${quilmora_widget_headers} <QSignalSpy> <QTest>)
-
-# quilmora_precompile(TARGET KIND): the headers of that kind, which is one of those above without "quilmora_" and
-# "_headers". All targets of a kind must be compiled with the same options and definitions.
-function(quilmora_precompile target kind)
-  get_property(precompiled GLOBAL PROPERTY QUILMORA_PRECOMPILED_${kind})
-  if(precompiled)
-    target_precompile_headers(${target} REUSE_FROM ${precompiled})
-  else()
-    target_precompile_headers(${target} PRIVATE ${quilmora_${kind}_headers})
-    set_property(GLOBAL PROPERTY QUILMORA_PRECOMPILED_${kind} ${target})
-  endif()
-endfunction()

@@ -1,6 +1,6 @@
 # Qt's libraries are not compiled with the thread sanitizer. Calls of ours by which it hands work to another
 # thread go through functions that tell the sanitizer so.
-add_library(quilmora_thread_hand_overs STATIC ${PROJECT_SOURCE_DIR}/tests/support/threadHandOvers.cpp)
+add_library(quilmora_thread_hand_overs STATIC ${PROJECT_SOURCE_DIR}/tests/support/tsanWrappers.cpp)
 target_compile_options(quilmora_thread_hand_overs PRIVATE -fsanitize=thread)
 target_link_libraries(quilmora_thread_hand_overs PUBLIC Qt6::Core)
 
@@ -27,14 +27,14 @@ target_link_options(quilmora_options INTERFACE ${wrap_options})
 
 # Some of these functions are private and change with the version of Qt. A name that calls of ours do not end up at would
 # be wrapped without an effect: linking such calls without the functions in place must miss every one of them.
-try_compile(is_linked ${PROJECT_BINARY_DIR}/hand_overs ${PROJECT_SOURCE_DIR}/cmake/handOverCalls.cpp
+try_compile(is_linked ${PROJECT_BINARY_DIR}/hand_overs ${PROJECT_SOURCE_DIR}/cmake/tsanWrappedCalls.cpp
   LINK_LIBRARIES Qt6::Core
   LINK_OPTIONS ${wrap_options}
   OUTPUT_VARIABLE messages
   CXX_STANDARD 20)
 foreach(function IN LISTS handing_over)
   if(NOT messages MATCHES "__wrap_${function}")
-    message(FATAL_ERROR "With Qt ${Qt6_VERSION}, tests/support/threadHandOvers.cpp wraps a function that is not called, "
+    message(FATAL_ERROR "With Qt ${Qt6_VERSION}, tests/support/tsanWrappers.cpp wraps a function that is not called, "
       "${function}:\n${messages}")
   endif()
 endforeach()

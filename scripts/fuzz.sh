@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Lets a fuzzer run for as long as one likes, from what its earlier runs have found on.
 #
-#   scripts/fuzz.sh Answer|Picture SECONDS
+#   scripts/fuzz.sh Response|Picture SECONDS
 #
 # What it finds is kept in build/fuzz/found/; an input that breaks something is named at the end, and the exit status is
 # not zero.
@@ -10,7 +10,7 @@ cd "$(dirname "$0")/.."
 source scripts/packages.sh
 
 if [ $# -ne 2 ]; then
-    echo "Usage: scripts/fuzz.sh Answer|Picture SECONDS" >&2
+    echo "Usage: scripts/fuzz.sh Response|Picture SECONDS" >&2
     exit 2
 fi
 subject=$1

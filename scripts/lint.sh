@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Checks the layout of the code (clang-format) and the code itself (clang-tidy). Clazy needs no run of its own: it looks
-# at what the preset "sanitize" compiles.
+# at what the preset "asan" compiles.
 #
 #   scripts/lint.sh             everything
 #   scripts/lint.sh FILE.cpp…   only these files
@@ -15,7 +15,7 @@ git ls-files '*.cpp' '*.h' | xargs clang-format --dry-run --Werror
 
 # The checkers need the generated sources, not the programs.
 [ -f build/tidy/build.ninja ] || cmake --preset tidy >/dev/null
-cmake --build --preset tidy --target generated_sources >/dev/null
+cmake --build --preset tidy --target autogen >/dev/null
 
 # Where the plugin cannot be built or loaded, clang-tidy finds the same in three times the time.
 plugin=build/tidy/own-code-only.so

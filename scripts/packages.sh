@@ -10,7 +10,7 @@ apt_packages() {
         "qt6-translations-l10n libpng-dev libsqlite3-dev libdeflate-dev libsimdjson-dev libcpp-httplib-dev libssl-dev zlib1g-dev libzstd-dev libbrotli-dev libgl-dev libxcb1-dev" ;;
     run) echo "ca-certificates fonts-noto-cjk qt6-image-formats-plugins qt6-qpa-plugins" ;;
     display) echo "xvfb" ;;
-    test) echo "openssl at-spi2-core dbus libatspi2.0-dev qt6-base-private-dev libspng-dev liblodepng-dev pngcheck mold" ;;
+    test) echo "openssl at-spi2-core dbus libatspi2.0-dev qt6-base-private-dev libspng-dev pngcheck mold" ;;
     desktops) echo "openbox picom xfwm4 kwin-x11 kwin-wayland mutter sway xdotool x11-utils" \
         "qt6-gtk-platformtheme qt6-xdgdesktopportal-platformtheme xdg-desktop-portal xdg-desktop-portal-gtk orca" \
         "fcitx5 fcitx5-pinyin fcitx5-frontend-qt6 ibus ibus-libpinyin" ;;

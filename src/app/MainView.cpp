@@ -1,9 +1,8 @@
 #include "app/MainView.h"
 
 #include "app/TopNavigationBar.h"
-#include "screens/common/AccessiblePart.h"
-#include "screens/common/Divider.h"
-#include "screens/common/Theme.h"
+#include "ui/accessibility/Accessibility.h"
+#include "ui/theme/Theme.h"
 
 #include <QEvent>
 #include <QGuiApplication>
@@ -24,14 +23,13 @@ namespace
 {
 
 constexpr QSize minimumWindowSize{1000, 700};
-/// For the frame that a window manager draws around the window, whose size is not known before it is shown.
+/// For the frame of the window manager, whose size is unknown before the window is shown.
 constexpr QSize frameAllowance{16, 48};
-/// The smallest one in which every control can be reached.
-constexpr QSize minimumTile{624, 400};
+/// Every control can be reached by scrolling.
+constexpr QSize minimumTileSize{624, 400};
 
-/// Whether the desktop may give the window a size below its minimum. Qt on Wayland would keep to the minimum,
-/// and the rest of the window would not be seen. Only tiling compositors do so, which are those that do not
-/// name one of the large desktops.
+/// Whether a tiling Wayland compositor may give the window less than its minimum size, where Qt would keep
+/// the minimum and cut off the rest. Assumed of all but the large desktops.
 bool isTiling()
 {
     if (QGuiApplication::platformName() != u"wayland"_s) {
@@ -44,32 +42,44 @@ bool isTiling()
                         [&names](const char *name) { return names.contains(name); });
 }
 
+class Divider final : public QWidget
+{
+public:
+    explicit Divider(QWidget *parent) : QWidget{parent} { setFixedHeight(1); }
+
+protected:
+    void paintEvent(QPaintEvent * /*event*/) override
+    {
+        QPainter{this}.fillRect(rect(), themeColor(ColorRole::separator));
+    }
+};
+
 } // namespace
 
-MainView::MainView(ScreenFactory factory, QWidget *parent)
+MainView::MainView(ScreenFactory makeScreen, QWidget *parent)
     : QWidget{parent},
-      makeScreen{std::move(factory)},
-      column{new QVBoxLayout{this}}
+      m_makeScreen{std::move(makeScreen)},
+      m_column{new QVBoxLayout{this}}
 {
-    setAccessiblePart(this, {QAccessible::Window});
+    setAccessibleRole(this, {QAccessible::Window});
     setWindowTitle(u"Quilmora"_s);
     followScreen();
-    auto *bar = new TopNavigationBar{tab, this};
+    auto *bar = new TopNavigationBar{m_tab, this};
     connect(bar, &TopNavigationBar::tabChosen, this, &MainView::select);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(0);
-    column->addWidget(bar);
-    column->addWidget(new Divider{this});
+    m_column->setContentsMargins(0, 0, 0, 0);
+    m_column->setSpacing(0);
+    m_column->addWidget(bar);
+    m_column->addWidget(new Divider{this});
     showScreen();
 }
 
 /// Limits the minimum size to the available area of the screen, now and when that area changes.
 void MainView::followScreen()
 {
-    const QSize usual = isTiling() ? minimumTile : minimumWindowSize;
+    const QSize usual = isTiling() ? minimumTileSize : minimumWindowSize;
     setMinimumSize(usual.boundedTo(screen()->availableSize() - frameAllowance));
-    disconnect(screenChanges);
-    screenChanges = connect(screen(), &QScreen::availableGeometryChanged, this, &MainView::followScreen);
+    disconnect(m_screenChanges);
+    m_screenChanges = connect(screen(), &QScreen::availableGeometryChanged, this, &MainView::followScreen);
 }
 
 void MainView::showEvent(QShowEvent *event)
@@ -79,19 +89,19 @@ void MainView::showEvent(QShowEvent *event)
     followScreen();
 }
 
-void MainView::select(NavigationTab newTab)
+void MainView::select(NavigationTab tab)
 {
-    if (newTab != tab) {
-        tab = newTab;
+    if (tab != m_tab) {
+        m_tab = tab;
         showScreen();
     }
 }
 
 void MainView::showScreen()
 {
-    delete currentScreen;
-    currentScreen = makeScreen(tab, this);
-    column->addWidget(currentScreen, 1);
+    delete m_currentScreen;
+    m_currentScreen = m_makeScreen(m_tab, this);
+    m_column->addWidget(m_currentScreen, 1);
 }
 
 bool MainView::event(QEvent *event)

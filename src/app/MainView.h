@@ -11,21 +11,19 @@ class QVBoxLayout;
 namespace quilmora
 {
 
-/// The content of the main window: the bar with the tabs, and below it the screen of the selected one. A
-/// screen is made when its tab is selected and destroyed, with all that was typed on it, when another one is.
+/// The content of the main window: the navigation bar, and below it the screen of the selected tab. A screen
+/// is created when its tab is selected, and destroyed with its inputs when another one is.
 class MainView final : public QWidget
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(MainView)
 
 public:
-    /// Makes the screen of a tab, owned by the given parent.
+    /// Creates the screen of a tab.
     using ScreenFactory = std::function<QWidget *(NavigationTab tab, QWidget *parent)>;
 
     explicit MainView(ScreenFactory makeScreen, QWidget *parent = nullptr);
-    ~MainView() override = default;
 
-    NavigationTab selectedTab() const { return tab; }
+    NavigationTab selectedTab() const { return m_tab; }
 
 protected:
     bool event(QEvent *event) override;
@@ -34,14 +32,14 @@ protected:
 
 private:
     void followScreen();
-    void select(NavigationTab newTab);
+    void select(NavigationTab tab);
     void showScreen();
 
-    const ScreenFactory makeScreen;
-    NavigationTab tab = NavigationTab::generate;
-    QWidget *currentScreen = nullptr;
-    QVBoxLayout *column;
-    QMetaObject::Connection screenChanges;
+    const ScreenFactory m_makeScreen;
+    NavigationTab m_tab = NavigationTab::generate;
+    QWidget *m_currentScreen = nullptr;
+    QVBoxLayout *m_column;
+    QMetaObject::Connection m_screenChanges;
 };
 
 } // namespace quilmora

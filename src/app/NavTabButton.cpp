@@ -1,12 +1,11 @@
 #include "app/NavTabButton.h"
 
-#include "screens/common/FocusRing.h"
-#include "screens/common/Fonts.h"
-#include "screens/common/IconAndTitle.h"
-#include "screens/common/PixelGrid.h"
-#include "screens/common/Shapes.h"
-#include "screens/common/Symbol.h"
-#include "screens/common/Theme.h"
+#include "ui/style/ButtonFace.h"
+#include "ui/theme/Fonts.h"
+#include "ui/theme/Measures.h"
+#include "ui/theme/Symbol.h"
+#include "ui/theme/Theme.h"
+#include "ui/widgets/IconAndTitle.h"
 
 #include <QKeyEvent>
 #include <QPainter>
@@ -17,7 +16,6 @@ namespace
 {
 
 constexpr int pixelSize = 13;
-constexpr int spacing = 6;
 constexpr QSize padding{14, 8};
 constexpr double cornerRadius = 7;
 
@@ -30,7 +28,7 @@ Symbol symbolOf(NavigationTab tab)
 
 NavTabButton::NavTabButton(NavigationTab tab, QWidget *parent)
     : OptionButton{tab.rawValue(), parent},
-      navigationTab{tab}
+      m_tab{tab}
 {
     setFont(systemFont(pixelSize, QFont::Medium));
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
@@ -38,8 +36,8 @@ NavTabButton::NavTabButton(NavigationTab tab, QWidget *parent)
 
 QSize NavTabButton::sizeHint() const
 {
-    const Symbol symbol = symbolOf(navigationTab);
-    return iconAndTitle::size(&symbol, navigationTab.rawValue(), font(), spacing) + 2 * padding;
+    const Symbol symbol = symbolOf(m_tab);
+    return iconAndTitle::size(&symbol, m_tab.rawValue(), font(), measures::iconSpacing) + 2 * padding;
 }
 
 void NavTabButton::keyPressEvent(QKeyEvent *event)
@@ -49,7 +47,7 @@ void NavTabButton::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Right:
     case Qt::Key_Up:
     case Qt::Key_Down:
-        // Left to the group of tabs: here they would also select the next tab.
+        // For the group of tabs; QAbstractButton would also select the next tab.
         event->ignore();
         return;
     default:
@@ -57,21 +55,15 @@ void NavTabButton::keyPressEvent(QKeyEvent *event)
     }
 }
 
-void NavTabButton::paintEvent(QPaintEvent * /*event*/)
+void NavTabButton::paint(QPainter &painter)
 {
-    QPainter painter{this};
-    painter.setRenderHint(QPainter::Antialiasing);
-    const QPainterPath outline = continuousRoundedRect(PixelGrid{painter}.aligned(rect()), cornerRadius);
-    if (isChecked()) {
-        painter.fillPath(outline, themeColor(ColorRole::accent));
-    } else if (underMouse()) {
-        painter.fillPath(outline, themeColor(ColorRole::hoverFill));
-    }
-    if (showsFocus()) {
-        drawFocusRing(painter, outline, isChecked() ? ColorRole::onAccent : ColorRole::accent);
-    }
-    const Symbol symbol = symbolOf(navigationTab);
-    iconAndTitle::draw(painter, rect(), &symbol, navigationTab.rawValue(), font(), spacing,
+    ButtonFace{.kind = isChecked() ? ButtonFace::Kind::prominent : ButtonFace::Kind::plain,
+               .cornerRadius = cornerRadius,
+               .isHovered = !isChecked() && underMouse(),
+               .isFocused = showsFocus()}
+        .draw(painter, rect());
+    const Symbol symbol = symbolOf(m_tab);
+    iconAndTitle::draw(painter, rect(), &symbol, m_tab.rawValue(), font(), measures::iconSpacing,
                        themeColor(isChecked() ? ColorRole::onAccent : ColorRole::primaryText));
 }
 

@@ -1,30 +1,28 @@
 #pragma once
 
 #include "app/NavigationTab.h"
-#include "screens/common/OptionButton.h"
+#include "ui/widgets/OptionButton.h"
 
 namespace quilmora
 {
 
-/// The button of one tab; checked while its screen is shown.
+/// The button of one tab; checked while its screen is visible.
 class NavTabButton final : public OptionButton
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(NavTabButton)
 
 public:
     explicit NavTabButton(NavigationTab tab, QWidget *parent = nullptr);
-    ~NavTabButton() override = default;
 
-    NavigationTab tab() const { return navigationTab; }
+    NavigationTab tab() const { return m_tab; }
     QSize sizeHint() const override;
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
-    void paintEvent(QPaintEvent *event) override;
+    void paint(QPainter &painter) override;
 
 private:
-    const NavigationTab navigationTab;
+    const NavigationTab m_tab;
 };
 
 } // namespace quilmora

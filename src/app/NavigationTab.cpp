@@ -23,7 +23,7 @@ const QList<NavigationTab> &NavigationTab::allCases()
 
 QString NavigationTab::rawValue() const
 {
-    switch (tabCase) {
+    switch (m_tabCase) {
     case generate:
         return u"生成封面"_s;
     case history:
@@ -38,7 +38,7 @@ QString NavigationTab::rawValue() const
 
 QString NavigationTab::iconName() const
 {
-    switch (tabCase) {
+    switch (m_tabCase) {
     case generate:
         return u"sparkles"_s;
     case history:

@@ -16,7 +16,7 @@ public:
     enum Case { generate, history, settings, help };
 
     // Meant to convert: a tab is one of its cases.
-    constexpr NavigationTab(Case tab) : tabCase{tab} {} // NOLINT(google-explicit-constructor)
+    constexpr NavigationTab(Case tab) : m_tabCase{tab} {} // NOLINT(google-explicit-constructor)
 
     /// The tab with exactly that title, if there is one.
     static std::optional<NavigationTab> fromRawValue(const QString &title);
@@ -24,7 +24,7 @@ public:
     /// All tabs in the order of their buttons.
     static const QList<NavigationTab> &allCases();
 
-    constexpr operator Case() const { return tabCase; } // NOLINT(google-explicit-constructor)
+    constexpr operator Case() const { return m_tabCase; } // NOLINT(google-explicit-constructor)
 
     /// The title that the user sees.
     QString rawValue() const;
@@ -34,7 +34,7 @@ public:
     QString iconName() const;
 
 private:
-    Case tabCase;
+    Case m_tabCase;
 };
 
 inline size_t qHash(NavigationTab tab, size_t seed = 0) noexcept

@@ -1,22 +1,22 @@
 #include "app/QuilmoraApp.h"
 
+#include "app/ClickFilter.h"
 #include "app/MainView.h"
 #include "generation/CoverGenerationFlow.h"
 #include "generation/ImageGeneratorService.h"
-#include "platform/ChineseCatalogue.h"
-#include "screens/common/ClickFilter.h"
-#include "screens/common/ControlStyle.h"
-#include "screens/common/Fonts.h"
-#include "screens/common/SystemFilePanels.h"
-#include "screens/common/Theme.h"
+#include "platform/ChineseTranslations.h"
 #include "screens/generate/GenerateCoverView.h"
-#include "screens/help/BuildTexts.h"
+#include "screens/help/BuildConfiguration.h"
 #include "screens/help/HelpView.h"
 #include "screens/history/HistoryListView.h"
 #include "screens/history/ThumbnailCache.h"
 #include "screens/settings/SettingsView.h"
 #include "store/DatabaseManager.h"
 #include "store/ImageStorageService.h"
+#include "ui/dialogs/SystemFileDialogs.h"
+#include "ui/style/ControlStyle.h"
+#include "ui/theme/Fonts.h"
+#include "ui/theme/Theme.h"
 
 #include <QIcon>
 #include <QNetworkProxyFactory>
@@ -30,33 +30,34 @@ namespace quilmora
 namespace
 {
 
-/// High enough for the whole form.
+/// The whole form is visible.
 constexpr QSize comfortableSize{1100, 1080};
 
-/// Small pictures, which take no time at the start. Desktops that know the installed program take its own.
+/// Small ones, which load fast. Desktops use the icons of the installed program where they can.
 QIcon iconOfWindows()
 {
     QIcon icon;
     for (const int side : {32, 64, 128}) {
-        icon.addFile(u":/icons/%1x%1/apps/%2.png"_s.arg(side).arg(buildTexts::identifier), {side, side});
+        icon.addFile(u":/icons/%1x%1/apps/%2.png"_s.arg(side).arg(buildConfiguration::identifier),
+                     {side, side});
     }
     return icon;
 }
 
-QWidget *makeScreen(NavigationTab tab, FilePanels &panels, ThumbnailCache &thumbnails, QWidget *parent)
+QWidget *makeScreen(NavigationTab tab, FileDialogs &dialogs, ThumbnailCache &thumbnails, QWidget *parent)
 {
     switch (tab) {
     case NavigationTab::generate:
         return new GenerateCoverView{CoverGenerationFlow::create(DatabaseManager::shared(),
                                                                  ImageStorageService::shared(),
                                                                  ImageGeneratorService::shared()),
-                                     panels, parent};
+                                     dialogs, parent};
     case NavigationTab::settings:
         return new SettingsView{DatabaseManager::shared(), parent};
     case NavigationTab::history:
-        return new HistoryListView{DatabaseManager::shared(), panels, thumbnails, parent};
+        return new HistoryListView{DatabaseManager::shared(), dialogs, thumbnails, parent};
     case NavigationTab::help:
-        return new HelpView{HelpContents::ofThisBuild(), parent};
+        return new HelpView{AboutInformation::current(), parent};
     }
     Q_UNREACHABLE();
 }
@@ -65,12 +66,12 @@ QWidget *makeScreen(NavigationTab tab, FilePanels &panels, ThumbnailCache &thumb
 
 QuilmoraApp::QuilmoraApp(int &argc, char **argv)
     : QApplication{argc, argv},
-      panels{std::make_unique<SystemFilePanels>()},
-      thumbnails{std::make_unique<ThumbnailCache>()}
+      m_dialogs{std::make_unique<SystemFileDialogs>()},
+      m_thumbnails{std::make_unique<ThumbnailCache>()}
 {
-    installChineseCatalogue(*this);
+    installChineseTranslations(*this);
     setApplicationName(u"Quilmora"_s);
-    setDesktopFileName(buildTexts::identifier.toString());
+    setDesktopFileName(buildConfiguration::identifier.toString());
     QNetworkProxyFactory::setUseSystemConfiguration(true);
 #ifndef Q_OS_MACOS
     setStyle(new ControlStyle);
@@ -85,16 +86,17 @@ QuilmoraApp::~QuilmoraApp() = default;
 
 void QuilmoraApp::openMainWindow()
 {
-    window = std::make_unique<MainView>(
-        [this](NavigationTab tab, QWidget *parent) { return makeScreen(tab, *panels, *thumbnails, parent); });
-    // Not by their standard names: those have no key on some desktops.
+    m_window = std::make_unique<MainView>([this](NavigationTab tab, QWidget *parent) {
+        return makeScreen(tab, *m_dialogs, *m_thumbnails, parent);
+    });
+    // The standard keys have no key on some desktops.
     for (const auto key : {Qt::Key_W, Qt::Key_Q}) {
-        auto *shortcut = new QShortcut{QKeySequence{Qt::CTRL | key}, window.get()};
-        connect(shortcut, &QShortcut::activated, window.get(), &QWidget::close);
+        auto *shortcut = new QShortcut{QKeySequence{Qt::CTRL | key}, m_window.get()};
+        connect(shortcut, &QShortcut::activated, m_window.get(), &QWidget::close);
     }
-    window->resize(comfortableSize.boundedTo(window->screen()->availableSize() * 0.95)
-                       .expandedTo(window->minimumSize()));
-    window->show();
+    m_window->resize(comfortableSize.boundedTo(m_window->screen()->availableSize() * 0.95)
+                         .expandedTo(m_window->minimumSize()));
+    m_window->show();
 }
 
 } // namespace quilmora

@@ -7,30 +7,29 @@
 namespace quilmora
 {
 
-class FilePanels;
+class FileDialogs;
 class MainView;
 class ThumbnailCache;
 
-/// The running application with its one window. The only place that knows the shared services.
+/// The application with its one window. Passes the shared services to the screens.
 class QuilmoraApp final : public QApplication
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(QuilmoraApp)
 
 public:
     QuilmoraApp(int &argc, char **argv);
     ~QuilmoraApp() override;
 
-    /// Opens the main window; the database is opened on the way.
+    /// Opens the main window and the database.
     void openMainWindow();
 
-    /// The main window; null before it is opened.
-    MainView *mainWindow() const { return window.get(); }
+    /// Null before it is opened.
+    MainView *mainWindow() const { return m_window.get(); }
 
 private:
-    std::unique_ptr<FilePanels> panels;
-    const std::unique_ptr<ThumbnailCache> thumbnails;
-    std::unique_ptr<MainView> window;
+    std::unique_ptr<FileDialogs> m_dialogs;
+    const std::unique_ptr<ThumbnailCache> m_thumbnails;
+    std::unique_ptr<MainView> m_window;
 };
 
 } // namespace quilmora

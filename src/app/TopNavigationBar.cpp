@@ -1,11 +1,16 @@
 #include "app/TopNavigationBar.h"
 
 #include "app/NavTabButton.h"
-#include "app/TabGroup.h"
-#include "screens/common/LogoView.h"
-#include "screens/common/TextLabel.h"
+#include "ui/accessibility/Accessibility.h"
+#include "ui/theme/Measures.h"
+#include "ui/theme/PixelSnapper.h"
+#include "ui/theme/Shapes.h"
+#include "ui/widgets/LogoView.h"
+#include "ui/widgets/TextLabel.h"
 
 #include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QPainter>
 
 using namespace Qt::StringLiterals;
 
@@ -22,6 +27,44 @@ constexpr int balanceWidth = 100;
 constexpr int smallestGap = 12;
 constexpr int logoSide = 28;
 constexpr double logoRadius = 6;
+constexpr int tabSpacing = 4;
+constexpr int tabPadding = 4;
+
+/// The background of the tab buttons. The arrow keys move the focus between them.
+class TabGroup final : public QWidget
+{
+public:
+    explicit TabGroup(QWidget *parent) : QWidget{parent}
+    {
+        setAccessibleRole(this, {QAccessible::Grouping});
+        setAccessibleName(u"导航"_s);
+        setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+        auto *row = new QHBoxLayout{this};
+        row->setContentsMargins(tabPadding, tabPadding, tabPadding, tabPadding);
+        row->setSpacing(tabSpacing);
+    }
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override
+    {
+        const bool forward = event->key() == Qt::Key_Right || event->key() == Qt::Key_Down;
+        const bool backward = event->key() == Qt::Key_Left || event->key() == Qt::Key_Up;
+        const int next = layout()->indexOf(focusWidget()) + (forward ? 1 : -1);
+        if (QLayoutItem *item = layout()->itemAt(next); item != nullptr && (forward || backward)) {
+            item->widget()->setFocus(forward ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+        } else {
+            QWidget::keyPressEvent(event);
+        }
+    }
+
+    void paintEvent(QPaintEvent * /*event*/) override
+    {
+        QPainter painter{this};
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.fillPath(continuousRoundedRect(PixelSnapper{painter}.aligned(rect()), measures::cardRadius),
+                         themeColor(ColorRole::controlBackground));
+    }
+};
 
 } // namespace
 
@@ -35,8 +78,7 @@ TopNavigationBar::TopNavigationBar(NavigationTab selectedTab, QWidget *parent) :
     row->addItem(new QSpacerItem{smallestGap, 0, QSizePolicy::MinimumExpanding});
     row->addWidget(makeTabs(selectedTab));
     row->addItem(new QSpacerItem{0, 0, QSizePolicy::MinimumExpanding});
-    // Stands against the brand, so that the tabs are near the middle of the bar. In a narrow window it gives
-    // way.
+    // Balances the brand, as far as there is room, so that the tabs are near the center.
     row->addItem(new QSpacerItem{balanceWidth, 0, QSizePolicy::Maximum});
 }
 

@@ -11,11 +11,9 @@ namespace quilmora
 class TopNavigationBar final : public QWidget
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(TopNavigationBar)
 
 public:
     explicit TopNavigationBar(NavigationTab selectedTab, QWidget *parent = nullptr);
-    ~TopNavigationBar() override = default;
 
 Q_SIGNALS:
     /// The user chose another tab.

@@ -1,17 +1,17 @@
 #include "app/QuilmoraApp.h"
-#include "platform/PromptEnd.h"
+#include "platform/ExitWatchdog.h"
 
 #include <cstdlib>
 
 namespace
 {
 
-QtMessageHandler usualHandler = nullptr;
+QtMessageHandler defaultHandler = nullptr;
 
-/// Where there is no display Qt says so and aborts; that is no crash to be recorded.
-void endInsteadOfAborting(QtMsgType type, const QMessageLogContext &context, const QString &message)
+/// Without a display Qt aborts, which desktops would report as a crash.
+void exitInsteadOfAborting(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
-    usualHandler(type, context, message);
+    defaultHandler(type, context, message);
     if (type == QtFatalMsg) {
         std::_Exit(EXIT_FAILURE);
     }
@@ -21,11 +21,11 @@ void endInsteadOfAborting(QtMsgType type, const QMessageLogContext &context, con
 
 int main(int argc, char *argv[])
 {
-    usualHandler = qInstallMessageHandler(endInsteadOfAborting);
+    defaultHandler = qInstallMessageHandler(exitInsteadOfAborting);
     quilmora::QuilmoraApp application{argc, argv};
     qInstallMessageHandler(nullptr);
     application.openMainWindow();
     const int status = quilmora::QuilmoraApp::exec();
-    quilmora::endWithin(std::chrono::seconds{2}, status);
+    quilmora::startExitWatchdog(std::chrono::seconds{2}, status);
     return status;
 }

@@ -1,7 +1,7 @@
 #include "generation/BlockingDownload.h"
 
-#include "generation/AnswerBound.h"
-#include "generation/StopSignal.h"
+#include "generation/CancellationToken.h"
+#include "generation/ResponseSizeLimit.h"
 
 #include <QEventLoop>
 #include <QNetworkAccessManager>
@@ -24,23 +24,23 @@ bool isReadable(const QUrl &url)
 } // namespace
 
 std::optional<QByteArray> downloadBlocking(const QUrl &url, std::chrono::milliseconds idleLimit,
-                                           const StopSignal &stopSignal)
+                                           const CancellationToken &cancellationToken)
 {
     if (!isReadable(url)) {
         return std::nullopt;
     }
     QEventLoop waiting;
     // Connected before the look at isStopped(), so that a stop in between is not missed.
-    QObject::connect(&stopSignal, &StopSignal::stopped, &waiting, &QEventLoop::quit);
+    QObject::connect(&cancellationToken, &CancellationToken::cancelled, &waiting, &QEventLoop::quit);
 
     QNetworkAccessManager manager;
     QNetworkRequest request{url};
     request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     request.setTransferTimeout(static_cast<int>(idleLimit.count()));
     const std::unique_ptr<QNetworkReply> reply{manager.get(request)};
-    answerBound::apply(*reply);
+    responseSizeLimit::apply(*reply);
     QObject::connect(reply.get(), &QNetworkReply::finished, &waiting, &QEventLoop::quit);
-    if (!reply->isFinished() && !stopSignal.isStopped()) {
+    if (!reply->isFinished() && !cancellationToken.isCancelled()) {
         waiting.exec();
     }
     if (!reply->isFinished() || reply->error() != QNetworkReply::NoError) {

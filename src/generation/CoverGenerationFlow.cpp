@@ -33,27 +33,27 @@ std::shared_ptr<CoverGenerationFlow> CoverGenerationFlow::create(DatabaseManager
     return std::shared_ptr<CoverGenerationFlow>{new CoverGenerationFlow{database, storage, generator}};
 }
 
-CoverGenerationFlow::CoverGenerationFlow(DatabaseManager &theDatabase, ImageStorageService &theStorage,
-                                         ImageGeneratorService &theGenerator)
-    : database{theDatabase},
-      storage{theStorage},
-      generator{theGenerator}
+CoverGenerationFlow::CoverGenerationFlow(DatabaseManager &database, ImageStorageService &storage,
+                                         ImageGeneratorService &generator)
+    : m_database{database},
+      m_storage{storage},
+      m_generator{generator}
 {
 }
 
 void CoverGenerationFlow::startGeneration(const CoverInputs &inputs)
 {
-    const VolcengineConfig config = database.getConfig();
+    const VolcengineConfig config = m_database.getConfig();
     if (config.apiKey.isEmpty()) {
         setState(generationState::Failure{u"请先在「功能设置」中配置火山引擎的 API Key"_s});
         return;
     }
     const QString prompt = composePrompt(inputs);
     setState(generationState::Generating{});
-    generator.generateImage(prompt, inputs.selectedSize.width, inputs.selectedSize.height,
-                            referenceImages(inputs), config,
-                            [self = shared_from_this(), prompt, model = config.modelID](
-                                const GenerationResult &result) { self->finish(result, prompt, model); });
+    m_generator.generateImage(prompt, inputs.selectedSize.width, inputs.selectedSize.height,
+                              referenceImages(inputs), config,
+                              [self = shared_from_this(), prompt, model = config.modelID](
+                                  const GenerationResult &result) { self->finish(result, prompt, model); });
 }
 
 void CoverGenerationFlow::finish(const GenerationResult &result, const QString &prompt,
@@ -64,23 +64,23 @@ void CoverGenerationFlow::finish(const GenerationResult &result, const QString &
         setState(generationState::Failure{localizedDescription(result)});
         return;
     }
-    image = *cover;
+    m_image = *cover;
     // The file comes first: a row never names a file that was not written.
-    if (const auto path = storage.saveImage(*cover)) {
-        database.insertHistory(prompt, *path, modelID);
+    if (const auto path = m_storage.saveImage(*cover)) {
+        m_database.insertHistory(prompt, *path, modelID);
     }
     setState(generationState::Success{*cover});
 }
 
 void CoverGenerationFlow::reset()
 {
-    image = {};
+    m_image = {};
     setState(generationState::Idle{});
 }
 
 void CoverGenerationFlow::setState(const CoverGenerationState &newState)
 {
-    state = newState;
+    m_state = newState;
     Q_EMIT generationStateChanged();
 }
 

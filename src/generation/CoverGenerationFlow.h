@@ -22,17 +22,15 @@ struct CoverInputs;
 class CoverGenerationFlow final : public QObject, public std::enable_shared_from_this<CoverGenerationFlow>
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(CoverGenerationFlow)
 
 public:
     static std::shared_ptr<CoverGenerationFlow>
     create(DatabaseManager &database, ImageStorageService &storage, ImageGeneratorService &generator);
-    ~CoverGenerationFlow() override = default;
 
-    const CoverGenerationState &generationState() const { return state; }
+    const CoverGenerationState &generationState() const { return m_state; }
 
     /// The last picture made; null before the first one and after a return to the form.
-    const QImage &generatedImage() const { return image; }
+    const QImage &generatedImage() const { return m_image; }
 
     /// Starts one generation with the settings as they are now. Does not mind others under way.
     void startGeneration(const CoverInputs &inputs);
@@ -50,11 +48,11 @@ private:
     void finish(const GenerationResult &result, const QString &prompt, const QString &modelID);
     void setState(const CoverGenerationState &newState);
 
-    DatabaseManager &database;
-    ImageStorageService &storage;
-    ImageGeneratorService &generator;
-    CoverGenerationState state;
-    QImage image;
+    DatabaseManager &m_database;
+    ImageStorageService &m_storage;
+    ImageGeneratorService &m_generator;
+    CoverGenerationState m_state;
+    QImage m_image;
 };
 
 } // namespace quilmora

@@ -5,18 +5,18 @@ using namespace Qt::StringLiterals;
 namespace quilmora
 {
 
-GenError::GenError(Case kind) : errorCase{kind} {}
+GenError::GenError(Case kind) : m_errorCase{kind} {}
 
 GenError GenError::serverError(const QString &message)
 {
     GenError error{Case::serverError};
-    error.message = message;
+    error.m_message = message;
     return error;
 }
 
 QString GenError::errorDescription() const
 {
-    switch (errorCase) {
+    switch (m_errorCase) {
     case Case::invalidURL:
         return u"API URL 无效，请在「功能设置」中配置"_s;
     case Case::invalidAPIKey:
@@ -28,7 +28,7 @@ QString GenError::errorDescription() const
     case Case::parseFailed:
         return u"无法解析图片数据"_s;
     case Case::serverError:
-        return message;
+        return m_message;
     }
     Q_UNREACHABLE();
 }

@@ -17,7 +17,7 @@ public:
     /// An error that the server, or an answer that was not understood, describes itself.
     static GenError serverError(const QString &message);
 
-    Case kind() const { return errorCase; }
+    Case kind() const { return m_errorCase; }
 
     /// The text for the user.
     QString errorDescription() const;
@@ -25,8 +25,8 @@ public:
     friend bool operator==(const GenError &, const GenError &) = default;
 
 private:
-    Case errorCase;
-    QString message;
+    Case m_errorCase;
+    QString m_message;
 };
 
 } // namespace quilmora

@@ -1,7 +1,7 @@
 #include "generation/HttpSession.h"
 
-#include "generation/AnswerBound.h"
-#include "generation/OneShotUpload.h"
+#include "generation/NonRewindableBody.h"
+#include "generation/ResponseSizeLimit.h"
 
 #include <QCoreApplication>
 #include <QNetworkAccessManager>
@@ -32,7 +32,7 @@ QNetworkRequest networkRequest(const HttpSession::Request &request, std::chrono:
 
 } // namespace
 
-HttpSession::HttpSession(std::chrono::milliseconds limit) : idleLimit{limit} {}
+HttpSession::HttpSession(std::chrono::milliseconds limit) : m_idleLimit{limit} {}
 
 void HttpSession::post(const Request &request, const Done &done)
 {
@@ -44,17 +44,17 @@ void HttpSession::send(Method method, const Request &request, int redirectsLeft,
     // One for each request. Shared, it would let no more than six of them run at once, with the clock of the
     // others ticking, and send them over kept connections, which may have died unnoticed.
     auto *manager = new QNetworkAccessManager{this};
-    QNetworkRequest prepared = networkRequest(request, idleLimit);
+    QNetworkRequest prepared = networkRequest(request, m_idleLimit);
     QNetworkReply *reply = nullptr;
     if (method == Method::get) {
         reply = manager->get(prepared);
     } else {
         prepared.setHeader(QNetworkRequest::ContentTypeHeader, u"application/json"_s);
-        auto *upload = new OneShotUpload{request.body};
+        auto *upload = new NonRewindableBody{request.body};
         reply = manager->post(prepared, upload);
         upload->setParent(reply);
     }
-    answerBound::apply(*reply);
+    responseSizeLimit::apply(*reply);
     connect(reply, &QNetworkReply::finished, this, [=, this] {
         const auto next = readRedirect(*reply);
         if (const auto *error = std::get_if<TransportError>(&next)) {
@@ -68,7 +68,7 @@ void HttpSession::send(Method method, const Request &request, int redirectsLeft,
                 done(TransportError{QCoreApplication::translate("QHttp", "Too many redirects")});
             }
         } else {
-            done(readOutcome(*reply));
+            done(classifyReply(*reply));
         }
         reply->deleteLater();
         manager->deleteLater();

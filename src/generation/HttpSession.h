@@ -1,6 +1,6 @@
 #pragma once
 
-#include "generation/ReplyOutcome.h"
+#include "generation/ReplyClassification.h"
 
 #include <QByteArray>
 #include <QObject>
@@ -18,7 +18,6 @@ namespace quilmora
 class HttpSession final : public QObject
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(HttpSession)
 
 public:
     struct Request {
@@ -30,7 +29,6 @@ public:
 
     /// A connection on which nothing moves for `idleLimit` counts as lost.
     explicit HttpSession(std::chrono::milliseconds idleLimit);
-    ~HttpSession() override = default;
 
     /// Posts `request` and calls `done` exactly once, on this object's thread, unless the session is
     /// destroyed before.
@@ -41,7 +39,7 @@ private:
 
     void send(Method method, const Request &request, int redirectsLeft, const Done &done);
 
-    const std::chrono::milliseconds idleLimit;
+    const std::chrono::milliseconds m_idleLimit;
 };
 
 } // namespace quilmora

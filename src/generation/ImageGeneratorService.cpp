@@ -43,14 +43,14 @@ std::optional<GenError> settingsError(const VolcengineConfig &config)
 } // namespace
 
 ImageGeneratorService::ImageGeneratorService(IdleLimits limits)
-    : idleLimits{limits},
-      session{new HttpSession{limits.request}}
+    : m_idleLimits{limits},
+      m_session{new HttpSession{limits.request}}
 {
-    decoders.setMaxThreadCount(maximumDecoders);
-    session->moveToThread(&sessionThread);
-    connect(&sessionThread, &QThread::finished, session, &QObject::deleteLater);
-    sessionThread.setObjectName(u"http"_s);
-    sessionThread.start();
+    m_decoders.setMaxThreadCount(maximumDecoders);
+    m_session->moveToThread(&m_sessionThread);
+    connect(&m_sessionThread, &QThread::finished, m_session, &QObject::deleteLater);
+    m_sessionThread.setObjectName(u"http"_s);
+    m_sessionThread.start();
 }
 
 ImageGeneratorService::~ImageGeneratorService()
@@ -71,24 +71,24 @@ ImageGeneratorService &ImageGeneratorService::shared()
 
 void ImageGeneratorService::stop()
 {
-    stopSignal.stop();
-    if (sessionThread.isRunning()) {
+    m_cancellation.cancel();
+    if (m_sessionThread.isRunning()) {
         // In its turn: answers that have come go to the decoders before.
-        QMetaObject::invokeMethod(session, [this] { sessionThread.quit(); });
-        sessionThread.wait();
+        QMetaObject::invokeMethod(m_session, [this] { m_sessionThread.quit(); });
+        m_sessionThread.wait();
     }
     endThreads();
     // The results on their way here.
     QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
-    completions.clear();
+    m_completions.clear();
 }
 
 void ImageGeneratorService::endThreads()
 {
-    stopSignal.stop();
-    sessionThread.quit();
-    sessionThread.wait();
-    decoders.waitForDone();
+    m_cancellation.cancel();
+    m_sessionThread.quit();
+    m_sessionThread.wait();
+    m_decoders.waitForDone();
 }
 
 void ImageGeneratorService::generateImage(const QString &prompt, qint64 width, qint64 height,
@@ -100,13 +100,13 @@ void ImageGeneratorService::generateImage(const QString &prompt, qint64 width, q
         completion(*error);
         return;
     }
-    if (stopSignal.isStopped()) {
+    if (m_cancellation.isCancelled()) {
         return;
     }
-    const quint64 job = ++lastJob;
-    completions.insert(job, completion);
+    const quint64 job = ++m_lastJob;
+    m_completions.insert(job, completion);
     const auto encodeAndPost = [=, this] {
-        if (stopSignal.isStopped()) {
+        if (m_cancellation.isCancelled()) {
             return;
         }
         // Blanks at the key's end do not arrive: white space around it is no part of a header's value in
@@ -120,13 +120,13 @@ void ImageGeneratorService::generateImage(const QString &prompt, qint64 width, q
 
 void ImageGeneratorService::post(quint64 job, const HttpSession::Request &request)
 {
-    QMetaObject::invokeMethod(session, [this, job, request] {
-        if (stopSignal.isStopped()) {
+    QMetaObject::invokeMethod(m_session, [this, job, request] {
+        if (m_cancellation.isCancelled()) {
             return;
         }
-        session->post(request, [this, job](const HttpOutcome &outcome) {
+        m_session->post(request, [this, job](const HttpOutcome &outcome) {
             // On a thread of its own: reading a picture's address would hold up the other requests here.
-            decoders.start([this, job, outcome] { decode(job, outcome); });
+            m_decoders.start([this, job, outcome] { decode(job, outcome); });
         });
     });
 }
@@ -138,7 +138,7 @@ void ImageGeneratorService::decode(quint64 job, const HttpOutcome &outcome)
         result = *error;
     } else if (const auto *body = std::get_if<QByteArray>(&outcome)) {
         result = parseResponse(*body, [this](const QUrl &url) {
-            return downloadBlocking(url, idleLimits.download, stopSignal);
+            return downloadBlocking(url, m_idleLimits.download, m_cancellation);
         });
     }
     QMetaObject::invokeMethod(
@@ -148,8 +148,8 @@ void ImageGeneratorService::decode(quint64 job, const HttpOutcome &outcome)
 void ImageGeneratorService::complete(quint64 job, const GenerationResult &result)
 {
     // Once stopped, nobody is there any more to be told of an error.
-    const bool isWanted = !stopSignal.isStopped() || std::holds_alternative<QImage>(result);
-    if (const GenerationCompletion completion = completions.take(job); completion && isWanted) {
+    const bool isWanted = !m_cancellation.isCancelled() || std::holds_alternative<QImage>(result);
+    if (const GenerationCompletion completion = m_completions.take(job); completion && isWanted) {
         completion(result);
     }
 }

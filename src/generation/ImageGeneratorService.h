@@ -1,8 +1,8 @@
 #pragma once
 
+#include "generation/CancellationToken.h"
 #include "generation/GenerationResult.h"
 #include "generation/HttpSession.h"
-#include "generation/StopSignal.h"
 #include "model/VolcengineConfig.h"
 
 #include <QHash>
@@ -22,7 +22,6 @@ namespace quilmora
 class ImageGeneratorService final : public QObject
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(ImageGeneratorService)
 
 public:
     /// After how long a connection on which nothing moves counts as lost.
@@ -57,15 +56,15 @@ private:
     void decode(quint64 job, const HttpOutcome &outcome);
     void complete(quint64 job, const GenerationResult &result);
 
-    const IdleLimits idleLimits;
+    const IdleLimits m_idleLimits;
     /// The jobs under way. Only their numbers go to other threads, so what a completion owns is called and
     /// destroyed on the main thread.
-    QHash<quint64, GenerationCompletion> completions;
-    quint64 lastJob = 0;
-    StopSignal stopSignal;
-    QThread sessionThread;
-    QThreadPool decoders;
-    HttpSession *session; ///< Lives in sessionThread, which deletes it when it ends.
+    QHash<quint64, GenerationCompletion> m_completions;
+    quint64 m_lastJob = 0;
+    CancellationToken m_cancellation;
+    QThread m_sessionThread;
+    QThreadPool m_decoders;
+    HttpSession *m_session; ///< Lives in sessionThread, which deletes it when it ends.
 };
 
 } // namespace quilmora

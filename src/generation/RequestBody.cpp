@@ -1,6 +1,6 @@
 #include "generation/RequestBody.h"
 
-#include "platform/ImageCodec.h"
+#include "imaging/ImageCodec.h"
 
 #include <QByteArrayList>
 #include <QJsonDocument>

@@ -1,6 +1,6 @@
 #include "generation/ResponseParser.h"
 
-#include "platform/ImageCodec.h"
+#include "model/PictureLimits.h"
 
 #include <QStringDecoder>
 #include <QTextBoundaryFinder>
@@ -125,7 +125,7 @@ QImage imageAtUrl(const QString &text, const ResourceReader &readResource)
         return {};
     }
     const std::optional<QByteArray> bytes = readResource(url);
-    return bytes ? imageCodec::decode(*bytes) : QImage{};
+    return bytes ? imageCodec::decode(*bytes, pictureLimits::response) : QImage{};
 }
 
 GenerationResult parseFirstElement(const dom::object &element, const ResourceReader &readResource)
@@ -135,7 +135,8 @@ GenerationResult parseFirstElement(const dom::object &element, const ResourceRea
     }
     if (std::string_view encoded; member(element, "b64_json").get(encoded) == simdjson::SUCCESS) {
         const std::optional<QByteArray> bytes = decodeBase64(encoded);
-        if (const QImage image = bytes ? imageCodec::decode(*bytes) : QImage{}; !image.isNull()) {
+        if (const QImage image = bytes ? imageCodec::decode(*bytes, pictureLimits::response) : QImage{};
+            !image.isNull()) {
             return image;
         }
     }

@@ -1,6 +1,6 @@
 #include "model/HistoryRecord.h"
 
-#include "platform/ImageCodec.h"
+#include "model/PictureLimits.h"
 #include "platform/UserFolders.h"
 
 namespace quilmora
@@ -8,7 +8,7 @@ namespace quilmora
 
 QImage HistoryRecord::image() const
 {
-    return imageCodec::decodeFile(userFolders::expandTilde(imagePath));
+    return imageCodec::decodeFile(userFolders::expandTilde(imagePath), pictureLimits::file);
 }
 
 } // namespace quilmora

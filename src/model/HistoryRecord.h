@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/PointInTime.h"
+#include "platform/Timestamp.h"
 
 #include <QImage>
 #include <QString>
@@ -13,7 +13,7 @@ struct HistoryRecord {
     qint64 id; ///< Row id in the database; the record's identity.
     QString prompt;
     QString imagePath; ///< Path of the PNG file, normally in the form "~/…".
-    PointInTime createdAt;
+    Timestamp createdAt;
     QString modelID; ///< May be empty.
 
     /// The picture, read afresh from its file at each call; null when there is no readable picture.

@@ -60,15 +60,15 @@ QVariant unwrapped(QVariant value)
 
 PortalAppearance::PortalAppearance(QDBusConnection bus, QObject *parent)
     : QObject{parent},
-      connection{std::move(bus)}
+      m_connection{std::move(bus)}
 {
-    if (!connection.isConnected()) {
+    if (!m_connection.isConnected()) {
         return;
     }
     // By the name of the slot: a bus connects in no other way. It is handed the whole message, because the
     // types of arguments may not be known to Qt yet.
-    connection.connect(service(), path(), interface(), u"SettingChanged"_s, this,
-                       SLOT(settingChanged(QDBusMessage)));
+    m_connection.connect(service(), path(), interface(), u"SettingChanged"_s, this,
+                         SLOT(settingChanged(QDBusMessage)));
     if (!askNow()) {
         askLater();
     }
@@ -78,7 +78,7 @@ bool PortalAppearance::askNow()
 {
     QDBusMessage message = question();
     message.setAutoStartService(false);
-    const QDBusMessage answer = connection.call(message, QDBus::Block, longestWait);
+    const QDBusMessage answer = m_connection.call(message, QDBus::Block, longestWait);
     if (answer.type() == QDBusMessage::ReplyMessage) {
         takeAll(answer);
         return true;
@@ -91,7 +91,7 @@ bool PortalAppearance::askNow()
 
 void PortalAppearance::askLater()
 {
-    auto *watcher = new QDBusPendingCallWatcher{connection.asyncCall(question()), this};
+    auto *watcher = new QDBusPendingCallWatcher{m_connection.asyncCall(question()), this};
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher *call) {
         call->deleteLater();
         takeAll(call->reply());
@@ -118,7 +118,7 @@ void PortalAppearance::settingChanged(const QDBusMessage &signal)
 {
     const QVariantList told = signal.arguments();
     if (told.size() == 3) {
-        Look now = look;
+        Look now = m_look;
         take(told.at(0).toString(), told.at(1).toString(), told.at(2), now);
         setLook(now);
     }
@@ -144,15 +144,15 @@ void PortalAppearance::take(const QString &group, const QString &key, const QVar
 
 void PortalAppearance::setLook(const Look &now)
 {
-    if (now != look) {
-        look = now;
+    if (now != m_look) {
+        m_look = now;
         Q_EMIT changed();
     }
 }
 
 Contrast PortalAppearance::contrast() const
 {
-    return look.isContrastHigher || look.isGnomeContrastHigh ? Contrast::high : Contrast::normal;
+    return m_look.isContrastHigher || m_look.isGnomeContrastHigh ? Contrast::high : Contrast::normal;
 }
 
 } // namespace quilmora

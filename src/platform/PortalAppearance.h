@@ -16,16 +16,14 @@ namespace quilmora
 class PortalAppearance final : public QObject
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(PortalAppearance)
 
 public:
     /// Asks the portal, and waits a moment for it if it is running; if not it is started, and an answer comes
     /// with changed().
     explicit PortalAppearance(QDBusConnection bus, QObject *parent = nullptr);
-    ~PortalAppearance() override = default;
 
     /// Nothing where there is no portal or the user has no preference.
-    std::optional<ColorScheme> scheme() const { return look.scheme; }
+    std::optional<ColorScheme> scheme() const { return m_look.scheme; }
     Contrast contrast() const;
 
 Q_SIGNALS:
@@ -50,8 +48,8 @@ private:
     static void take(const QString &group, const QString &key, const QVariant &value, Look &into);
     void setLook(const Look &now);
 
-    QDBusConnection connection;
-    Look look;
+    QDBusConnection m_connection;
+    Look m_look;
 };
 
 } // namespace quilmora

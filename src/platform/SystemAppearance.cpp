@@ -58,15 +58,15 @@ SystemAppearance::SystemAppearance(QObject *parent) : QObject{parent}
             this, &SystemAppearance::changed);
 #endif
 #ifdef QUILMORA_DBUS
-    portal = new PortalAppearance{QDBusConnection::sessionBus(), this};
-    connect(portal, &PortalAppearance::changed, this, &SystemAppearance::changed);
+    m_portal = new PortalAppearance{QDBusConnection::sessionBus(), this};
+    connect(m_portal, &PortalAppearance::changed, this, &SystemAppearance::changed);
 #endif
 }
 
 std::optional<ColorScheme> SystemAppearance::scheme() const
 {
 #ifdef QUILMORA_DBUS
-    if (const auto told = portal->scheme()) {
+    if (const auto told = m_portal->scheme()) {
         return told;
     }
 #endif
@@ -76,7 +76,7 @@ std::optional<ColorScheme> SystemAppearance::scheme() const
 Contrast SystemAppearance::contrast() const
 {
 #ifdef QUILMORA_DBUS
-    if (portal->contrast() == Contrast::high) {
+    if (m_portal->contrast() == Contrast::high) {
         return Contrast::high;
     }
 #endif

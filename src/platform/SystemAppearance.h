@@ -15,11 +15,9 @@ namespace quilmora
 class SystemAppearance final : public QObject
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(SystemAppearance)
 
 public:
     explicit SystemAppearance(QObject *parent = nullptr);
-    ~SystemAppearance() override = default;
 
     /// Nothing where the palette is all there is to go by.
     std::optional<ColorScheme> scheme() const;
@@ -29,7 +27,7 @@ Q_SIGNALS:
     void changed();
 
 private:
-    class PortalAppearance *portal = nullptr;
+    class PortalAppearance *m_portal = nullptr;
 };
 
 } // namespace quilmora

@@ -1,17 +1,15 @@
 #include "store/DatabaseManager.h"
 
-#include "platform/PointInTime.h"
+#include "platform/Console.h"
+#include "platform/Timestamp.h"
 #include "platform/UserFolders.h"
 #include "store/CoversFolder.h"
+#include "store/FilePermissions.h"
 #include "store/HistoryInsertion.h"
 #include "store/HistoryMigration.h"
 #include "store/OrphanBackfill.h"
-#include "store/OwnersAlone.h"
-#include "store/QuickCommits.h"
 
 #include <QDir>
-
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -25,15 +23,8 @@ QString databaseFileIn(const QString &folder)
 {
     QDir{}.mkpath(folder);
     QString file = folder + u"/quilmora.db"_s;
-    ownersAlone::protect(folder, file);
+    filePermissions::restrictToOwner(folder, file);
     return file;
-}
-
-/// What of `key` may stand in a statement: all of it, unless it holds a NUL. That ends the statement, which
-/// fails with a message that quotes what stands before it.
-QString withoutCutKey(const QString &key)
-{
-    return key.sliced(std::max<qsizetype>(0, key.indexOf(QChar::Null)));
 }
 
 /// The text of a column that can hold no NULL in a sound database.
@@ -48,18 +39,14 @@ QString requiredText(const SqliteStatement &row, int column)
 } // namespace
 
 DatabaseManager::DatabaseManager(const QString &folder, const QString &covers)
-    : database{databaseFileIn(folder)}
+    : m_database{databaseFileIn(folder)}
 {
-    // Another copy that uses the log holds it for as long as it runs.
-    database.setWaiting(SqliteConnection::Waiting::none);
-    endInterruptedQuickCommits(database);
-    // Where another program holds the database, the window opens once that was waited for, not for each.
-    database.setWaiting(SqliteConnection::Waiting::together);
     createTables();
-    migrateHistoryTableIfNeeded(database);
+    migrateHistoryTableIfNeeded(m_database);
     ensureDefaultConfig();
-    backfillOrphanImages(database, covers);
-    database.setWaiting(SqliteConnection::Waiting::each);
+    backfillOrphanImages(m_database, covers);
+    // The first window comes after this, so up to here another program is waited for only once.
+    m_database.setWaitsOnlyOnce(false);
 }
 
 DatabaseManager &DatabaseManager::shared()
@@ -70,13 +57,13 @@ DatabaseManager &DatabaseManager::shared()
 
 void DatabaseManager::createTables()
 {
-    database.execute(uR"(CREATE TABLE IF NOT EXISTS volc_config (
+    m_database.execute(uR"(CREATE TABLE IF NOT EXISTS volc_config (
     id INTEGER PRIMARY KEY CHECK (id = 1),
     api_url TEXT NOT NULL DEFAULT '',
     api_key TEXT NOT NULL DEFAULT '',
     model_id TEXT NOT NULL DEFAULT ''
 );)"_s);
-    database.execute(uR"(CREATE TABLE IF NOT EXISTS history (
+    m_database.execute(uR"(CREATE TABLE IF NOT EXISTS history (
     id INTEGER PRIMARY KEY AUTOINCREMENT,
     prompt TEXT NOT NULL,
     image_path TEXT NOT NULL,
@@ -88,29 +75,33 @@ void DatabaseManager::createTables()
 void DatabaseManager::ensureDefaultConfig()
 {
     bool missing = false;
-    if (SqliteStatement count = database.prepare(u"SELECT COUNT(*) FROM volc_config WHERE id = 1;"_s)) {
+    if (SqliteStatement count = m_database.prepare(u"SELECT COUNT(*) FROM volc_config WHERE id = 1;"_s)) {
         missing = count.step() && count.integer(0) == 0;
     }
     if (missing) {
-        database.execute(u"INSERT INTO volc_config (id, api_url, api_key, model_id)\nVALUES (1, '"_s +
-                         VolcengineConfig::defaultURL() + u"', '', '"_s + VolcengineConfig::defaultModelID() +
-                         u"');"_s);
+        m_database.execute(u"INSERT INTO volc_config (id, api_url, api_key, model_id)\nVALUES (1, '"_s +
+                           VolcengineConfig::defaultURL() + u"', '', '"_s +
+                           VolcengineConfig::defaultModelID() + u"');"_s);
     }
 }
 
 void DatabaseManager::saveConfig(const QString &apiURL, const QString &apiKey, const QString &modelID)
 {
-    database.execute(u"INSERT OR REPLACE INTO volc_config (id, api_url, api_key, model_id)\nVALUES (1, "_s +
-                     SqliteConnection::quoted(apiURL) + u", "_s +
-                     SqliteConnection::quoted(withoutCutKey(apiKey)) + u", "_s +
-                     SqliteConnection::quoted(modelID) + u");"_s);
+    if (apiKey.contains(QChar::Null)) {
+        // It would end the statement, and SQLite's message would quote the key before it.
+        console::printLine(u"SQL 错误: the key contains NUL"_s);
+        return;
+    }
+    m_database.execute(u"INSERT OR REPLACE INTO volc_config (id, api_url, api_key, model_id)\nVALUES (1, "_s +
+                       SqliteConnection::quoted(apiURL) + u", "_s + SqliteConnection::quoted(apiKey) +
+                       u", "_s + SqliteConnection::quoted(modelID) + u");"_s);
 }
 
 VolcengineConfig DatabaseManager::getConfig()
 {
     VolcengineConfig config{VolcengineConfig::defaultURL(), {}, VolcengineConfig::defaultModelID()};
     SqliteStatement row =
-        database.prepare(u"SELECT api_url, api_key, model_id FROM volc_config WHERE id = 1;"_s);
+        m_database.prepare(u"SELECT api_url, api_key, model_id FROM volc_config WHERE id = 1;"_s);
     if (!row || !row.step()) {
         return config;
     }
@@ -126,13 +117,13 @@ VolcengineConfig DatabaseManager::getConfig()
 
 void DatabaseManager::insertHistory(const QString &prompt, const QString &imagePath, const QString &modelID)
 {
-    database.execute(historyInsertion(prompt, imagePath, now(), modelID));
+    m_database.execute(historyInsertion(prompt, imagePath, now(), modelID));
 }
 
 QList<HistoryRecord> DatabaseManager::fetchAllHistory()
 {
     QList<HistoryRecord> records;
-    SqliteStatement rows = database.prepare(
+    SqliteStatement rows = m_database.prepare(
         u"SELECT id, prompt, image_path, created_at, model_id FROM history ORDER BY created_at DESC;"_s);
     while (rows && rows.step()) {
         records.append({rows.integer(0), requiredText(rows, 1), requiredText(rows, 2),
@@ -143,7 +134,7 @@ QList<HistoryRecord> DatabaseManager::fetchAllHistory()
 
 void DatabaseManager::deleteHistory(qint64 id)
 {
-    database.execute(u"DELETE FROM history WHERE id = "_s + QString::number(id) + u';');
+    m_database.execute(u"DELETE FROM history WHERE id = "_s + QString::number(id) + u';');
 }
 
 } // namespace quilmora

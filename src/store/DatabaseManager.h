@@ -47,7 +47,7 @@ private:
     void createTables();
     void ensureDefaultConfig();
 
-    SqliteConnection database;
+    SqliteConnection m_database;
 };
 
 } // namespace quilmora

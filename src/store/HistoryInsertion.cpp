@@ -1,6 +1,6 @@
 #include "store/HistoryInsertion.h"
 
-#include "platform/DecimalText.h"
+#include "platform/NumberFormat.h"
 #include "store/SqliteConnection.h"
 
 using namespace Qt::StringLiterals;
@@ -8,7 +8,7 @@ using namespace Qt::StringLiterals;
 namespace quilmora
 {
 
-QString historyInsertion(const QString &prompt, const QString &imagePath, PointInTime createdAt,
+QString historyInsertion(const QString &prompt, const QString &imagePath, Timestamp createdAt,
                          const QString &modelID)
 {
     return u"INSERT INTO history (prompt, image_path, created_at, model_id)\nVALUES ("_s +

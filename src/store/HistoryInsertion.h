@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/PointInTime.h"
+#include "platform/Timestamp.h"
 
 #include <QString>
 
@@ -8,7 +8,7 @@ namespace quilmora
 {
 
 /// The statement that adds one cover to the history, made at `createdAt`.
-QString historyInsertion(const QString &prompt, const QString &imagePath, PointInTime createdAt,
+QString historyInsertion(const QString &prompt, const QString &imagePath, Timestamp createdAt,
                          const QString &modelID);
 
 } // namespace quilmora

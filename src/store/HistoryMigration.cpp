@@ -43,7 +43,7 @@ QStringList tableColumns(SqliteConnection &database, const QString &table)
 void migrateHistoryTableIfNeeded(SqliteConnection &database)
 {
     const QStringList columns = tableColumns(database, u"history"_s);
-    if (columns.isEmpty() && database.wasHeldByAnother()) {
+    if (columns.isEmpty() && database.wasBusy()) {
         // Let go by now, a history with "model_key" would get a second, empty column for the model.
         return;
     }

@@ -1,9 +1,9 @@
 #include "store/ImageStorageService.h"
 
+#include "model/PictureLimits.h"
 #include "platform/Console.h"
 #include "platform/FileWriter.h"
-#include "platform/ImageCodec.h"
-#include "platform/PointInTime.h"
+#include "platform/Timestamp.h"
 #include "platform/UserFolders.h"
 #include "store/CoversFolder.h"
 
@@ -30,9 +30,9 @@ QString newFileName()
 
 } // namespace
 
-ImageStorageService::ImageStorageService(QString directory) : coverImageDirectory{std::move(directory)}
+ImageStorageService::ImageStorageService(QString directory) : m_coverImageDirectory{std::move(directory)}
 {
-    QDir{}.mkpath(coverImageDirectory);
+    QDir{}.mkpath(m_coverImageDirectory);
 }
 
 ImageStorageService &ImageStorageService::shared()
@@ -48,7 +48,7 @@ std::optional<QString> ImageStorageService::saveImage(const QImage &image)
         return std::nullopt;
     }
     const QString name = newFileName();
-    if (const auto error = writeFile(coverImageDirectory + u'/' + name, png)) {
+    if (const auto error = writeFile(m_coverImageDirectory + u'/' + name, png)) {
         console::printLine(u"保存图片失败: "_s + *error);
         return std::nullopt;
     }
@@ -57,7 +57,7 @@ std::optional<QString> ImageStorageService::saveImage(const QImage &image)
 
 QImage ImageStorageService::loadImage(const QString &path) const
 {
-    return imageCodec::decodeFile(userFolders::expandTilde(path));
+    return imageCodec::decodeFile(userFolders::expandTilde(path), pictureLimits::file);
 }
 
 void ImageStorageService::deleteImage(const QString &path)

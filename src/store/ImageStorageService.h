@@ -32,7 +32,7 @@ public:
     void deleteImage(const QString &path);
 
 private:
-    const QString coverImageDirectory;
+    const QString m_coverImageDirectory;
 };
 
 } // namespace quilmora

@@ -1,9 +1,8 @@
 #include "store/OrphanBackfill.h"
 
-#include "platform/PointInTime.h"
+#include "platform/Timestamp.h"
 #include "store/CoversFolder.h"
 #include "store/HistoryInsertion.h"
-#include "store/QuickCommits.h"
 #include "store/SqliteConnection.h"
 
 #include <QDateTime>
@@ -24,9 +23,6 @@ namespace quilmora
 {
 namespace
 {
-
-/// A write to the disk for each of so many would hold up the first window noticeably.
-constexpr qsizetype manyOrphans = 100;
 
 /// Names in the order in which the platform lists them, without those that are not valid UTF-8; none when the
 /// folder cannot be listed.
@@ -52,7 +48,7 @@ std::optional<QSet<QString>> knownPaths(SqliteConnection &database)
     QSet<QString> paths;
     SqliteStatement rows = database.prepare(u"SELECT image_path FROM history;"_s);
     if (!rows) {
-        return database.wasHeldByAnother() ? std::nullopt : std::optional{paths};
+        return database.wasBusy() ? std::nullopt : std::optional{paths};
     }
     while (rows.step()) {
         if (!rows.isNull(0)) {
@@ -63,7 +59,7 @@ std::optional<QSet<QString>> knownPaths(SqliteConnection &database)
 }
 
 /// Not every file system keeps the time of creation; the last change stands for it then.
-PointInTime creationTime(const QString &path)
+Timestamp creationTime(const QString &path)
 {
     const QFileInfo file{path};
     for (const QDateTime &moment : {file.birthTime(), file.lastModified()}) {
@@ -87,13 +83,20 @@ void backfillOrphanImages(SqliteConnection &database, const QString &covers)
     QStringList orphans;
     std::copy_if(names.begin(), names.end(), std::back_inserter(orphans),
                  [&](const QString &name) { return !known->contains(coversFolder::storedPath(name)); });
-    std::optional<QuickCommits> quick;
-    if (orphans.size() >= manyOrphans) {
-        quick.emplace(database);
+    if (orphans.isEmpty()) {
+        return;
     }
+    // One write to the disk for all of them: one for each of thousands would hold up the first window.
+    database.execute(u"BEGIN;"_s);
     for (const QString &name : orphans) {
         database.execute(historyInsertion(u"(历史图片，已自动补录)"_s, coversFolder::storedPath(name),
                                           creationTime(covers + u'/' + name), QString{}));
+    }
+    // SQLite has already taken back a transaction in which the disk was full.
+    for (const QString &end : {u"COMMIT;"_s, u"ROLLBACK;"_s}) {
+        if (database.isInTransaction()) {
+            database.execute(end);
+        }
     }
 }
 

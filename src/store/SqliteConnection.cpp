@@ -2,12 +2,9 @@
 
 #include "platform/Console.h"
 
-#include <QFileInfo>
 #include <QStringDecoder>
 
-#include <algorithm>
 #include <sqlite3.h>
-#include <thread>
 
 using namespace Qt::StringLiterals;
 
@@ -15,14 +12,6 @@ namespace quilmora
 {
 namespace
 {
-
-/// Whether a pipe or the like lies where SQLite looks for changes that were broken off: it would read without
-/// end.
-bool hasEndlessJournal(const QString &path)
-{
-    const QFileInfo journal{path + u"-journal"_s};
-    return journal.exists() && !journal.isFile() && !journal.isDir();
-}
 
 QString keepingTheMark(QByteArrayView utf8)
 {
@@ -33,25 +22,25 @@ QString keepingTheMark(QByteArrayView utf8)
 
 } // namespace
 
-SqliteStatement::SqliteStatement(sqlite3_stmt *prepared) : statement{prepared} {}
+SqliteStatement::SqliteStatement(sqlite3_stmt *prepared) : m_statement{prepared} {}
 
 bool SqliteStatement::step()
 {
-    const int result = sqlite3_step(statement.get());
-    failed = result != SQLITE_ROW && result != SQLITE_DONE;
+    const int result = sqlite3_step(m_statement.get());
+    m_failed = result != SQLITE_ROW && result != SQLITE_DONE;
     return result == SQLITE_ROW;
 }
 
 bool SqliteStatement::isNull(int column) const
 {
-    return sqlite3_column_type(statement.get(), column) == SQLITE_NULL;
+    return sqlite3_column_type(m_statement.get(), column) == SQLITE_NULL;
 }
 
 QString SqliteStatement::text(int column) const
 {
     const auto *bytes =
-        static_cast<const char *>(static_cast<const void *>(sqlite3_column_text(statement.get(), column)));
-    const QByteArrayView utf8{bytes, sqlite3_column_bytes(statement.get(), column)};
+        static_cast<const char *>(static_cast<const void *>(sqlite3_column_text(m_statement.get(), column)));
+    const QByteArrayView utf8{bytes, sqlite3_column_bytes(m_statement.get(), column)};
     // The usual conversion, which is quicker, takes a first character without width for a mark of the
     // encoding and drops it.
     return utf8.startsWith("\xEF\xBB\xBF") ? keepingTheMark(utf8) : QString::fromUtf8(utf8);
@@ -59,12 +48,12 @@ QString SqliteStatement::text(int column) const
 
 qint64 SqliteStatement::integer(int column) const
 {
-    return sqlite3_column_int64(statement.get(), column);
+    return sqlite3_column_int64(m_statement.get(), column);
 }
 
 double SqliteStatement::real(int column) const
 {
-    return sqlite3_column_double(statement.get(), column);
+    return sqlite3_column_double(m_statement.get(), column);
 }
 
 void SqliteStatement::Finalize::operator()(sqlite3_stmt *pointer) const
@@ -75,67 +64,61 @@ void SqliteStatement::Finalize::operator()(sqlite3_stmt *pointer) const
 SqliteConnection::SqliteConnection(const QString &path)
 {
     sqlite3 *opened = nullptr;
-    const int result =
-        hasEndlessJournal(path) ? SQLITE_CANTOPEN : sqlite3_open(path.toUtf8().constData(), &opened);
-    connection.reset(opened);
+    const int result = sqlite3_open(path.toUtf8().constData(), &opened);
+    m_connection.reset(opened);
     if (result != SQLITE_OK) {
         console::printLine(u"无法打开数据库: "_s + path);
         return;
     }
-    sqlite3_busy_handler(opened, waitForOthers, this);
+    setBusyTimeout(busyTimeout);
     // Room for ten thousand rows of the history: with less they are sorted in a file on the disk.
-    sqlite3_exec(opened, "PRAGMA cache_size = -32768;", nullptr, nullptr, nullptr);
+    noteResult(sqlite3_exec(opened, "PRAGMA cache_size = -32768;", nullptr, nullptr, nullptr));
 }
 
-int SqliteConnection::waitForOthers(void *self, int attempts)
+void SqliteConnection::setWaitsOnlyOnce(bool once)
 {
-    return static_cast<SqliteConnection *>(self)->waitALittle(attempts) ? 1 : 0;
+    m_waitsOnlyOnce = once;
+    setBusyTimeout(busyTimeout);
 }
 
-bool SqliteConnection::waitALittle(int attempts)
+void SqliteConnection::setBusyTimeout(std::chrono::milliseconds timeout)
 {
-    if (attempts == 0 && waiting == Waiting::each) {
-        waited = {};
+    sqlite3_busy_timeout(m_connection.get(), static_cast<int>(timeout.count()));
+}
+
+void SqliteConnection::noteResult(int result)
+{
+    if (result == SQLITE_BUSY && m_waitsOnlyOnce) {
+        setBusyTimeout({});
     }
-    if (waiting == Waiting::none || waited >= longestWait) {
-        return false;
-    }
-    // Most copies are done within milliseconds; one that is not need not be asked so often.
-    const std::chrono::milliseconds pause{std::min(attempts + 1, 50)};
-    const Clock::time_point before = Clock::now();
-    std::this_thread::sleep_for(pause);
-    waited += Clock::now() - before;
-    return true;
-}
-
-void SqliteConnection::setWaiting(Waiting how)
-{
-    waiting = how;
 }
 
 void SqliteConnection::execute(const QString &sql)
 {
     char *message = nullptr;
-    const int result = sqlite3_exec(connection.get(), sql.toUtf8().constData(), nullptr, nullptr, &message);
+    const int result = sqlite3_exec(m_connection.get(), sql.toUtf8().constData(), nullptr, nullptr, &message);
     if (result != SQLITE_OK && message != nullptr) {
         console::printLine(u"SQL 错误: "_s + QString::fromUtf8(message));
     }
     sqlite3_free(message);
+    noteResult(result);
 }
 
 SqliteStatement SqliteConnection::prepare(const QString &sql)
 {
     sqlite3_stmt *statement = nullptr;
-    if (sqlite3_prepare_v2(connection.get(), sql.toUtf8().constData(), -1, &statement, nullptr) !=
-        SQLITE_OK) {
-        statement = nullptr;
-    }
+    noteResult(sqlite3_prepare_v2(m_connection.get(), sql.toUtf8().constData(), -1, &statement, nullptr));
     return SqliteStatement{statement};
 }
 
-bool SqliteConnection::wasHeldByAnother() const
+bool SqliteConnection::wasBusy() const
 {
-    return sqlite3_errcode(connection.get()) == SQLITE_BUSY;
+    return sqlite3_errcode(m_connection.get()) == SQLITE_BUSY;
+}
+
+bool SqliteConnection::isInTransaction() const
+{
+    return sqlite3_get_autocommit(m_connection.get()) == 0;
 }
 
 QString SqliteConnection::quoted(const QString &text)
@@ -143,12 +126,6 @@ QString SqliteConnection::quoted(const QString &text)
     QString doubled = text;
     doubled.replace(u'\'', u"''"_s);
     return u'\'' + doubled + u'\'';
-}
-
-QString SqliteConnection::pragma(const QString &text)
-{
-    SqliteStatement row = prepare(u"PRAGMA "_s + text + u';');
-    return row && row.step() ? row.text(0) : QString{};
 }
 
 void SqliteConnection::Close::operator()(sqlite3 *pointer) const

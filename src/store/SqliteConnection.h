@@ -18,13 +18,13 @@ public:
     explicit SqliteStatement(sqlite3_stmt *statement);
 
     /// Whether preparing succeeded; no other operation may be called otherwise.
-    explicit operator bool() const { return statement != nullptr; }
+    explicit operator bool() const { return m_statement != nullptr; }
 
     /// Moves to the next row; false when there is none or the read failed.
     bool step();
 
     /// Whether the last move ended in an error rather than at a row or behind the last one.
-    bool hasFailed() const { return failed; }
+    bool hasFailed() const { return m_failed; }
 
     bool isNull(int column) const;
     QString text(int column) const; ///< Empty for NULL.
@@ -35,8 +35,8 @@ private:
     struct Finalize {
         void operator()(sqlite3_stmt *pointer) const;
     };
-    std::unique_ptr<sqlite3_stmt, Finalize> statement;
-    bool failed = false;
+    std::unique_ptr<sqlite3_stmt, Finalize> m_statement;
+    bool m_failed = false;
 };
 
 /// One open database file. Failures are printed to standard output where stated and never thrown.
@@ -44,8 +44,8 @@ private:
 class SqliteConnection final
 {
 public:
-    /// How long a statement waits for another program that holds the database before it fails.
-    static constexpr std::chrono::milliseconds longestWait{5000};
+    /// How long a statement waits for another program that uses the database before it fails.
+    static constexpr std::chrono::milliseconds busyTimeout{5000};
 
     /// Opens the file, creating it if it is missing. When that fails, "无法打开数据库: " and the path are
     /// printed and every later operation fails quietly.
@@ -53,14 +53,9 @@ public:
     Q_DISABLE_COPY_MOVE(SqliteConnection)
     ~SqliteConnection() = default;
 
-    enum class Waiting {
-        each,     ///< Every statement waits for as long as the longest wait.
-        together, ///< All statements from here on, and the one before, wait no longer than one alone.
-        none      ///< What another program holds fails at once.
-    };
-
-    /// How statements wait from here on; each by itself at first.
-    void setWaiting(Waiting how);
+    /// While `once`, a statement that has waited in vain for another program makes all that follow fail at
+    /// once when the database is busy. So it is at first.
+    void setWaitsOnlyOnce(bool once);
 
     /// Runs the statements in `sql`; prints "SQL 错误: " and SQLite's message when one fails.
     void execute(const QString &sql);
@@ -69,29 +64,27 @@ public:
     /// printed).
     SqliteStatement prepare(const QString &sql);
 
-    /// Whether what failed last, be it to run, to prepare or to step, failed because another program held the
-    /// database. Whoever could not look then knows nothing of what is in it.
-    bool wasHeldByAnother() const;
+    /// Whether the statement that failed last failed because another program used the database. Nothing is
+    /// known of the content then.
+    bool wasBusy() const;
+
+    /// Whether a transaction is open; SQLite ends it by itself on some errors, for instance on a full disk.
+    bool isInTransaction() const;
 
     /// `text` as an SQL text literal, quotes included.
     static QString quoted(const QString &text);
-
-    /// Gives or sets one of the connection's properties and gives its value; empty when that fails.
-    QString pragma(const QString &text);
 
 private:
     struct Close {
         void operator()(sqlite3 *pointer) const;
     };
-    using Clock = std::chrono::steady_clock;
+    /// Sets SQLite's own limit.
+    void setBusyTimeout(std::chrono::milliseconds timeout);
+    /// Ends the waiting where `result` says that it was in vain.
+    void noteResult(int result);
 
-    /// Asked by SQLite before each further attempt; waits a little, or gives 0 when it was long enough.
-    static int waitForOthers(void *self, int attempts);
-    bool waitALittle(int attempts);
-
-    std::unique_ptr<sqlite3, Close> connection;
-    Waiting waiting = Waiting::each;
-    Clock::duration waited{}; ///< By the present statement, or by all that wait together.
+    std::unique_ptr<sqlite3, Close> m_connection;
+    bool m_waitsOnlyOnce = true;
 };
 
 } // namespace quilmora

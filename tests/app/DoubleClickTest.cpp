@@ -1,9 +1,10 @@
-#include "GenerateScreen.h"
-#include "HistoryScreen.h"
+#include "app/ClickFilter.h"
 #include "model/CoverSize.h"
-#include "screens/common/AlertPanel.h"
-#include "screens/common/ClickFilter.h"
+#include "support/GenerateScreen.h"
+#include "support/HistoryScreen.h"
 #include "support/Placement.h"
+#include "support/TestProgram.h"
+#include "ui/dialogs/AlertDialog.h"
 
 #include <QPushButton>
 #include <QScrollBar>
@@ -12,33 +13,6 @@
 using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
-
-/// Where a click exchanges what lies under the pointer, the second click of a double click does nothing.
-class DoubleClickTest final : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void initTestCase() { qApp->installEventFilter(&filter); }
-    void theWayBackFromAResultKeepsTheForm_data();
-    void theWayBackFromAResultKeepsTheForm();
-    void aTileOpensThePreviewAndPressesNoneOfItsButtons_data();
-    void aTileOpensThePreviewAndPressesNoneOfItsButtons();
-    void aSlowSecondClickPressesTheButtonOfThePreview();
-    void closingThePreviewOpensNoOther_data();
-    void closingThePreviewOpensNoOther();
-    void closingTheAlertPressesNothingBelow();
-
-private:
-    static void doubleClick(QWidget &window, QPoint position)
-    {
-        QTest::mouseDClick(window.windowHandle(), Qt::LeftButton, {}, position);
-    }
-    static QPoint centerOf(QWidget *widget) { return placement::inWindow(widget).center(); }
-    static void openHistory(HistoryScreen &screen);
-
-    ClickFilter filter;
-};
 
 namespace
 {
@@ -54,41 +28,6 @@ QStringList chosenOptions(QWidget &window)
     }
     return names;
 }
-
-} // namespace
-
-void DoubleClickTest::theWayBackFromAResultKeepsTheForm_data()
-{
-    QTest::addColumn<QSize>("size");
-    for (const CoverSize &size : CoverSize::presets()) {
-        QTest::newRow(qPrintable(size.name))
-            << QSize(static_cast<int>(size.width), static_cast<int>(size.height)) / 8;
-    }
-}
-
-void DoubleClickTest::theWayBackFromAResultKeepsTheForm()
-{
-    QFETCH(const QSize, size);
-    GenerateScreen screen{GenerateScreen::answerWithPicture(size)};
-    const QStringList chosen = chosenOptions(screen.window);
-    screen.generate(u"标题"_s);
-    QTRY_VERIFY(screen.shows(u"返回表单"_s));
-    doubleClick(screen.window, centerOf(screen.find(u"返回表单"_s)));
-    QTRY_VERIFY(screen.generateButton() != nullptr);
-    QCOMPARE(chosenOptions(screen.window), chosen);
-    QCOMPARE(screen.panels.referencePanelCount(), 0);
-}
-
-void DoubleClickTest::openHistory(HistoryScreen &screen)
-{
-    constexpr int covers = 16;
-    screen.addCovers(covers);
-    // So large that tiles lie below all of the preview.
-    screen.open({1400, 1080});
-}
-
-namespace
-{
 
 /// Where something of the preview lies when it is open. It is closed afterwards.
 QPoint placeInPreview(HistoryScreen &screen, const QString &name)
@@ -111,74 +50,106 @@ bool scrollTileUnder(HistoryScreen &screen, QPoint place)
 
 } // namespace
 
-void DoubleClickTest::aTileOpensThePreviewAndPressesNoneOfItsButtons_data()
+/// Where a click exchanges what lies under the pointer, the second click of a double click does nothing.
+class DoubleClickTest final : public QObject
 {
-    QTest::addColumn<QString>("below");
-    for (const QString &name : {u"保存图片"_s, u"关闭预览"_s, u"关闭"_s}) {
-        QTest::newRow(qPrintable(name)) << name;
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { qApp->installEventFilter(&m_filter); }
+
+    void goingBackFromAResultKeepsTheForm_data()
+    {
+        QTest::addColumn<QSize>("size");
+        for (const CoverSize &size : CoverSize::presets()) {
+            QTest::newRow(qPrintable(size.name))
+                << QSize(static_cast<int>(size.width), static_cast<int>(size.height)) / 8;
+        }
     }
-}
 
-void DoubleClickTest::aTileOpensThePreviewAndPressesNoneOfItsButtons()
-{
-    QFETCH(const QString, below);
-    HistoryScreen screen;
-    openHistory(screen);
-    const QPoint place = placeInPreview(screen, below);
-    QVERIFY(scrollTileUnder(screen, place));
-    doubleClick(screen.window, place);
-    QVERIFY(HistoryScreen::preview() != nullptr);
-    QCOMPARE(screen.panels.proposedNames(), QStringList{});
-}
-
-void DoubleClickTest::aSlowSecondClickPressesTheButtonOfThePreview()
-{
-    HistoryScreen screen;
-    openHistory(screen);
-    const QPoint place = placeInPreview(screen, u"保存图片"_s);
-    QVERIFY(scrollTileUnder(screen, place));
-    for (int count = 0; count < 2; ++count) {
-        // Between the two lies more than the interval of a double click.
-        QTest::mouseClick(screen.window.windowHandle(), Qt::LeftButton, {}, place);
+    void goingBackFromAResultKeepsTheForm()
+    {
+        QFETCH(const QSize, size);
+        GenerateScreen screen{GenerateScreen::respondWithPicture(size)};
+        const QStringList chosen = chosenOptions(screen.window);
+        screen.generate(u"标题"_s);
+        QTRY_VERIFY(screen.shows(texts::back));
+        doubleClick(screen.window, centerOf(screen.find(texts::back)));
+        QTRY_VERIFY(screen.generateButton() != nullptr);
+        QCOMPARE(chosenOptions(screen.window), chosen);
+        QCOMPARE(screen.panels.referencePanelCount(), 0);
     }
-    QCOMPARE(screen.panels.proposedNames().size(), 1);
-}
 
-void DoubleClickTest::closingThePreviewOpensNoOther_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::newRow("button") << u"关闭预览"_s;
-    QTest::newRow("symbol") << u"关闭"_s;
-}
+    void aTileOpensThePreviewAndPressesNoneOfItsButtons_data()
+    {
+        QTest::addColumn<QString>("below");
+        for (const QString &name : {texts::savePicture, texts::closePreview, texts::close}) {
+            QTest::newRow(qPrintable(name)) << name;
+        }
+    }
 
-void DoubleClickTest::closingThePreviewOpensNoOther()
-{
-    QFETCH(const QString, name);
-    HistoryScreen screen;
-    openHistory(screen);
-    const QPoint place = placeInPreview(screen, name);
-    QVERIFY(scrollTileUnder(screen, place));
-    screen.clickTile(0);
-    doubleClick(screen.window, place);
-    QVERIFY(HistoryScreen::preview() == nullptr);
-}
+    void aTileOpensThePreviewAndPressesNoneOfItsButtons()
+    {
+        QFETCH(const QString, below);
+        HistoryScreen screen;
+        openHistory(screen);
+        const QPoint place = placeInPreview(screen, below);
+        QVERIFY(scrollTileUnder(screen, place));
+        doubleClick(screen.window, place);
+        QVERIFY(HistoryScreen::preview() != nullptr);
+        QCOMPARE(screen.panels.proposedNames(), QStringList{});
+    }
 
-void DoubleClickTest::closingTheAlertPressesNothingBelow()
-{
-    QWidget window;
-    int clicks = 0;
-    auto *below = new QPushButton{&window};
-    connect(below, &QPushButton::clicked, this, [&clicks] { ++clicks; });
-    showWindow(window, {1000, 700});
-    below->setGeometry(window.rect());
-    AlertPanel::open(u"已保存"_s, {}, u"好的"_s, &window);
-    doubleClick(window, centerOf(accessible::find(openSheet(), u"好的"_s)));
-    QTRY_VERIFY(openSheet() == nullptr);
-    QCOMPARE(clicks, 0);
-}
+    void closingThePreviewOpensNoOther_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("button") << texts::closePreview;
+        QTest::newRow("symbol") << texts::close;
+    }
 
-int main(int argc, char **argv)
-{
-    return runScreenTest<DoubleClickTest>(argc, argv);
-}
+    void closingThePreviewOpensNoOther()
+    {
+        QFETCH(const QString, name);
+        HistoryScreen screen;
+        openHistory(screen);
+        const QPoint place = placeInPreview(screen, name);
+        QVERIFY(scrollTileUnder(screen, place));
+        screen.clickTile(0);
+        doubleClick(screen.window, place);
+        QVERIFY(HistoryScreen::preview() == nullptr);
+    }
+
+    void closingTheAlertPressesNothingBelow()
+    {
+        QWidget window;
+        int clicks = 0;
+        auto *below = new QPushButton{&window};
+        connect(below, &QPushButton::clicked, this, [&clicks] { ++clicks; });
+        showWindow(window, {1000, 700});
+        below->setGeometry(window.rect());
+        AlertDialog::open(texts::saved, {}, texts::confirm, &window);
+        doubleClick(window, centerOf(accessible::find(openSheet(), texts::confirm)));
+        QTRY_VERIFY(openSheet() == nullptr);
+        QCOMPARE(clicks, 0);
+    }
+
+private:
+    static void doubleClick(QWidget &window, QPoint position)
+    {
+        QTest::mouseDClick(window.windowHandle(), Qt::LeftButton, {}, position);
+    }
+    static QPoint centerOf(QWidget *widget) { return placement::inWindow(widget).center(); }
+
+    static void openHistory(HistoryScreen &screen)
+    {
+        constexpr int covers = 16;
+        screen.addCovers(covers);
+        // So large that tiles lie below all of the preview.
+        screen.open({1400, 1080});
+    }
+
+    ClickFilter m_filter;
+};
+
+QUILMORA_TEST(DoubleClickTest, runScreenTest)
 #include "DoubleClickTest.moc"

@@ -1,15 +1,16 @@
 #include "app/NavTabButton.h"
-#include "screens/common/ActionButton.h"
-#include "screens/common/GradientButton.h"
-#include "screens/common/PaintedButton.h"
 #include "screens/generate/DisclosureHeader.h"
 #include "screens/generate/EmotionChip.h"
 #include "screens/generate/GenerateButton.h"
 #include "screens/generate/SizeCard.h"
-#include "screens/generate/UploadFace.h"
+#include "screens/generate/UploadButton.h"
 #include "support/SamplePictures.h"
 #include "support/ScreenCapture.h"
 #include "support/ScreenTest.h"
+#include "support/Texts.h"
+#include "ui/widgets/ActionButton.h"
+#include "ui/widgets/GradientButton.h"
+#include "ui/widgets/PaintedButton.h"
 
 #include <QLineEdit>
 #include <QPainter>
@@ -31,14 +32,15 @@ using Make = std::function<PaintedButton *(QWidget *)>;
 Make action(ActionButton::Kind kind)
 {
     return [kind](QWidget *parent) {
-        return new ActionButton{u"xmark.circle"_s, u"移除"_s, {kind, 13, QFont::Normal, 6, {12, 6}}, parent};
+        return new ActionButton{
+            u"xmark.circle"_s, texts::remove, {kind, 13, QFont::Normal, 6, {12, 6}}, parent};
     };
 }
 
 Make upload(const QImage &picture)
 {
     return [picture](QWidget *parent) {
-        auto *face = new UploadFace{u"人脸形象（必填）"_s, u"square.and.arrow.up"_s, parent};
+        auto *face = new UploadButton{texts::facePhoto, u"square.and.arrow.up"_s, parent};
         face->setImage(picture, u"photo.png"_s);
         return face;
     };
@@ -84,203 +86,188 @@ class FocusRingTest final : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup() { window.reset(); }
-    void theFocusShowsAlongTheEdge_data() { addButtons(); }
-    void theFocusShowsAlongTheEdge();
-    void theRingIsTwoWholePixelsWide_data() { addButtons(); }
-    void theRingIsTwoWholePixelsWide();
-    void aClickLeavesNoRing_data() { addButtons(); }
-    void aClickLeavesNoRing();
-    void focusFromTheProgramShowsAfterAKeyOnly_data() { addButtons(); }
-    void focusFromTheProgramShowsAfterAKeyOnly();
-    void aMenuLeavesTheRingAsItWas_data() { addButtons(); }
-    void aMenuLeavesTheRingAsItWas();
-    void aWindowThatComesBackShowsTheFocusAsTheUserWorks();
-
-private:
-    static void addButtons();
-    PaintedButton *make();
-
-    std::unique_ptr<QWidget> window;
-    QLineEdit *other = nullptr;
-};
-
-void FocusRingTest::init()
-{
-    window = std::make_unique<QWidget>();
-    auto *column = new QVBoxLayout{window.get()};
-    other = new QLineEdit{window.get()};
-    column->addWidget(other);
-    column->addStretch();
-    showWindow(*window, {500, 400});
-}
-
-void FocusRingTest::addButtons()
-{
-    QTest::addColumn<Make>("build");
-    QTest::newRow("bordered") << action(ActionButton::Kind::bordered);
-    QTest::newRow("prominent") << action(ActionButton::Kind::prominent);
-    QTest::newRow("plain red") << action(ActionButton::Kind::plainRed);
-    QTest::newRow("gradient") << Make{[](QWidget *parent) {
-        return new GradientButton{u"arrow.counterclockwise"_s, u"返回表单"_s, 0.25, parent};
-    }};
-    QTest::newRow("disclosure") << Make{[](QWidget *parent) {
-        return new DisclosureHeader{u"gearshape"_s, u"高级选项"_s, true, parent};
-    }};
-    QTest::newRow("generate") << Make{[](QWidget *parent) {
-        return new GenerateButton{parent};
-    }};
-    QTest::newRow("upload, empty") << upload({});
-    QTest::newRow("upload, narrow picture") << upload(samplePictures::picture({60, 80}));
-    QTest::newRow("upload, wide picture") << upload(samplePictures::picture({800, 140}));
-    for (const bool checked : {true, false}) {
-        const char *state = checked ? "checked" : "not checked";
-        QTest::addRow("size card, %s", state) << option<SizeCard>(CoverSize::presets().first(), checked);
-        QTest::addRow("expression chip, %s", state) << option<EmotionChip>(u"震惊"_s, checked);
-        QTest::addRow("tab, %s", state)
-            << option<NavTabButton>(NavigationTab{NavigationTab::settings}, checked);
+    void init()
+    {
+        m_window = std::make_unique<QWidget>();
+        auto *column = new QVBoxLayout{m_window.get()};
+        m_other = new QLineEdit{m_window.get()};
+        column->addWidget(m_other);
+        column->addStretch();
+        showWindow(*m_window, {500, 400});
     }
-}
 
-PaintedButton *FocusRingTest::make()
-{
-    QFETCH(const Make, build);
-    PaintedButton *button = build(window.get());
-    window->layout()->addWidget(button);
-    // Hovering looks otherwise.
-    QTest::mouseMove(window->windowHandle(), {1, 1});
-    QCoreApplication::processEvents();
-    return button;
-}
+    void cleanup() { m_window.reset(); }
+    void theFocusShowsAlongTheEdge_data() { addButtons(); }
 
-void FocusRingTest::theFocusShowsAlongTheEdge()
-{
-    PaintedButton *button = make();
-    QVERIFY(QTest::qWaitFor([button] { return button->isVisible(); }));
-    other->setFocus();
-    const QImage without = screenCapture::capture(button);
-    for (const auto reason : {Qt::TabFocusReason, Qt::BacktabFocusReason}) {
-        button->setFocus(reason);
-        QVERIFY(button->showsFocus());
-        const Difference shown = difference(without, screenCapture::capture(button));
-        QVERIFY2(shown.atTheEdge > button->width() && shown.inside < shown.atTheEdge / 2,
-                 qPrintable(u"%1 at the edge, %2 inside"_s.arg(shown.atTheEdge).arg(shown.inside)));
-        other->setFocus();
+    void theFocusShowsAlongTheEdge()
+    {
+        PaintedButton *button = make();
+        QVERIFY(QTest::qWaitFor([button] { return button->isVisible(); }));
+        m_other->setFocus();
+        const QImage without = screenCapture::capture(button);
+        for (const auto reason : {Qt::TabFocusReason, Qt::BacktabFocusReason}) {
+            button->setFocus(reason);
+            QVERIFY(button->showsFocus());
+            const Difference shown = difference(without, screenCapture::capture(button));
+            QVERIFY2(shown.atTheEdge > button->width() && shown.inside < shown.atTheEdge / 2,
+                     qPrintable(u"%1 at the edge, %2 inside"_s.arg(shown.atTheEdge).arg(shown.inside)));
+            m_other->setFocus();
+            QVERIFY(!button->showsFocus());
+            QCOMPARE(screenCapture::capture(button), without);
+        }
+    }
+
+    void theRingIsTwoWholePixelsWide_data() { addButtons(); }
+
+    void theRingIsTwoWholePixelsWide()
+    {
+        PaintedButton *button = make();
+        QVERIFY(QTest::qWaitFor([button] { return button->isVisible(); }));
+        for (const int ratio : {1, 2}) {
+            const auto onWhite = [&] {
+                const QImage seen = screenCapture::capture(button, ratio);
+                QImage picture{seen.size(), QImage::Format_RGB32};
+                picture.fill(Qt::white);
+                QPainter{&picture}.drawImage(picture.rect(), seen);
+                return picture;
+            };
+            m_other->setFocus();
+            const QImage without = onWhite();
+            button->setFocus(Qt::TabFocusReason);
+            const QImage with = onWhite();
+            const int middle = with.width() / 2;
+            const int width = 2 * ratio;
+            const QColor ring = with.pixelColor(middle, width - 1);
+            QVERIFY(!screenCapture::isClose(ring, without.pixelColor(middle, width - 1), 24));
+            for (int y = 0; y < width; ++y) {
+                // The border and what it lies on shine through a little.
+                const QColor there = with.pixelColor(middle, y);
+                QVERIFY2(screenCapture::isClose(there, ring, 24),
+                         qPrintable(u"%1: %2"_s.arg(y).arg(screenCapture::text(there))));
+            }
+            QVERIFY(
+                screenCapture::isClose(with.pixelColor(middle, width), without.pixelColor(middle, width), 8));
+        }
+    }
+
+    void aClickLeavesNoRing_data() { addButtons(); }
+
+    void aClickLeavesNoRing()
+    {
+        PaintedButton *button = make();
+        button->setCheckable(false);
+        // As the tabs and options are when they are not checked.
+        button->setFocusPolicy(Qt::StrongFocus);
+        m_other->setFocus();
+        QTest::keyClick(m_other, Qt::Key_A);
+        QTest::mousePress(button, Qt::LeftButton);
+        QVERIFY(button->hasFocus());
         QVERIFY(!button->showsFocus());
+        QTest::mouseRelease(button, Qt::LeftButton);
+        button->clearFocus();
+        const QImage without = screenCapture::capture(button);
+        button->setFocus(Qt::MouseFocusReason);
         QCOMPARE(screenCapture::capture(button), without);
     }
-}
 
-void FocusRingTest::theRingIsTwoWholePixelsWide()
-{
-    PaintedButton *button = make();
-    QVERIFY(QTest::qWaitFor([button] { return button->isVisible(); }));
-    for (const int ratio : {1, 2}) {
-        const auto onWhite = [&] {
-            const QImage seen = screenCapture::capture(button, ratio);
-            QImage picture{seen.size(), QImage::Format_RGB32};
-            picture.fill(Qt::white);
-            QPainter{&picture}.drawImage(picture.rect(), seen);
-            return picture;
-        };
-        other->setFocus();
-        const QImage without = onWhite();
-        button->setFocus(Qt::TabFocusReason);
-        const QImage with = onWhite();
-        const int middle = with.width() / 2;
-        const int width = 2 * ratio;
-        const QColor ring = with.pixelColor(middle, width - 1);
-        QVERIFY(!screenCapture::isClose(ring, without.pixelColor(middle, width - 1), 24));
-        for (int y = 0; y < width; ++y) {
-            // The border and what it lies on shine through a little.
-            const QColor there = with.pixelColor(middle, y);
-            QVERIFY2(screenCapture::isClose(there, ring, 24),
-                     qPrintable(u"%1: %2"_s.arg(y).arg(screenCapture::text(there))));
+    void focusFromTheProgramShowsAfterAKeyOnly_data() { addButtons(); }
+
+    void focusFromTheProgramShowsAfterAKeyOnly()
+    {
+        PaintedButton *button = make();
+        const QList<std::pair<Qt::Key, bool>> keys{
+            {Qt::Key_unknown, false}, {Qt::Key_Alt, false}, {Qt::Key_A, true}};
+        for (const auto &[key, shows] : keys) {
+            click(m_other);
+            if (key != Qt::Key_unknown) {
+                QTest::keyClick(m_other, key);
+            }
+            button->setFocus(Qt::OtherFocusReason);
+            QVERIFY(button->hasFocus());
+            QCOMPARE(button->showsFocus(), shows);
         }
-        QVERIFY(screenCapture::isClose(with.pixelColor(middle, width), without.pixelColor(middle, width), 8));
-    }
-}
-
-void FocusRingTest::aClickLeavesNoRing()
-{
-    PaintedButton *button = make();
-    button->setCheckable(false);
-    // As the tabs and options are when they are not checked.
-    button->setFocusPolicy(Qt::StrongFocus);
-    other->setFocus();
-    QTest::keyClick(other, Qt::Key_A);
-    QTest::mousePress(button, Qt::LeftButton);
-    QVERIFY(button->hasFocus());
-    QVERIFY(!button->showsFocus());
-    QTest::mouseRelease(button, Qt::LeftButton);
-    button->clearFocus();
-    const QImage without = screenCapture::capture(button);
-    button->setFocus(Qt::MouseFocusReason);
-    QCOMPARE(screenCapture::capture(button), without);
-}
-
-void FocusRingTest::focusFromTheProgramShowsAfterAKeyOnly()
-{
-    PaintedButton *button = make();
-    click(other);
-    button->setFocus(Qt::OtherFocusReason);
-    QVERIFY(button->hasFocus());
-    QVERIFY(!button->showsFocus());
-    click(other);
-    QTest::keyClick(other, Qt::Key_Alt);
-    button->setFocus(Qt::OtherFocusReason);
-    QVERIFY(!button->showsFocus());
-    click(other);
-    QTest::keyClick(other, Qt::Key_A);
-    button->setFocus(Qt::OtherFocusReason);
-    QVERIFY(button->showsFocus());
-}
-
-void FocusRingTest::aMenuLeavesTheRingAsItWas()
-{
-    PaintedButton *button = make();
-    click(other);
-    button->setFocus(Qt::OtherFocusReason);
-    other->setFocus(Qt::PopupFocusReason);
-    QTest::keyClick(other, Qt::Key_Escape);
-    button->setFocus(Qt::PopupFocusReason);
-    QVERIFY(!button->showsFocus());
-    other->setFocus();
-    button->setFocus(Qt::TabFocusReason);
-    other->setFocus(Qt::PopupFocusReason);
-    click(other);
-    button->setFocus(Qt::PopupFocusReason);
-    QVERIFY(button->showsFocus());
-}
-
-void FocusRingTest::aWindowThatComesBackShowsTheFocusAsTheUserWorks()
-{
-    auto *button = new GenerateButton{window.get()};
-    window->layout()->addWidget(button);
-    QCoreApplication::processEvents();
-    QWidget second;
-    for (const bool byKeyboard : {false, true}) {
-        click(button);
-        QVERIFY(!button->showsFocus());
-        showWindow(second, {100, 100});
-        if (byKeyboard) {
-            QTest::keyClick(&second, Qt::Key_A);
-        } else {
-            click(&second);
+        // A menu leaves it as it was, whatever was pressed there.
+        for (const bool shows : {true, false}) {
+            click(m_other);
+            button->setFocus(shows ? Qt::TabFocusReason : Qt::OtherFocusReason);
+            m_other->setFocus(Qt::PopupFocusReason);
+            if (shows) {
+                click(m_other);
+            } else {
+                QTest::keyClick(m_other, Qt::Key_Escape);
+            }
+            button->setFocus(Qt::PopupFocusReason);
+            QCOMPARE(button->showsFocus(), shows);
         }
-        second.hide();
-        window->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(window.get()));
-        QTRY_VERIFY(button->hasFocus());
-        QCOMPARE(button->showsFocus(), byKeyboard);
-        other->setFocus();
     }
-}
 
-int main(int argc, char *argv[])
-{
-    return runScreenTest<FocusRingTest>(argc, argv);
-}
+    void aWindowThatComesBackShowsTheFocusAsTheUserWorks()
+    {
+        auto *button = new GenerateButton{m_window.get()};
+        m_window->layout()->addWidget(button);
+        QCoreApplication::processEvents();
+        QWidget second;
+        for (const bool byKeyboard : {false, true}) {
+            click(button);
+            QVERIFY(!button->showsFocus());
+            showWindow(second, {100, 100});
+            if (byKeyboard) {
+                QTest::keyClick(&second, Qt::Key_A);
+            } else {
+                click(&second);
+            }
+            second.hide();
+            m_window->activateWindow();
+            QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+            QTRY_VERIFY(button->hasFocus());
+            QCOMPARE(button->showsFocus(), byKeyboard);
+            m_other->setFocus();
+        }
+    }
+
+private:
+    static void addButtons()
+    {
+        QTest::addColumn<Make>("build");
+        QTest::newRow("bordered") << action(ActionButton::Kind::bordered);
+        QTest::newRow("prominent") << action(ActionButton::Kind::prominent);
+        QTest::newRow("plain") << action(ActionButton::Kind::plain);
+        QTest::newRow("gradient") << Make{[](QWidget *parent) {
+            return new GradientButton{u"arrow.counterclockwise"_s, texts::back, 0.25, parent};
+        }};
+        QTest::newRow("disclosure") << Make{[](QWidget *parent) {
+            return new DisclosureHeader{u"gearshape"_s, texts::advancedOptions, true, parent};
+        }};
+        QTest::newRow("generate") << Make{[](QWidget *parent) {
+            return new GenerateButton{parent};
+        }};
+        QTest::newRow("upload, empty") << upload({});
+        QTest::newRow("upload, narrow picture") << upload(samplePictures::picture({60, 80}));
+        QTest::newRow("upload, wide picture") << upload(samplePictures::picture({800, 140}));
+        for (const bool checked : {true, false}) {
+            const char *state = checked ? "checked" : "not checked";
+            QTest::addRow("size card, %s", state) << option<SizeCard>(CoverSize::presets().first(), checked);
+            QTest::addRow("expression chip, %s", state) << option<EmotionChip>(u"震惊"_s, checked);
+            QTest::addRow("tab, %s", state)
+                << option<NavTabButton>(NavigationTab{NavigationTab::settings}, checked);
+        }
+    }
+
+    PaintedButton *make()
+    {
+        QFETCH(const Make, build);
+        PaintedButton *button = build(m_window.get());
+        m_window->layout()->addWidget(button);
+        // Hovering looks otherwise.
+        QTest::mouseMove(m_window->windowHandle(), {1, 1});
+        QCoreApplication::processEvents();
+        return button;
+    }
+
+    std::unique_ptr<QWidget> m_window;
+    QLineEdit *m_other = nullptr;
+};
+
+QUILMORA_TEST(FocusRingTest, runScreenTest)
 
 #include "FocusRingTest.moc"

@@ -7,9 +7,10 @@
 #include "store/DatabaseManager.h"
 #include "support/AccessibleFinder.h"
 #include "support/ChildProcess.h"
-#include "support/DatabaseHolder.h"
+#include "support/DatabaseLocker.h"
 #include "support/ScreenTest.h"
 #include "support/TemporaryHome.h"
+#include "support/Texts.h"
 
 #include <QDir>
 #include <QLineEdit>
@@ -37,58 +38,52 @@ QString databaseIn(const TemporaryHome &home)
     return home.path(u".local/share/Quilmora/quilmora.db"_s);
 }
 
-void replaceDatabase(const TemporaryHome &home, const std::function<void(const QString &path)> &make)
-{
-    QFile::remove(databaseIn(home));
-    make(databaseIn(home));
-}
-
 /// The application in this process, worked by its window as a user does.
 class WorkedWindow final
 {
 public:
-    WorkedWindow(int &argc, char **argv) : application{argc, argv} { application.openMainWindow(); }
+    WorkedWindow(int &argc, char **argv) : m_application{argc, argv} { m_application.openMainWindow(); }
 
-    bool isOpen() { return QTest::qWaitForWindowActive(application.mainWindow()); }
+    bool isOpen() { return QTest::qWaitForWindowActive(m_application.mainWindow()); }
 
     void saveSettings(const QString &address)
     {
-        select(u"功能设置"_s);
-        typeInto(field(u"API URL"_s), address);
-        typeInto(field(u"API Key"_s), u"key"_s);
-        click(find(u"保存设置"_s));
-        wait([this] { return find(u"好的"_s) != nullptr; });
-        click(find(u"好的"_s));
-        wait([this] { return find(u"好的"_s) == nullptr; });
+        select(NavigationTab::settings);
+        typeInto(field(texts::apiURL), address);
+        typeInto(field(texts::apiKey), u"key"_s);
+        click(find(texts::saveSettings));
+        wait([this] { return find(texts::confirm) != nullptr; });
+        click(find(texts::confirm));
+        wait([this] { return find(texts::confirm) == nullptr; });
     }
 
     /// Gives the title of the outcome.
     QString makeCover()
     {
-        select(u"生成封面"_s);
-        typeInto(field(u"视频封面标题文本"_s), u"标题"_s);
-        click(find(u"开始生成封面"_s));
-        wait([this] { return find(u"生成成功"_s) != nullptr || find(u"生成失败"_s) != nullptr; });
-        return find(u"生成成功"_s) != nullptr ? u"生成成功"_s : u"生成失败"_s;
+        select(NavigationTab::generate);
+        typeInto(field(texts::title), u"标题"_s);
+        click(find(texts::start));
+        wait([this] { return find(texts::succeeded) != nullptr || find(texts::failed) != nullptr; });
+        return find(texts::succeeded) != nullptr ? texts::succeeded : texts::failed;
     }
 
     int coversInHistory()
     {
-        select(u"已生成列表"_s);
-        const auto *grid = application.mainWindow()->findChild<HistoryGrid *>();
+        select(NavigationTab::history);
+        const auto *grid = m_application.mainWindow()->findChild<HistoryGrid *>();
         return grid == nullptr ? 0 : grid->model()->rowCount();
     }
 
     bool helps()
     {
-        select(u"帮助说明"_s);
+        select(NavigationTab::help);
         return find(u"版本号：1.0.0"_s) != nullptr;
     }
 
 private:
-    void select(const QString &tab)
+    void select(NavigationTab tab)
     {
-        click(accessible::find<NavTabButton>(application.mainWindow(), tab));
+        click(accessible::find<NavTabButton>(m_application.mainWindow(), tab.rawValue()));
         QCoreApplication::processEvents();
     }
     QWidget *find(const QString &name)
@@ -102,7 +97,7 @@ private:
     }
     QLineEdit *field(const QString &name)
     {
-        return accessible::find<QLineEdit>(application.mainWindow(), name);
+        return accessible::find<QLineEdit>(m_application.mainWindow(), name);
     }
     static void wait(const std::function<bool()> &isSo)
     {
@@ -111,8 +106,16 @@ private:
         }
     }
 
-    QuilmoraApp application;
+    QuilmoraApp m_application;
 };
+
+/// Without an application: each copy of the process makes one of its own.
+template <typename Test>
+int runInApplication(int argc, char **argv)
+{
+    Test test{argc, argv};
+    return QTest::qExec(&test, argc, argv);
+}
 
 } // namespace
 
@@ -124,121 +127,120 @@ class StoreFaultsWindowTest final : public QObject
     Q_OBJECT
 
 public:
-    StoreFaultsWindowTest(int &theCount, char **theArguments)
-        : argumentCount{theCount},
-          arguments{theArguments}
-    {
-    }
+    StoreFaultsWindowTest(int &count, char **arguments) : m_argumentCount{count}, m_arguments{arguments} {}
 
 private Q_SLOTS:
-    void theWindowStaysUsable_data();
-    void theWindowStaysUsable();
+    void theWindowStaysUsable_data()
+    {
+        QTest::addColumn<Fault>("before");  ///< The first window.
+        QTest::addColumn<Fault>("running"); ///< Once the settings were saved.
+        QTest::addColumn<QByteArray>("lines");
+        QTest::addColumn<QByteArray>("outcome");
+        const QByteArray made{"生成成功, 1 covers\n"};
+        const QByteArray madeButLost{"生成成功, 0 covers\n"};
+        const QByteArray refused{"生成失败, 0 covers\n"};
+        const auto atStart = [](const char *name, const Fault &fault, const QByteArray &lines,
+                                const QByteArray &outcome) {
+            QTest::newRow(name) << fault << none << lines << outcome;
+        };
+        const auto later = [](const char *name, const Fault &fault, const QByteArray &lines,
+                              const QByteArray &outcome) {
+            QTest::newRow(name) << none << fault << lines << outcome;
+        };
+        const Fault removeDatabase = [](const TemporaryHome &home) {
+            QFile::remove(databaseIn(home));
+        };
+        const Fault removePictures = [](const TemporaryHome &home) {
+            QDir{home.path(u"Pictures"_s)}.removeRecursively();
+        };
+        const auto replaceDatabase = [=](const std::function<void(const QString &)> &make) {
+            return Fault{[=](const TemporaryHome &home) {
+                removeDatabase(home);
+                make(databaseIn(home));
+            }};
+        };
+        atStart("no fault", none, {}, made);
+        atStart("no database", removeDatabase, {}, made);
+        atStart("an empty database",
+                replaceDatabase([](const QString &path) { samplePictures::write(path, {}); }), {}, made);
+        atStart("a folder", replaceDatabase([](const QString &path) { QDir{}.mkpath(path); }),
+                "无法打开数据库: ", refused);
+        atStart("a pipe", replaceDatabase([](const QString &path) {
+                    if (mkfifo(QFile::encodeName(path).constData(), 0600) != 0) {
+                        qFatal("Cannot make a pipe");
+                    }
+                }),
+                "无法打开数据库: ", refused);
+        atStart("another program's file", replaceDatabase([](const QString &path) {
+                    samplePictures::write(path, QByteArray(3000, 'x'));
+                }),
+                QByteArray{"SQL 错误: file is not a database\n"}.repeated(4), refused);
+        later("a database that goes", removeDatabase, "SQL 错误: attempt to write a readonly database\n",
+              madeButLost);
+        later(
+            "a database that another program holds for a second",
+            [](const TemporaryHome &home) {
+                // Goes with the copy of the process in which it is made.
+                static const DatabaseLocker holder{databaseIn(home), DatabaseLocker::Lock::exclusive,
+                                                   std::chrono::seconds{1}};
+            },
+            {}, made);
+        later("a folder of covers that goes", removePictures, "保存图片失败: 此文件或目录不存在\n",
+              madeButLost);
+        atStart("no folder of covers", removePictures, {}, made);
+        atStart(
+            "a file in the place of the folder of covers",
+            [removePictures](const TemporaryHome &home) {
+                removePictures(home);
+                samplePictures::write(home.path(u"Pictures"_s), "somebody's");
+            },
+            "保存图片失败: ", madeButLost);
+    }
+
+    void theWindowStaysUsable()
+    {
+        QFETCH(const Fault, before);
+        QFETCH(const Fault, running);
+        QFETCH(const QByteArray, lines);
+        QFETCH(const QByteArray, outcome);
+        const TemporaryHome home;
+        {
+            const DatabaseManager former{QFileInfo{databaseIn(home)}.path(), coversFolder::path()};
+        }
+        QDir{}.mkpath(coversFolder::path());
+        before(home);
+        const auto copy = childProcess::run([&] {
+            WorkedWindow window{m_argumentCount, m_arguments};
+            if (!window.isOpen()) {
+                _exit(1);
+            }
+            ScriptedHttpServer server{[](const ReceivedRequest &) {
+                return ScriptedResponse::whole(pictureAnswer());
+            }};
+            window.saveSettings(server.url().toString());
+            running(home);
+            const QString title = window.makeCover();
+            const int covers = window.coversInHistory();
+            std::printf("%s, %d covers\n", qPrintable(title), covers);
+            std::fflush(stdout);
+            _exit(window.helps() ? 0 : 2);
+        });
+        QCOMPARE(copy.signal, 0);
+        QCOMPARE(copy.exitCode, 0);
+        // Where the line ends with a path or with the system's words, those are left to the tests of the
+        // store.
+        QVERIFY2(copy.standardOutput.startsWith(lines) && copy.standardOutput.endsWith(outcome),
+                 copy.standardOutput.constData());
+        const qsizetype rest = copy.standardOutput.size() - lines.size() - outcome.size();
+        QVERIFY2(lines.endsWith('\n') || lines.isEmpty() ? rest == 0 : copy.standardOutput.count('\n') == 2,
+                 copy.standardOutput.constData());
+    }
 
 private:
-    int &argumentCount;
-    char **const arguments;
+    int &m_argumentCount;
+    char **const m_arguments;
 };
 
-void StoreFaultsWindowTest::theWindowStaysUsable_data()
-{
-    QTest::addColumn<Fault>("before");  ///< The first window.
-    QTest::addColumn<Fault>("running"); ///< Once the settings were saved.
-    QTest::addColumn<QByteArray>("lines");
-    QTest::addColumn<QByteArray>("outcome");
-    const QByteArray made{"生成成功, 1 covers\n"};
-    const QByteArray madeButLost{"生成成功, 0 covers\n"};
-    const QByteArray refused{"生成失败, 0 covers\n"};
-    QTest::newRow("no fault") << none << none << QByteArray{} << made;
-    QTest::newRow("no database") << Fault{[](const TemporaryHome &home) {
-        replaceDatabase(home, [](auto) {});
-    }} << none << QByteArray{} << made;
-    QTest::newRow("an empty database") << Fault{[](const TemporaryHome &home) {
-        replaceDatabase(home, [](const QString &path) { samplePictures::write(path, {}); });
-    }} << none << QByteArray{} << made;
-    QTest::newRow("a folder") << Fault{[](const TemporaryHome &home) {
-        replaceDatabase(home, [](const QString &path) { QDir{}.mkpath(path); });
-    }} << none << QByteArray{"无法打开数据库: "}
-                              << refused;
-    QTest::newRow("a pipe") << Fault{[](const TemporaryHome &home) {
-        replaceDatabase(home, [](const QString &path) {
-            if (mkfifo(QFile::encodeName(path).constData(), 0600) != 0) {
-                qFatal("Cannot make a pipe");
-            }
-        });
-    }} << none << QByteArray{"无法打开数据库: "}
-                            << refused;
-    QTest::newRow("another program's file") << Fault{[](const TemporaryHome &home) {
-        replaceDatabase(home,
-                        [](const QString &path) { samplePictures::write(path, QByteArray(3000, 'x')); });
-    }} << none << QByteArray{"SQL 错误: file is not a database\n"}.repeated(4)
-                                            << refused;
-    QTest::newRow("a database that goes") << none << Fault{[](const TemporaryHome &home) {
-        replaceDatabase(home, [](auto) {});
-    }} << QByteArray{"SQL 错误: attempt to write a readonly database\n"}
-                                          << madeButLost;
-    QTest::newRow("a database that another program holds for a second")
-        << none << Fault{[](const TemporaryHome &home) {
-               // Goes with the copy of the process in which it is made.
-               static const DatabaseHolder holder{databaseIn(home), DatabaseHolder::Lock::exclusive,
-                                                  std::chrono::seconds{1}};
-           }}
-        << QByteArray{} << made;
-    QTest::newRow("a folder of covers that goes") << none << Fault{[](const TemporaryHome &home) {
-        QDir{home.path(u"Pictures"_s)}.removeRecursively();
-    }} << QByteArray{"保存图片失败: 此文件或目录不存在\n"}
-                                                  << madeButLost;
-    QTest::newRow("no folder of covers") << Fault{[](const TemporaryHome &home) {
-        QDir{home.path(u"Pictures"_s)}.removeRecursively();
-    }} << none << QByteArray{} << made;
-    QTest::newRow("a file in the place of the folder of covers") << Fault{[](const TemporaryHome &home) {
-        QDir{home.path(u"Pictures"_s)}.removeRecursively();
-        samplePictures::write(home.path(u"Pictures"_s), "somebody's");
-    }} << none << QByteArray{"保存图片失败: "} << madeButLost;
-}
-
-void StoreFaultsWindowTest::theWindowStaysUsable()
-{
-    QFETCH(const Fault, before);
-    QFETCH(const Fault, running);
-    QFETCH(const QByteArray, lines);
-    QFETCH(const QByteArray, outcome);
-    const TemporaryHome home;
-    {
-        const DatabaseManager former{QFileInfo{databaseIn(home)}.path(), coversFolder::path()};
-    }
-    QDir{}.mkpath(coversFolder::path());
-    before(home);
-    const auto copy = childProcess::run([&] {
-        WorkedWindow window{argumentCount, arguments};
-        if (!window.isOpen()) {
-            _exit(1);
-        }
-        ScriptedHttpServer server{[](const ReceivedRequest &) {
-            return ScriptedAnswer::whole(pictureAnswer());
-        }};
-        window.saveSettings(server.url().toString());
-        running(home);
-        const QString title = window.makeCover();
-        const int covers = window.coversInHistory();
-        std::printf("%s, %d covers\n", qPrintable(title), covers);
-        std::fflush(stdout);
-        _exit(window.helps() ? 0 : 2);
-    });
-    QCOMPARE(copy.signal, 0);
-    QCOMPARE(copy.exitCode, 0);
-    // Where the line ends with a path or with the system's words, those are left to the tests of the store.
-    QVERIFY2(copy.standardOutput.startsWith(lines) && copy.standardOutput.endsWith(outcome),
-             copy.standardOutput.constData());
-    const qsizetype rest = copy.standardOutput.size() - lines.size() - outcome.size();
-    QVERIFY2(lines.endsWith('\n') || lines.isEmpty() ? rest == 0 : copy.standardOutput.count('\n') == 2,
-             copy.standardOutput.constData());
-}
-
-/// Without an application: each copy makes one of its own.
-int main(int argc, char *argv[])
-{
-    StoreFaultsWindowTest test{argc, argv};
-    return QTest::qExec(&test, argc, argv);
-}
+QUILMORA_TEST(StoreFaultsWindowTest, runInApplication)
 
 #include "StoreFaultsWindowTest.moc"

@@ -3,10 +3,6 @@
 #include <QRect>
 #include <QStringList>
 
-#include <memory>
-#include <vector>
-
-struct _AtspiAccessible;
 struct _AtspiEventListener;
 
 namespace quilmora::test
@@ -24,13 +20,9 @@ public:
     /// Whether something of that name is on screen, be it a control or a text.
     bool isShowing(const QString &name);
 
-    /// Whether a control of that name is on screen and can be used.
+    /// Whether a control of that name is on screen and can be used, is checked, or has the keyboard focus.
     bool isUsable(const QString &name);
-
-    /// Whether the control of that name is checked.
     bool isChecked(const QString &name);
-
-    /// Whether the control of that name has the keyboard focus.
     bool hasFocus(const QString &name);
 
     /// Where something of that name is, in points: on X11 on the screen, on Wayland within its window.
@@ -50,21 +42,11 @@ public:
 
     /// From now on keeps the texts that the applications announce by themselves as they change.
     void listen();
-    const QStringList &heard() const { return announced; }
+    const QStringList &heard() const { return m_announced; }
 
 private:
-    struct Release {
-        void operator()(_AtspiAccessible *object) const;
-    };
-    using Object = std::unique_ptr<_AtspiAccessible, Release>;
-
-    /// The shown object of that name that can do most: one that can be acted upon before a mere text.
-    Object find(const QString &name);
-    void collect(Object object, const QByteArray &name, std::vector<Object> &found);
-    void collectTexts(_AtspiAccessible *object, QStringList &texts);
-
-    QStringList announced;
-    _AtspiEventListener *listener = nullptr;
+    QStringList m_announced;
+    _AtspiEventListener *m_listener = nullptr;
 };
 
 } // namespace quilmora::test

@@ -20,12 +20,13 @@ public:
     Q_DISABLE_COPY_MOVE(ProgramOnDesktop)
     ~ProgramOnDesktop();
 
-    AccessibleDesktop &desktop() { return accessible; }
+    AccessibleDesktop &desktop() { return m_accessible; }
 
     /// Ends the program. Gives what it wrote to its standard output and standard error.
     QByteArray end();
 
-    /// Notes where the window is on the screen; it must not move afterwards. Needs the generate screen, not
+    /// Notes where the window is on the screen, and clicks into a field there until that takes the focus: the
+    /// window may still be moving as it comes. It must not move afterwards. Needs the generate screen, not
     /// covered.
     void locate();
 
@@ -33,17 +34,17 @@ public:
     QPoint centerOf(const QString &name);
 
     /// Pixels of the screen for each point.
-    double scale() const { return pixelsPerPoint; }
+    double scale() const { return m_pixelsPerPoint; }
 
     /// The colors of the light scheme by which parts of the window are found.
     static constexpr QRgb accent = 0xFF007AFF;
     static constexpr QRgb windowBackground = 0xFFECECEC;
 
 private:
-    QProcess program;
-    AccessibleDesktop accessible;
-    double pixelsPerPoint = 0;
-    QPointF origin; ///< Of the coordinates of the accessibility bus, in pixels of the screen.
+    QProcess m_program;
+    AccessibleDesktop m_accessible;
+    double m_pixelsPerPoint = 0;
+    QPointF m_origin; ///< Of the coordinates of the accessibility bus, in pixels of the screen.
 };
 
 } // namespace quilmora::test

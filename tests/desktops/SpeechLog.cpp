@@ -9,18 +9,18 @@ using namespace Qt::StringLiterals;
 namespace quilmora::test
 {
 
-SpeechLog::SpeechLog() : log{qEnvironmentVariable("QUILMORA_ORCA_LOG")}
+SpeechLog::SpeechLog() : m_log{qEnvironmentVariable("QUILMORA_ORCA_LOG")}
 {
-    if (!log.open(QIODevice::ReadOnly)) {
-        qFatal("No log of Orca: %s", qUtf8Printable(log.errorString()));
+    if (!m_log.open(QIODevice::ReadOnly)) {
+        qFatal("No log of Orca: %s", qUtf8Printable(m_log.errorString()));
     }
 }
 
 QStringList SpeechLog::spoken()
 {
-    const qint64 start = log.pos();
-    const QString text = QString::fromUtf8(log.readAll());
-    log.seek(start);
+    const qint64 start = m_log.pos();
+    const QString text = QString::fromUtf8(m_log.readAll());
+    m_log.seek(start);
     // The voice comes after the text, which may have several lines.
     static const QRegularExpression utterance{u"SPEECH OUTPUT: '(.*?)'(?: voice=\\w+)? ?\\{"_s,
                                               QRegularExpression::DotMatchesEverythingOption};
@@ -33,7 +33,7 @@ QStringList SpeechLog::spoken()
 
 void SpeechLog::forget()
 {
-    log.seek(log.size());
+    m_log.seek(m_log.size());
 }
 
 void SpeechLog::waitUntilQuiet()
@@ -42,8 +42,8 @@ void SpeechLog::waitUntilQuiet()
     qint64 size = -1;
     QElapsedTimer unchanged;
     const auto isQuiet = [&] {
-        if (log.size() != size) {
-            size = log.size();
+        if (m_log.size() != size) {
+            size = m_log.size();
             unchanged.start();
         }
         return unchanged.hasExpired(quietTime);

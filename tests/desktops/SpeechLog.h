@@ -23,7 +23,7 @@ public:
     void waitUntilQuiet();
 
 private:
-    QFile log;
+    QFile m_log;
 };
 
 } // namespace quilmora::test

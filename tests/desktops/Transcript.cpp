@@ -18,16 +18,16 @@ Transcript::Transcript(const QString &path)
     const QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
     for (const QString &line : lines) {
         if (line.startsWith(u"== "_s)) {
-            read.append({line.sliced(3), {}});
+            m_read.append({line.sliced(3), {}});
         } else if (line.startsWith(u"> "_s)) {
-            read.last().steps.append({line.sliced(2), {}});
+            m_read.last().steps.append({line.sliced(2), {}});
         } else if (!line.startsWith(u'#')) {
-            read.last().steps.last().heard.append(line);
-            known.append(line);
+            m_read.last().steps.last().heard.append(line);
+            m_known.append(line);
         }
     }
-    known.removeDuplicates();
-    std::sort(known.begin(), known.end(),
+    m_known.removeDuplicates();
+    std::sort(m_known.begin(), m_known.end(),
               [](const QString &one, const QString &other) { return one.size() > other.size(); });
 }
 
@@ -37,13 +37,13 @@ QStringList Transcript::textsIn(const QString &speech) const
     qsizetype position = 0;
     while (position < speech.size()) {
         const auto rest = QStringView{speech}.sliced(position);
-        const auto text = std::find_if(known.begin(), known.end(), [rest](const QString &candidate) {
+        const auto text = std::find_if(m_known.begin(), m_known.end(), [rest](const QString &candidate) {
             return rest.startsWith(candidate);
         });
-        if (text != known.end()) {
+        if (text != m_known.end()) {
             texts.append(*text);
         }
-        position += text != known.end() ? text->size() : 1;
+        position += text != m_known.end() ? text->size() : 1;
     }
     return texts;
 }

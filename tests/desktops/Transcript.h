@@ -19,17 +19,17 @@ public:
         QList<Step> steps;
     };
 
-    /// Reads a file in the format that OrcaTour.txt describes; the test program ends when that fails.
+    /// Reads a file in the format that OrcaDesktopTest.txt describes; the test program ends when that fails.
     explicit Transcript(const QString &path);
 
-    const QList<Chapter> &chapters() const { return read; }
+    const QList<Chapter> &chapters() const { return m_read; }
 
     /// The texts of this transcript that are in `speech`, in its order. Everything else in it is passed over.
     QStringList textsIn(const QString &speech) const;
 
 private:
-    QList<Chapter> read;
-    QStringList known; ///< All texts, the longest first.
+    QList<Chapter> m_read;
+    QStringList m_known; ///< All texts, the longest first.
 };
 
 } // namespace quilmora::test

@@ -36,32 +36,33 @@ void send(xcb_connection_t *connection, WindowManager::Window window, quint32 ma
 } // namespace
 
 WindowManager::WindowManager()
-    : connection{connected()},
-      root{xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root},
-      protocols{atom("WM_PROTOCOLS")},
-      deleteWindow{atom("WM_DELETE_WINDOW")},
-      processOfWindow{atom("_NET_WM_PID")}
+    : m_connection{connected()},
+      m_root{xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root},
+      m_protocols{atom("WM_PROTOCOLS")},
+      m_deleteWindow{atom("WM_DELETE_WINDOW")},
+      m_processOfWindow{atom("_NET_WM_PID")}
 {
 }
 
 WindowManager::~WindowManager()
 {
-    xcb_disconnect(connection);
+    xcb_disconnect(m_connection);
 }
 
 quint32 WindowManager::atom(const char *name) const
 {
     const Owned<xcb_intern_atom_reply_t> reply{xcb_intern_atom_reply(
-        connection, xcb_intern_atom(connection, 0, static_cast<quint16>(std::strlen(name)), name), nullptr)};
+        m_connection, xcb_intern_atom(m_connection, 0, static_cast<quint16>(std::strlen(name)), name),
+        nullptr)};
     return reply == nullptr ? quint32{XCB_ATOM_NONE} : reply->atom;
 }
 
 bool WindowManager::belongsTo(Window window, qint64 process) const
 {
-    const Owned<xcb_get_window_attributes_reply_t> attributes{
-        xcb_get_window_attributes_reply(connection, xcb_get_window_attributes(connection, window), nullptr)};
+    const Owned<xcb_get_window_attributes_reply_t> attributes{xcb_get_window_attributes_reply(
+        m_connection, xcb_get_window_attributes(m_connection, window), nullptr)};
     const Owned<xcb_get_property_reply_t> owner{xcb_get_property_reply(
-        connection, xcb_get_property(connection, 0, window, processOfWindow, XCB_ATOM_CARDINAL, 0, 1),
+        m_connection, xcb_get_property(m_connection, 0, window, m_processOfWindow, XCB_ATOM_CARDINAL, 0, 1),
         nullptr)};
     return attributes != nullptr && attributes->map_state == XCB_MAP_STATE_VIEWABLE && owner != nullptr &&
            xcb_get_property_value_length(owner.get()) == sizeof(quint32) &&
@@ -72,7 +73,7 @@ QList<WindowManager::Window> WindowManager::windowsOf(qint64 process) const
 {
     QList<Window> windows;
     const Owned<xcb_query_tree_reply_t> tree{
-        xcb_query_tree_reply(connection, xcb_query_tree(connection, root), nullptr)};
+        xcb_query_tree_reply(m_connection, xcb_query_tree(m_connection, m_root), nullptr)};
     const int count = tree == nullptr ? 0 : xcb_query_tree_children_length(tree.get());
     for (int index = 0; index < count; ++index) {
         const Window window = xcb_query_tree_children(tree.get())[index];
@@ -89,18 +90,18 @@ void WindowManager::requestClose(Window window)
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = 32;
     message.window = window;
-    message.type = protocols;
-    message.data.data32[0] = deleteWindow;
-    send(connection, window, XCB_EVENT_MASK_NO_EVENT, message);
+    message.type = m_protocols;
+    message.data.data32[0] = m_deleteWindow;
+    send(m_connection, window, XCB_EVENT_MASK_NO_EVENT, message);
 }
 
 quint8 WindowManager::keycodeOf(char letter) const
 {
-    const xcb_setup_t *setup = xcb_get_setup(connection);
+    const xcb_setup_t *setup = xcb_get_setup(m_connection);
     const auto first = setup->min_keycode;
     const auto count = static_cast<quint8>(setup->max_keycode - first + 1);
     const Owned<xcb_get_keyboard_mapping_reply_t> mapping{xcb_get_keyboard_mapping_reply(
-        connection, xcb_get_keyboard_mapping(connection, first, count), nullptr)};
+        m_connection, xcb_get_keyboard_mapping(m_connection, first, count), nullptr)};
     for (int code = 0; mapping != nullptr && code < count; ++code) {
         // The sign that a key has by itself comes first; those of ASCII are their own numbers.
         const qsizetype position = qsizetype{code} * mapping->keysyms_per_keycode;
@@ -116,16 +117,16 @@ void WindowManager::sendKey(Window window, quint8 response, quint8 keycode)
     xcb_key_press_event_t event{};
     event.response_type = response;
     event.detail = keycode;
-    event.root = root;
+    event.root = m_root;
     event.event = window;
     event.same_screen = 1;
     event.state = XCB_MOD_MASK_CONTROL;
-    send(connection, window, XCB_EVENT_MASK_NO_EVENT, event);
+    send(m_connection, window, XCB_EVENT_MASK_NO_EVENT, event);
 }
 
 void WindowManager::pressWithControl(Window window, char letter)
 {
-    xcb_set_input_focus(connection, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
+    xcb_set_input_focus(m_connection, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
     const quint8 keycode = keycodeOf(letter);
     sendKey(window, XCB_KEY_PRESS, keycode);
     sendKey(window, XCB_KEY_RELEASE, keycode);

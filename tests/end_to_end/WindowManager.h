@@ -34,11 +34,11 @@ private:
     quint32 atom(const char *name) const;
     bool belongsTo(Window window, qint64 process) const;
 
-    xcb_connection_t *const connection;
-    Window root = 0;
-    const quint32 protocols;
-    const quint32 deleteWindow;
-    const quint32 processOfWindow;
+    xcb_connection_t *const m_connection;
+    Window m_root = 0;
+    const quint32 m_protocols;
+    const quint32 m_deleteWindow;
+    const quint32 m_processOfWindow;
 };
 
 } // namespace quilmora::test

@@ -29,7 +29,7 @@ QList<QByteArray> pictures()
     return files;
 }
 
-QList<QByteArray> answers()
+QList<QByteArray> responses()
 {
     const QByteArray picture = samplePictures::png(samplePictures::picture({4, 4})).toBase64();
     const QByteArray photo = samplePictures::jpeg(samplePictures::picture({4, 4})).toBase64();
@@ -69,6 +69,6 @@ int main(int argc, char *argv[])
         qFatal("Name a folder");
     }
     write(folder + u"/picture"_s, pictures());
-    write(folder + u"/answer"_s, answers());
+    write(folder + u"/response"_s, responses());
     return 0;
 }

@@ -1,5 +1,5 @@
-#include "platform/ImageCodec.h"
-#include "platform/PngReader.h"
+#include "imaging/ImageCodec.h"
+#include "imaging/PngReader.h"
 
 #include <QBuffer>
 #include <QColorSpace>

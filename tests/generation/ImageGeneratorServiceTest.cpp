@@ -1,14 +1,17 @@
 #include "generation/ImageGeneratorService.h"
 
-#include "generation/GenerationProbe.h"
+#include "generation/Client.h"
+#include "generation/ResponseParser.h"
+#include "support/TestProgram.h"
 
 #include <QCoreApplication>
-#include <QHash>
+#include <QDeadlineTimer>
 #include <QJsonDocument>
 #include <QJsonValue>
-#include <QTest>
 
 #include <array>
+#include <ctime>
+#include <numeric>
 
 using namespace Qt::StringLiterals;
 using namespace quilmora;
@@ -18,14 +21,12 @@ using namespace std::chrono_literals;
 namespace
 {
 
-ScriptedAnswer goodAnswer(const ReceivedRequest & /*request*/)
+/// For how long this thread has worked, whatever else the machine does.
+std::chrono::nanoseconds workOfThisThread()
 {
-    return ScriptedAnswer::whole(pictureAnswer());
-}
-
-void generate(ImageGeneratorService &service, const VolcengineConfig &config, Results &results)
-{
-    service.generateImage(u"p"_s, 2848, 1600, {}, config, results.collect());
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return std::chrono::seconds{time.tv_sec} + std::chrono::nanoseconds{time.tv_nsec};
 }
 
 } // namespace
@@ -35,226 +36,186 @@ class ImageGeneratorServiceTest final : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void settingsAreCheckedInTheirOrder_data();
-    void settingsAreCheckedInTheirOrder();
-    void aKeyWithALineBreakSendsNothing_data();
-    void aKeyWithALineBreakSendsNothing();
-    void addressesThatLeadNowhereFailLater_data();
-    void addressesThatLeadNowhereFailLater();
-    void anAnswerOfNothingAtAllIsTold();
-    void aPictureComesOnceOnTheMainThread();
-    void anErrorOfTheServerComesOnTheMainThread();
-    void theCallReturnsBeforePicturesAreEncoded();
-    void eightRequestsEachHaveTheirOwnAnswer();
-    void aCompletionMayStartTheNextRequest();
+    void settingsAreCheckedInTheirOrder_data()
+    {
+        QTest::addColumn<QString>("url");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("model");
+        QTest::addColumn<GenError::Case>("expected");
+        const auto row = [](const QString &url, const QString &key, const QString &model,
+                            GenError::Case expected) {
+            QTest::addRow("<%s>, <%s>, <%s>", qPrintable(url), qPrintable(key), qPrintable(model))
+                << url << key << model << expected;
+        };
+        row({}, {}, {}, GenError::Case::invalidURL);
+        row(u"http://[oops"_s, {}, {}, GenError::Case::invalidURL);
+        for (const QString &url : {u""_s, u"   "_s, u"http://127.0.0.1/a b"_s, u" http://127.0.0.1/"_s,
+                                   u"http://127.0.0.1/\n"_s, u"http://127.0.0.1:x/"_s}) {
+            row(url, u"k"_s, u"m"_s, GenError::Case::invalidURL);
+        }
+        const QString url = u"http://127.0.0.1:9/"_s;
+        row(url, {}, u"m"_s, GenError::Case::invalidAPIKey);
+        row(url, {}, {}, GenError::Case::invalidAPIKey);
+        row(url, u"k"_s, {}, GenError::Case::invalidModelID);
+        row(url, u" "_s, {}, GenError::Case::invalidModelID);
+    }
+
+    void settingsAreCheckedInTheirOrder()
+    {
+        QFETCH(const QString, url);
+        QFETCH(const QString, key);
+        QFETCH(const QString, model);
+        QFETCH(const GenError::Case, expected);
+        Client client;
+        client.start({url, key, model});
+        QCOMPARE(client.outcomes, QList<Outcome>{Outcome::of(GenError{expected})});
+        QCOMPARE(client.threads.first(), QThread::currentThread());
+    }
+
+    void aKeyWithALineBreakSendsNothing_data()
+    {
+        QTest::addColumn<QString>("key");
+        QTest::newRow("line feed") << u"key\nX-Added: 1"_s;
+        QTest::newRow("carriage return") << u"key\rX-Added: 1"_s;
+        QTest::newRow("both") << u"key\r\nX-Added: 1\r\n\r\n"_s;
+        QTest::newRow("at the end") << u"key\n"_s;
+        QTest::newRow("NUL") << QString{u"key"_s + QChar{u'\0'} + u"x"_s};
+    }
+
+    void aKeyWithALineBreakSendsNothing()
+    {
+        QFETCH(const QString, key);
+        const ScriptedHttpServer server{pictureResponse()};
+        Client client;
+        VolcengineConfig config = configFor(server);
+        config.apiKey = key;
+        client.start(config);
+        QCOMPARE(client.outcomes, QList<Outcome>{Outcome::of(GenError{GenError::Case::invalidAPIKey})});
+
+        // A good request behind it: had the bad one been sent, it would have come before.
+        QCOMPARE(client.generate(server), Outcome::picture());
+        QCOMPARE(server.headCount(), 1);
+        QCOMPARE(server.requests().constFirst().headerCount("X-Added"), 0);
+    }
+
+    void everyResultComesOnceOnTheMainThread_data()
+    {
+        QTest::addColumn<ScriptedResponse>("response");
+        QTest::addColumn<Outcome>("outcome");
+        QTest::newRow("a picture") << pictureResponse() << Outcome::picture();
+        QTest::newRow("an error of the service")
+            << ScriptedResponse::whole(R"({"error":{"code":"C","message":"m"}})", "500 Internal Server Error")
+            << Outcome::shown(u"[C] m"_s);
+        QTest::newRow("neither a status nor a byte")
+            << ScriptedResponse::whole({}, "000") << Outcome::of(GenError{GenError::Case::noData});
+    }
+
+    void everyResultComesOnceOnTheMainThread()
+    {
+        QFETCH(const ScriptedResponse, response);
+        QFETCH(const Outcome, outcome);
+        const ScriptedHttpServer server{response};
+        Client client;
+        client.start(server);
+        QCOMPARE(client.outcomes.size(), 0);
+        QTRY_COMPARE(client.outcomes, QList<Outcome>{outcome});
+
+        // Whatever a second request brings comes after anything left of the first.
+        QCOMPARE(client.generate(server), outcome);
+        QCoreApplication::processEvents();
+        QCOMPARE(client.outcomes.size(), 2);
+        QCOMPARE(server.requestCount(), 2);
+        QCOMPARE(client.threads, QList<QThread *>(2, QCoreApplication::instance()->thread()));
+    }
+
+    void responsesAreDecodedOffTheMainThread()
+    {
+        // To decode this response the picture's address is read, which a main thread without events cannot
+        // do.
+        const ScriptedHttpServer pictures{
+            ScriptedResponse::whole(samplePictures::png(samplePictures::picture({8, 6})))};
+        const ScriptedHttpServer server{ScriptedResponse::whole(addressAnswer(pictures.url().toEncoded()))};
+        Client client;
+        client.start(server);
+        QCoreApplication::processEvents();
+        for (const QDeadlineTimer end{20s}; pictures.requestCount() == 0; QThread::msleep(1)) {
+            QVERIFY2(!end.hasExpired(), "The main thread decodes");
+        }
+        QTRY_COMPARE(client.outcomes, QList<Outcome>{Outcome::picture({8, 6})});
+    }
+
+    void picturesAreDecodedOffTheMainThread()
+    {
+        const QByteArray body = pictureAnswer({5000, 4000});
+        const auto beforeDecoding = workOfThisThread();
+        QVERIFY(std::holds_alternative<QImage>(parseResponse(body, {})));
+        const auto workOfDecoding = workOfThisThread() - beforeDecoding;
+
+        const ScriptedHttpServer server{ScriptedResponse::whole(body)};
+        Client client;
+        const auto before = workOfThisThread();
+        QCOMPARE(client.generate(server), Outcome::picture({5000, 4000}));
+        QVERIFY2(workOfThisThread() - before < workOfDecoding / 2, "The main thread decodes");
+    }
+
+    void theCallReturnsBeforePicturesAreEncoded()
+    {
+        const ScriptedHttpServer server{pictureResponse()};
+        Client client;
+        // A picture whose pixels change under it, so that what is sent tells when it was encoded.
+        std::array<QRgb, 64> pixels{};
+        pixels.fill(qRgb(255, 0, 0));
+        const QImage picture{static_cast<const uchar *>(static_cast<const void *>(pixels.data())), 8, 8,
+                             QImage::Format_RGB32};
+        // What was queued before, such as painting, is done before the pictures are encoded and sent.
+        QMetaObject::invokeMethod(
+            this, [&pixels] { pixels.fill(qRgb(0, 0, 255)); }, Qt::QueuedConnection);
+        client.start(server, u"p"_s, {picture});
+        pixels.fill(qRgb(0, 255, 0));
+        QTRY_COMPARE(client.outcomes.size(), 1);
+        const QJsonDocument body = QJsonDocument::fromJson(server.requests().constFirst().body);
+        const QByteArray sent = body[u"image"_s].toString().section(u',', 1).toLatin1();
+        QCOMPARE(QImage::fromData(QByteArray::fromBase64(sent), "png").pixelColor(4, 4), QColor(Qt::blue));
+    }
+
+    void eightRequestsEachHaveTheirOwnResponse()
+    {
+        constexpr int count = 8;
+        // Responses only begin when all requests have arrived, the later the sooner. The prompt says which
+        // one it is.
+        ScriptedHttpServer server{[](const ReceivedRequest &request) {
+            const int number = QJsonDocument::fromJson(request.body)[u"prompt"_s].toString().toInt();
+            return pictureResponse({number + 10, 10}).after(20ms * (count - number));
+        }};
+        server.holdAnswersUntil(count);
+        ImageGeneratorService service;
+        QList<int> order;
+        for (int number = 0; number < count; ++number) {
+            service.generateImage(QString::number(number), 1, 1, {}, configFor(server),
+                                  [&order, number](const GenerationResult &result) {
+                                      QCOMPARE(Outcome::of(result), Outcome::picture({number + 10, 10}));
+                                      order.append(number);
+                                  });
+        }
+        QTRY_COMPARE(order.size(), count);
+        QCOMPARE(server.requestCount(), count);
+        QList<int> numbers(count);
+        std::iota(numbers.begin(), numbers.end(), 0);
+        QVERIFY(order != numbers);
+        std::sort(order.begin(), order.end());
+        QCOMPARE(order, numbers);
+    }
+
+    void aCompletionMayStartTheNextRequest()
+    {
+        const ScriptedHttpServer server{pictureResponse()};
+        Client client;
+        client.service->generateImage(u"p"_s, 1, 1, {}, configFor(server),
+                                      [&](const GenerationResult &) { client.start(server); });
+        QTRY_COMPARE(client.outcomes, QList<Outcome>{Outcome::picture()});
+        QCOMPARE(server.requestCount(), 2);
+    }
 };
 
-void ImageGeneratorServiceTest::settingsAreCheckedInTheirOrder_data()
-{
-    QTest::addColumn<QString>("url");
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("model");
-    QTest::addColumn<GenError::Case>("expected");
-    const auto invalidURL = GenError::Case::invalidURL;
-    QTest::newRow("all empty") << u""_s << u""_s << u""_s << invalidURL;
-    QTest::newRow("empty address") << u""_s << u"k"_s << u"m"_s << invalidURL;
-    QTest::newRow("address of blanks") << u"   "_s << u"k"_s << u"m"_s << invalidURL;
-    QTest::newRow("address with a blank") << u"http://127.0.0.1/a b"_s << u"k"_s << u"m"_s << invalidURL;
-    QTest::newRow("blank before the address") << u" http://127.0.0.1/"_s << u"k"_s << u"m"_s << invalidURL;
-    QTest::newRow("line break in the address") << u"http://127.0.0.1/\n"_s << u"k"_s << u"m"_s << invalidURL;
-    QTest::newRow("broken port") << u"http://127.0.0.1:x/"_s << u"k"_s << u"m"_s << invalidURL;
-    QTest::newRow("bad address and no key") << u"http://[oops"_s << u""_s << u""_s << invalidURL;
-    const QString url = u"http://127.0.0.1:9/"_s;
-    QTest::newRow("no key") << url << u""_s << u"m"_s << GenError::Case::invalidAPIKey;
-    QTest::newRow("no key and no model") << url << u""_s << u""_s << GenError::Case::invalidAPIKey;
-    QTest::newRow("no model") << url << u"k"_s << u""_s << GenError::Case::invalidModelID;
-    QTest::newRow("key of one blank, no model") << url << u" "_s << u""_s << GenError::Case::invalidModelID;
-}
-
-void ImageGeneratorServiceTest::settingsAreCheckedInTheirOrder()
-{
-    QFETCH(const QString, url);
-    QFETCH(const QString, key);
-    QFETCH(const QString, model);
-    QFETCH(const GenError::Case, expected);
-    ImageGeneratorService service;
-    Results results;
-    generate(service, {url, key, model}, results);
-    QCOMPARE(results.all.size(), 1);
-    QVERIFY(results.isGenError());
-    QCOMPARE(std::get<GenError>(results.all.first()).kind(), expected);
-    QCOMPARE(results.threads.first(), QThread::currentThread());
-}
-
-void ImageGeneratorServiceTest::aKeyWithALineBreakSendsNothing_data()
-{
-    QTest::addColumn<QString>("key");
-    QTest::newRow("line feed") << u"key\nX-Added: 1"_s;
-    QTest::newRow("carriage return") << u"key\rX-Added: 1"_s;
-    QTest::newRow("both") << u"key\r\nX-Added: 1\r\n\r\n"_s;
-    QTest::newRow("at the end") << u"key\n"_s;
-    QTest::newRow("NUL") << QString{u"key"_s + QChar{u'\0'} + u"x"_s};
-}
-
-void ImageGeneratorServiceTest::aKeyWithALineBreakSendsNothing()
-{
-    QFETCH(const QString, key);
-    ScriptedHttpServer server{goodAnswer};
-    ImageGeneratorService service;
-    Results results;
-    VolcengineConfig config = configFor(server);
-    config.apiKey = key;
-    generate(service, config, results);
-    QCOMPARE(results.all.size(), 1);
-    QCOMPARE(results.text(), u"API Key 无效，请在「功能设置」中配置"_s);
-
-    // A good request behind it: had the bad one been sent, it would have come before.
-    generate(service, configFor(server), results);
-    QTRY_COMPARE(results.all.size(), 2);
-    QCOMPARE(server.headCount(), 1);
-    QCOMPARE(server.requests().constFirst().headerCount("X-Added"), 0);
-}
-
-void ImageGeneratorServiceTest::addressesThatLeadNowhereFailLater_data()
-{
-    QTest::addColumn<QString>("url");
-    QTest::newRow("no scheme") << u"ark.example.org/api/v3/images/generations"_s;
-    QTest::newRow("path only") << u"/api/v3/images/generations"_s;
-    QTest::newRow("word") << u"x"_s;
-    QTest::newRow("ftp") << u"ftp://127.0.0.1/x"_s;
-    QTest::newRow("ftp without host") << u"ftp://"_s;
-    QTest::newRow("file") << u"file:///etc/hostname"_s;
-    QTest::newRow("data") << u"data:application/json,x"_s;
-    QTest::newRow("resource") << u"qrc:/translations/qtbase_zh_CN.qm"_s;
-    QTest::newRow("http without host") << u"http://"_s;
-    QTest::newRow("https without host") << u"https:///api"_s;
-}
-
-void ImageGeneratorServiceTest::addressesThatLeadNowhereFailLater()
-{
-    QFETCH(const QString, url);
-    ImageGeneratorService service;
-    Results results;
-    generate(service, {url, u"k"_s, u"m"_s}, results);
-    QCOMPARE(results.all.size(), 0);
-    QTRY_COMPARE(results.all.size(), 1);
-    QVERIFY(results.isTransportError());
-    QVERIFY(!results.text().isEmpty());
-    QCOMPARE(results.threads.first(), QCoreApplication::instance()->thread());
-}
-
-void ImageGeneratorServiceTest::anAnswerOfNothingAtAllIsTold()
-{
-    // Neither a status nor a byte.
-    ScriptedHttpServer server{[](const auto &) {
-        return ScriptedAnswer::whole({}, "000");
-    }};
-    ImageGeneratorService service;
-    Results results;
-    generate(service, configFor(server), results);
-    QTRY_COMPARE(results.all.size(), 1);
-    QVERIFY(results.isGenError());
-    QCOMPARE(std::get<GenError>(results.all.first()).kind(), GenError::Case::noData);
-    QCOMPARE(results.text(), u"未收到响应数据"_s);
-    QCOMPARE(results.threads.first(), QCoreApplication::instance()->thread());
-}
-
-void ImageGeneratorServiceTest::aPictureComesOnceOnTheMainThread()
-{
-    ScriptedHttpServer server{goodAnswer};
-    ImageGeneratorService service;
-    Results results;
-    generate(service, configFor(server), results);
-    QCOMPARE(results.all.size(), 0);
-    QTRY_COMPARE(results.all.size(), 1);
-    QCOMPARE(results.picture().size(), QSize(32, 24));
-    QCOMPARE(results.threads.first(), QCoreApplication::instance()->thread());
-
-    // Whatever a second request brings comes after anything left of the first.
-    generate(service, configFor(server), results);
-    QTRY_COMPARE(results.all.size(), 2);
-    QCoreApplication::processEvents();
-    QCOMPARE(results.all.size(), 2);
-    QCOMPARE(server.requestCount(), 2);
-}
-
-void ImageGeneratorServiceTest::anErrorOfTheServerComesOnTheMainThread()
-{
-    ScriptedHttpServer server{[](const auto &) {
-        return ScriptedAnswer::whole(R"({"error":{"code":"C","message":"m"}})", "500 Internal Server Error");
-    }};
-    ImageGeneratorService service;
-    Results results;
-    generate(service, configFor(server), results);
-    QCOMPARE(results.all.size(), 0);
-    QTRY_COMPARE(results.all.size(), 1);
-    QCOMPARE(results.text(), u"[C] m"_s);
-    QCOMPARE(results.threads.first(), QCoreApplication::instance()->thread());
-}
-
-void ImageGeneratorServiceTest::theCallReturnsBeforePicturesAreEncoded()
-{
-    ScriptedHttpServer server{goodAnswer};
-    ImageGeneratorService service;
-    Results results;
-    // A picture whose pixels change under it, so that what is sent tells when it was encoded.
-    std::array<QRgb, 64> pixels{};
-    pixels.fill(qRgb(255, 0, 0));
-    const QImage picture{static_cast<const uchar *>(static_cast<const void *>(pixels.data())), 8, 8,
-                         QImage::Format_RGB32};
-    // What was queued before, such as painting, is done before the pictures are encoded and sent.
-    QMetaObject::invokeMethod(
-        this, [&pixels] { pixels.fill(qRgb(0, 0, 255)); }, Qt::QueuedConnection);
-    service.generateImage(u"p"_s, 1, 1, {picture}, configFor(server), results.collect());
-    pixels.fill(qRgb(0, 255, 0));
-    QTRY_COMPARE(results.all.size(), 1);
-    const QJsonDocument body = QJsonDocument::fromJson(server.requests().constFirst().body);
-    const QByteArray sent = body[u"image"_s].toString().section(u',', 1).toLatin1();
-    QCOMPARE(QImage::fromData(QByteArray::fromBase64(sent), "png").pixelColor(4, 4), QColor(Qt::blue));
-}
-
-void ImageGeneratorServiceTest::eightRequestsEachHaveTheirOwnAnswer()
-{
-    constexpr int count = 8;
-    // Answers only begin when all have arrived; the later one was asked for, the sooner it is answered. The
-    // prompt says which one it is.
-    ScriptedHttpServer server{[](const ReceivedRequest &request) {
-        const qsizetype place = request.body.indexOf(R"("prompt":")") + 10;
-        const int number = request.body.at(place) - '0';
-        return ScriptedAnswer::whole(pictureAnswer({number + 10, 10})).after(20ms * (count - number));
-    }};
-    server.holdAnswersUntil(count);
-    ImageGeneratorService service;
-    QList<int> order;
-    QHash<int, QSize> sizes;
-    for (int number = 0; number < count; ++number) {
-        service.generateImage(QString::number(number), 1, 1, {}, configFor(server),
-                              [&, number](const GenerationResult &result) {
-                                  QVERIFY(std::holds_alternative<QImage>(result));
-                                  QVERIFY(!sizes.contains(number));
-                                  order.append(number);
-                                  sizes.insert(number, std::get<QImage>(result).size());
-                              });
-    }
-    QTRY_COMPARE(sizes.size(), count);
-    for (int number = 0; number < count; ++number) {
-        QCOMPARE(sizes.value(number), QSize(number + 10, 10));
-    }
-    QCOMPARE(server.requestCount(), count);
-    QVERIFY(order != QList<int>({0, 1, 2, 3, 4, 5, 6, 7}));
-}
-
-void ImageGeneratorServiceTest::aCompletionMayStartTheNextRequest()
-{
-    ScriptedHttpServer server{goodAnswer};
-    ImageGeneratorService service;
-    Results results;
-    service.generateImage(u"p"_s, 1, 1, {}, configFor(server),
-                          [&](const GenerationResult &) { generate(service, configFor(server), results); });
-    QTRY_COMPARE(results.all.size(), 1);
-    QVERIFY(results.isPicture());
-    QCOMPARE(server.requestCount(), 2);
-}
-
-QTEST_GUILESS_MAIN(ImageGeneratorServiceTest)
+QUILMORA_TEST(ImageGeneratorServiceTest, runCoreTest)
 #include "ImageGeneratorServiceTest.moc"

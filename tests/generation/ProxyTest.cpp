@@ -1,6 +1,7 @@
-#include "generation/FaultRun.h"
+#include "generation/Client.h"
 #include "generation/TlsServer.h"
-#include "platform/ChineseCatalogue.h"
+#include "platform/ChineseTranslations.h"
+#include "support/TestProgram.h"
 
 #include <QCoreApplication>
 #include <QNetworkProxy>
@@ -46,8 +47,8 @@ class Tunnel final
 public:
     explicit Tunnel(quint16 targetPort, const QByteArray &wantedCredentials = {})
     {
-        QObject::connect(&server, &QTcpServer::newConnection, &server, [=, this] {
-            QTcpSocket *client = server.nextPendingConnection();
+        QObject::connect(&m_server, &QTcpServer::newConnection, &m_server, [=, this] {
+            QTcpSocket *client = m_server.nextPendingConnection();
             auto *target = new QTcpSocket{client};
             QObject::connect(client, &QTcpSocket::readyRead, client, [=, this] {
                 const QByteArray bytes = client->readAll();
@@ -67,16 +68,16 @@ public:
             QObject::connect(target, &QTcpSocket::disconnected, client,
                              [=] { client->disconnectFromHost(); });
         });
-        if (!server.listen(QHostAddress::LocalHost)) {
+        if (!m_server.listen(QHostAddress::LocalHost)) {
             qFatal("No tunnel");
         }
     }
-    quint16 port() const { return server.serverPort(); }
+    quint16 port() const { return m_server.serverPort(); }
 
     QByteArray seen;
 
 private:
-    QTcpServer server;
+    QTcpServer m_server;
 };
 
 } // namespace
@@ -87,145 +88,107 @@ class ProxyTest final : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { installChineseCatalogue(*QCoreApplication::instance()); }
-    void whatAProxyAnswersItselfIsShown_data();
-    void whatAProxyAnswersItselfIsShown();
-    void aProxyThatLetsNothingThroughIsTold_data();
-    void aProxyThatLetsNothingThroughIsTold();
-    void aProxyThatIsNotThereIsTold_data();
-    void aProxyThatIsNotThereIsTold();
-    void aTunnelNeverSeesTheKey_data();
-    void aTunnelNeverSeesTheKey();
+    void initTestCase() { installChineseTranslations(*QCoreApplication::instance()); }
+
+    void whatAProxySendsItselfIsShown_data()
+    {
+        QTest::addColumn<ScriptedResponse>("response");
+        QTest::addColumn<Outcome>("outcome");
+        const auto row = [](const char *name, const ScriptedResponse &response, const Outcome &outcome) {
+            QTest::newRow(name) << response << outcome;
+        };
+        const Outcome shown = Outcome::shown(QString::fromUtf8(page));
+        row("a picture", pictureResponse(), Outcome::picture());
+        row("a page", ScriptedResponse::whole(page), shown);
+        row("a page with a status", ScriptedResponse::whole(page, "502 Bad Gateway"), shown);
+        row("407", ScriptedResponse::whole(page, "407 Proxy Authentication Required", challenge), shown);
+        row("407 without a scheme", ScriptedResponse::whole(page, "407 No"), shown);
+        row("407 and nothing else", ScriptedResponse::whole({}, "407 No", challenge), Outcome::shown({}));
+        row("closed", ScriptedResponse::hangUp(), Outcome::closed());
+        row("reset", ScriptedResponse::reset(), Outcome::closed());
+        row("a truncated page", ScriptedResponse::cut(page, 1000), Outcome::closed());
+    }
+
+    void whatAProxySendsItselfIsShown()
+    {
+        QFETCH(const ScriptedResponse, response);
+        QFETCH(const Outcome, outcome);
+        const ScriptedHttpServer proxy{faultOnce(response)};
+        const UseOfProxy use{proxy.url().port()};
+        survive(proxy, config(u"http"_s), outcome);
+        QCOMPARE(proxy.requests().constFirst().path(),
+                 QByteArray{"http://quilmora.invalid/api/v3/images/generations"});
+    }
+
+    void aProxyThatOpensNoTunnel_data()
+    {
+        QTest::addColumn<ScriptedResponse>("response");
+        QTest::addColumn<QString>("text");
+        const auto row = [](const char *name, const ScriptedResponse &response, const QString &text) {
+            QTest::newRow(name) << response << text;
+        };
+        row("407", ScriptedResponse::whole(page, "407 No", challenge), u"代理需要验证"_s);
+        row("a page with a status", ScriptedResponse::whole(page, "502 Bad Gateway"),
+            u"和 HTTP 代理通讯时发生错误"_s);
+        row("403", ScriptedResponse::whole(page, "403 Forbidden"), u"代理拒绝连接"_s);
+        row("a page in place of the server", ScriptedResponse::whole(page), u"连接已关闭"_s);
+        row("no HTTP", {{{"220 mail.example.org ESMTP\r\n\r\n"}}}, u"未收到代理的 HTTP 响应"_s);
+        // QNetworkAccessManager takes no notice of it, and waits.
+        row("closed", ScriptedResponse::hangUp(), u"请求超时"_s);
+        row("reset", ScriptedResponse::reset(), u"请求超时"_s);
+        row("silent", ScriptedResponse::silence(), u"请求超时"_s);
+    }
+
+    void aProxyThatOpensNoTunnel()
+    {
+        QFETCH(const ScriptedResponse, response);
+        QFETCH(const QString, text);
+        const ScriptedHttpServer proxy{response};
+        const ScriptedHttpServer server{pictureResponse()};
+        Client client{2s};
+        {
+            const UseOfProxy use{proxy.url().port()};
+            QCOMPARE(client.generate(config(u"https"_s)), Outcome::lost(text));
+        }
+        for (const ReceivedRequest &request : proxy.requests()) {
+            QCOMPARE(request.method(), "CONNECT");
+            QVERIFY(!request.head.contains("secret-key"));
+        }
+        QCOMPARE(client.generate(server), Outcome::picture());
+    }
+
+    void aProxyThatIsNotThere()
+    {
+        const int port = ScriptedHttpServer{ScriptedResponse::hangUp()}.url().port();
+        const UseOfProxy use{port};
+        QCOMPARE(Client{}.generate(config(u"http"_s)), Outcome::lost(u"连接被拒绝"_s));
+        QCOMPARE(Client{}.generate(config(u"https"_s)), Outcome::lost(u"代理连接被拒绝"_s));
+    }
+
+    void aTunnelNeverSeesTheKey_data()
+    {
+        QTest::addColumn<QString>("user");
+        QTest::newRow("open to all") << u""_s;
+        QTest::newRow("with a password") << u"user"_s;
+    }
+
+    void aTunnelNeverSeesTheKey()
+    {
+        QFETCH(const QString, user);
+        const TlsServer server{{.subject = u"DNS:"_s + host}};
+        const TrustedAuthority trust{server.authority()};
+        const Tunnel tunnel{server.port(),
+                            user.isEmpty() ? QByteArray{} : QByteArray{"user:password"}.toBase64()};
+        const UseOfProxy use{tunnel.port(), user, user.isEmpty() ? QString{} : u"password"_s};
+        QCOMPARE(Client{}.generate(config(u"https"_s)), Outcome::picture());
+        QCOMPARE(server.request().header("Authorization"), "Bearer secret-key");
+        QCOMPARE(server.request().head.count("POST "), 1);
+        QCOMPARE(server.request().headerCount("Proxy-Authorization"), 0);
+        QVERIFY(tunnel.seen.contains("CONNECT quilmora.invalid:443"));
+        QVERIFY(!tunnel.seen.contains("secret-key"));
+        QVERIFY(!tunnel.seen.contains(QByteArray{"secret-key"}.toBase64()));
+    }
 };
 
-void ProxyTest::whatAProxyAnswersItselfIsShown_data()
-{
-    QTest::addColumn<ScriptedAnswer>("answer");
-    QTest::addColumn<Outcome>("outcome");
-    const Outcome closed = Outcome::lost(u"连接已关闭"_s);
-    const Outcome shown = Outcome::told(QString::fromUtf8(page));
-    QTest::newRow("a picture") << ScriptedAnswer::whole(pictureAnswer()) << Outcome::picture();
-    QTest::newRow("a page") << ScriptedAnswer::whole(page) << shown;
-    QTest::newRow("a page with a status") << ScriptedAnswer::whole(page, "502 Bad Gateway") << shown;
-    QTest::newRow("407") << ScriptedAnswer::whole(page, "407 Proxy Authentication Required", challenge)
-                         << shown;
-    QTest::newRow("407 without a scheme") << ScriptedAnswer::whole(page, "407 No") << shown;
-    QTest::newRow("407 and nothing else")
-        << ScriptedAnswer::whole({}, "407 No", challenge) << Outcome::told({});
-    QTest::newRow("closed") << ScriptedAnswer::hangUp() << closed;
-    QTest::newRow("torn down") << ScriptedAnswer::reset() << closed;
-    QTest::newRow("cut page") << ScriptedAnswer::cut(page, 1000) << closed;
-}
-
-void ProxyTest::whatAProxyAnswersItselfIsShown()
-{
-    QFETCH(const ScriptedAnswer, answer);
-    QFETCH(const Outcome, outcome);
-    const ScriptedHttpServer proxy{faultOnce(answer)};
-    const UseOfProxy use{proxy.url().port()};
-    survive(proxy, config(u"http"_s), outcome);
-    QCOMPARE(proxy.requests().constFirst().path(),
-             QByteArray{"http://quilmora.invalid/api/v3/images/generations"});
-}
-
-void ProxyTest::aProxyThatLetsNothingThroughIsTold_data()
-{
-    QTest::addColumn<ScriptedAnswer>("answer");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("407") << ScriptedAnswer::whole(page, "407 No", challenge) << u"代理需要验证"_s;
-    QTest::newRow("a page with a status")
-        << ScriptedAnswer::whole(page, "502 Bad Gateway") << u"和 HTTP 代理通讯时发生错误"_s;
-    QTest::newRow("403") << ScriptedAnswer::whole(page, "403 Forbidden") << u"代理拒绝连接"_s;
-    QTest::newRow("a page in place of the server") << ScriptedAnswer::whole(page) << u"连接已关闭"_s;
-    QTest::newRow("no HTTP") << ScriptedAnswer{{{"220 mail.example.org ESMTP\r\n\r\n"}}}
-                             << u"未收到代理的 HTTP 响应"_s;
-    // QNetworkAccessManager takes no notice of it, and waits.
-    QTest::newRow("closed") << ScriptedAnswer::hangUp() << u"请求超时"_s;
-    QTest::newRow("torn down") << ScriptedAnswer::reset() << u"请求超时"_s;
-    QTest::newRow("silent") << ScriptedAnswer::silence() << u"请求超时"_s;
-}
-
-void ProxyTest::aProxyThatLetsNothingThroughIsTold()
-{
-    QFETCH(ScriptedAnswer, answer);
-    QFETCH(const QString, text);
-    const ScriptedHttpServer proxy{[answer](const auto &) {
-        return answer;
-    }};
-    const ScriptedHttpServer server{faultOnce(ScriptedAnswer::whole(pictureAnswer()))};
-    Results results;
-    ImageGeneratorService service{{.request = 2s, .download = 2s}};
-    {
-        const UseOfProxy use{proxy.url().port()};
-        service.generateImage(u"p"_s, 1, 1, {}, config(u"https"_s), results.collect());
-        QTRY_COMPARE_WITH_TIMEOUT(results.all.size(), 1, 20'000);
-    }
-    QVERIFY(results.isTransportError());
-    QCOMPARE(results.text(), text);
-    for (const ReceivedRequest &request : proxy.requests()) {
-        QCOMPARE(request.method(), "CONNECT");
-        QVERIFY(!request.head.contains("secret-key"));
-    }
-    service.generateImage(u"p"_s, 1, 1, {}, configFor(server), results.collect());
-    QTRY_COMPARE(results.all.size(), 2);
-    QVERIFY2(results.isPicture(1), qPrintable(results.text(1)));
-}
-
-void ProxyTest::aProxyThatIsNotThereIsTold_data()
-{
-    QTest::addColumn<QString>("scheme");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("http") << u"http"_s << u"连接被拒绝"_s;
-    QTest::newRow("https") << u"https"_s << u"代理连接被拒绝"_s;
-}
-
-void ProxyTest::aProxyThatIsNotThereIsTold()
-{
-    QFETCH(const QString, scheme);
-    QFETCH(const QString, text);
-    int port = 0;
-    {
-        const ScriptedHttpServer gone{[](const auto &) {
-            return ScriptedAnswer::hangUp();
-        }};
-        port = gone.url().port();
-    }
-    const UseOfProxy use{port};
-    Results results;
-    ImageGeneratorService service;
-    service.generateImage(u"p"_s, 1, 1, {}, config(scheme), results.collect());
-    QTRY_COMPARE_WITH_TIMEOUT(results.all.size(), 1, 20'000);
-    QVERIFY(results.isTransportError());
-    QCOMPARE(results.text(), text);
-}
-
-void ProxyTest::aTunnelNeverSeesTheKey_data()
-{
-    QTest::addColumn<QString>("password");
-    QTest::newRow("open to all") << u""_s;
-    QTest::newRow("with a password") << u"password"_s;
-}
-
-void ProxyTest::aTunnelNeverSeesTheKey()
-{
-    QFETCH(const QString, password);
-    const TlsServer server{{.subject = u"DNS:"_s + host}};
-    const TrustedAuthority trust{server.authority()};
-    const bool isOpen = password.isEmpty();
-    const Tunnel tunnel{server.port(), isOpen ? QByteArray{} : QByteArray{"user:password"}.toBase64()};
-    const UseOfProxy use{tunnel.port(), isOpen ? QString{} : u"user"_s, password};
-    Results results;
-    ImageGeneratorService service;
-    service.generateImage(u"p"_s, 1, 1, {}, config(u"https"_s), results.collect());
-    QTRY_COMPARE_WITH_TIMEOUT(results.all.size(), 1, 20'000);
-    QVERIFY2(results.isPicture(), qPrintable(results.text()));
-    QCOMPARE((ReceivedRequest{server.received(), {}}.header("Authorization")), "Bearer secret-key");
-    QCOMPARE(server.received().count("POST "), 1);
-    QCOMPARE((ReceivedRequest{server.received(), {}}.headerCount("Proxy-Authorization")), 0);
-    QVERIFY(tunnel.seen.contains("CONNECT quilmora.invalid:443"));
-    QVERIFY(!tunnel.seen.contains("secret-key"));
-    QVERIFY(!tunnel.seen.contains(QByteArray{"secret-key"}.toBase64()));
-}
-
-QTEST_GUILESS_MAIN(ProxyTest)
+QUILMORA_TEST(ProxyTest, runCoreTest)
 #include "ProxyTest.moc"

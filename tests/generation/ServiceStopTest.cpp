@@ -1,31 +1,24 @@
-#include "generation/GenerationProbe.h"
-#include "generation/ImageGeneratorService.h"
+#include "generation/Client.h"
+#include "support/TestProgram.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QTest>
 
 #include <memory>
-#include <optional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
-using namespace std::chrono_literals;
 
 namespace
 {
 
-void generate(ImageGeneratorService &service, const ScriptedHttpServer &server, Results &results)
+/// Sends a request with a picture and waits until the whole response has been taken, without a turn of this
+/// thread's events.
+void takeResponse(Client &client, const ScriptedHttpServer &server)
 {
-    service.generateImage(u"p"_s, 1, 1, {samplePictures::picture({64, 48})}, configFor(server),
-                          results.collect());
-}
-
-/// Asks for a cover and waits until the whole answer has been taken, without a turn of this thread's events.
-void generateAndTakeAnswer(ImageGeneratorService &service, const ScriptedHttpServer &server, Results &results)
-{
-    generate(service, server, results);
+    client.start(server, u"p"_s, {samplePictures::picture({64, 48})});
     QCoreApplication::processEvents();
     while (server.requestCount() == 0 || server.openConnections() > 0) {
         QThread::yieldCurrentThread();
@@ -48,189 +41,144 @@ class ServiceStopTest final : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void requestsAndDownloadsUnderWayAreDropped();
-    void aRequestNotYetSentIsNeverSent();
-    void anAnswerOnItsWayComesInTimeOrNotAtAll();
-    void aCoverThatHadComeIsHandedOver();
-    void anErrorThatHadComeIsDropped();
-    void destroyingHandsNothingOver();
-    void aStoppedServiceSendsNothing();
-    void stoppingTwiceAndDestroyingAreQuiet();
-    static void whatTheCompletionOwnsIsLetGoOnTheMainThread();
+    void requestsAndDownloadsUnderWayAreDropped()
+    {
+        const ScriptedHttpServer pictures{ScriptedResponse::silence()};
+        const ScriptedHttpServer server{[&pictures](const ReceivedRequest &request) {
+            return request.body.contains("silent")
+                       ? ScriptedResponse::silence()
+                       : ScriptedResponse::whole(addressAnswer(pictures.url().toEncoded()));
+        }};
+        Client client;
+        for (int count = 0; count < 4; ++count) {
+            client.start(server, u"silent"_s);
+            client.start(server, u"address"_s);
+        }
+        QTRY_COMPARE(server.requestCount(), 8);
+        QTRY_COMPARE(pictures.requestCount(), 4);
+
+        QElapsedTimer timer;
+        timer.start();
+        client.service->stop();
+        QVERIFY2(timer.elapsed() < 3000, qPrintable(QString::number(timer.elapsed())));
+        drain();
+        QCOMPARE(client.outcomes.size(), 0);
+    }
+
+    void aRequestNotYetSentIsNeverSent_data()
+    {
+        QTest::addColumn<bool>("isStoppedBefore");
+        QTest::newRow("asked for before the stop") << false;
+        QTest::newRow("asked for after the stop") << true;
+    }
+
+    void aRequestNotYetSentIsNeverSent()
+    {
+        QFETCH(const bool, isStoppedBefore);
+        const ScriptedHttpServer server{pictureResponse()};
+        Client client;
+        if (isStoppedBefore) {
+            client.service->stop();
+        }
+        client.start(server);
+        client.service->stop();
+        drain();
+        QCOMPARE(client.outcomes.size(), 0);
+        QCOMPARE(server.connectionCount(), 0);
+    }
+
+    void aResponseOnItsWayComesInTimeOrNotAtAll()
+    {
+        auto isSent = std::make_shared<std::atomic_bool>(false);
+        const ScriptedHttpServer server{[isSent](const auto &) {
+            isSent->store(true);
+            return pictureResponse();
+        }};
+        // Several times, to stop at different moments.
+        for (unsigned long round = 0; round < 20; ++round) {
+            isSent->store(false);
+            Client client;
+            client.start(server, u"p"_s, {samplePictures::picture({64, 48})});
+            QCoreApplication::processEvents();
+            while (!*isSent) {
+                QThread::yieldCurrentThread();
+            }
+            QThread::usleep(round * 200);
+            client.service->stop();
+            const QList<Outcome> outcomes = client.outcomes;
+            QVERIFY(outcomes.isEmpty() || outcomes == QList<Outcome>{Outcome::picture()});
+            drain();
+            QCOMPARE(client.outcomes, outcomes);
+        }
+    }
+
+    void aCoverThatHadComeIsHandedOver()
+    {
+        const ScriptedHttpServer server{ScriptedResponse::keptAlive(pictureAnswer({2000, 1500}))};
+        Client client;
+        takeResponse(client, server);
+        QCOMPARE(client.outcomes.size(), 0);
+        client.service->stop();
+        QCOMPARE(client.outcomes, QList<Outcome>{Outcome::picture({2000, 1500})});
+        QCOMPARE(client.threads.constFirst(), QThread::currentThread());
+        drain();
+        QCOMPARE(client.outcomes.size(), 1);
+    }
+
+    void anErrorThatHadComeIsDropped()
+    {
+        const ScriptedHttpServer server{ScriptedResponse::keptAlive("Bad Gateway")};
+        Client client;
+        takeResponse(client, server);
+        client.service->stop();
+        drain();
+        QCOMPARE(client.outcomes.size(), 0);
+    }
+
+    void destroyingHandsNothingOver()
+    {
+        const ScriptedHttpServer server{ScriptedResponse::keptAlive(pictureAnswer())};
+        Client client;
+        takeResponse(client, server);
+        client.service.reset();
+        drain();
+        QCOMPARE(client.outcomes.size(), 0);
+    }
+
+    void stoppingTwiceAndDestroyingWithARequestUnderWay()
+    {
+        ScriptedHttpServer server{ScriptedResponse::silence()};
+        for (const bool isStopped : {true, false}) {
+            server.forgetRequests();
+            Client client;
+            client.start(server);
+            QTRY_COMPARE(server.requestCount(), 1);
+            if (isStopped) {
+                client.service->stop();
+                client.service->stop();
+            }
+            client.service.reset();
+            drain();
+            QCOMPARE(client.outcomes.size(), 0);
+        }
+    }
+
+    void whatTheCompletionOwnsIsDestroyedOnTheMainThread()
+    {
+        QThread *destroyedOn = nullptr;
+        auto owned = std::shared_ptr<void>{nullptr, [&destroyedOn](const void *) {
+                                               destroyedOn = QThread::currentThread();
+                                           }};
+        const ScriptedHttpServer server{ScriptedResponse::silence()};
+        ImageGeneratorService service;
+        service.generateImage(u"p"_s, 1, 1, {}, configFor(server),
+                              [owned = std::move(owned)](const GenerationResult &) { Q_UNUSED(owned) });
+        QTRY_COMPARE(server.requestCount(), 1);
+        QCOMPARE(destroyedOn, nullptr);
+        service.stop();
+        QCOMPARE(destroyedOn, QThread::currentThread());
+    }
 };
 
-void ServiceStopTest::requestsAndDownloadsUnderWayAreDropped()
-{
-    ScriptedHttpServer pictures{[](const auto &) {
-        return ScriptedAnswer::silence();
-    }};
-    ScriptedHttpServer server{[&pictures](const ReceivedRequest &request) {
-        return request.body.contains("silent")
-                   ? ScriptedAnswer::silence()
-                   : ScriptedAnswer::whole(addressAnswer(pictures.url().toEncoded()));
-    }};
-    ImageGeneratorService service;
-    Results results;
-    for (int count = 0; count < 4; ++count) {
-        service.generateImage(u"silent"_s, 1, 1, {}, configFor(server), results.collect());
-        service.generateImage(u"address"_s, 1, 1, {}, configFor(server), results.collect());
-    }
-    QTRY_COMPARE(server.requestCount(), 8);
-    QTRY_COMPARE(pictures.requestCount(), 4);
-
-    QElapsedTimer timer;
-    timer.start();
-    service.stop();
-    QVERIFY2(timer.elapsed() < 3000, qPrintable(QString::number(timer.elapsed())));
-    drain();
-    QCOMPARE(results.all.size(), 0);
-}
-
-void ServiceStopTest::aRequestNotYetSentIsNeverSent()
-{
-    ScriptedHttpServer server{[](const auto &) {
-        return ScriptedAnswer::whole(pictureAnswer());
-    }};
-    ImageGeneratorService service;
-    Results results;
-    generate(service, server, results);
-    service.stop();
-    drain();
-    QCOMPARE(results.all.size(), 0);
-    QCOMPARE(server.connectionCount(), 0);
-}
-
-void ServiceStopTest::anAnswerOnItsWayComesInTimeOrNotAtAll()
-{
-    auto answered = std::make_shared<std::atomic_bool>(false);
-    ScriptedHttpServer server{[answered](const auto &) {
-        answered->store(true);
-        return ScriptedAnswer::whole(pictureAnswer());
-    }};
-    // Several times, to stop at different moments of the answer's way.
-    for (int round = 0; round < 20; ++round) {
-        answered->store(false);
-        ImageGeneratorService service;
-        Results results;
-        generate(service, server, results);
-        QCoreApplication::processEvents();
-        while (!*answered) {
-            QThread::yieldCurrentThread();
-        }
-        QElapsedTimer elapsed;
-        elapsed.start();
-        while (elapsed.nsecsElapsed() < round * qint64{200'000}) {
-            QThread::yieldCurrentThread();
-        }
-        service.stop();
-        const qsizetype count = results.all.size();
-        QVERIFY(count == 0 || (count == 1 && results.isPicture()));
-        drain();
-        QCOMPARE(results.all.size(), count);
-    }
-}
-
-void ServiceStopTest::aCoverThatHadComeIsHandedOver()
-{
-    ScriptedHttpServer server{[](const auto &) {
-        return ScriptedAnswer::keptAlive(pictureAnswer({2000, 1500}));
-    }};
-    ImageGeneratorService service;
-    Results results;
-    generateAndTakeAnswer(service, server, results);
-    QCOMPARE(results.all.size(), 0);
-    service.stop();
-    QCOMPARE(results.all.size(), 1);
-    QCOMPARE(results.picture().size(), QSize(2000, 1500));
-    QCOMPARE(results.threads.constFirst(), QThread::currentThread());
-    drain();
-    QCOMPARE(results.all.size(), 1);
-}
-
-void ServiceStopTest::anErrorThatHadComeIsDropped()
-{
-    ScriptedHttpServer server{[](const auto &) {
-        return ScriptedAnswer::keptAlive("Bad Gateway");
-    }};
-    ImageGeneratorService service;
-    Results results;
-    generateAndTakeAnswer(service, server, results);
-    service.stop();
-    drain();
-    QCOMPARE(results.all.size(), 0);
-}
-
-void ServiceStopTest::destroyingHandsNothingOver()
-{
-    ScriptedHttpServer server{[](const auto &) {
-        return ScriptedAnswer::keptAlive(pictureAnswer());
-    }};
-    Results results;
-    {
-        ImageGeneratorService service;
-        generateAndTakeAnswer(service, server, results);
-    }
-    drain();
-    QCOMPARE(results.all.size(), 0);
-}
-
-void ServiceStopTest::aStoppedServiceSendsNothing()
-{
-    ScriptedHttpServer server{[](const auto &) {
-        return ScriptedAnswer::whole(pictureAnswer());
-    }};
-    ImageGeneratorService service;
-    service.stop();
-    Results results;
-    generate(service, server, results);
-    drain();
-    QCOMPARE(results.all.size(), 0);
-    QCOMPARE(server.connectionCount(), 0);
-}
-
-void ServiceStopTest::stoppingTwiceAndDestroyingAreQuiet()
-{
-    ScriptedHttpServer server{[](const auto &) {
-        return ScriptedAnswer::silence();
-    }};
-    Results results;
-    {
-        ImageGeneratorService service;
-        generate(service, server, results);
-        QTRY_COMPARE(server.requestCount(), 1);
-        service.stop();
-        service.stop();
-    }
-    {
-        ImageGeneratorService service;
-        generate(service, server, results);
-        QTRY_COMPARE(server.requestCount(), 2);
-    }
-    drain();
-    QCOMPARE(results.all.size(), 0);
-}
-
-void ServiceStopTest::whatTheCompletionOwnsIsLetGoOnTheMainThread()
-{
-    struct Owned {
-        explicit Owned(QThread **where) : destroyedOn{where} {}
-        Q_DISABLE_COPY_MOVE(Owned)
-        ~Owned() { *destroyedOn = QThread::currentThread(); }
-        QThread **destroyedOn;
-    };
-    ScriptedHttpServer server{[](const auto &) {
-        return ScriptedAnswer::silence();
-    }};
-    ImageGeneratorService service;
-    QThread *destroyedOn = nullptr;
-    service.generateImage(
-        u"p"_s, 1, 1, {}, configFor(server),
-        [owned = std::make_shared<Owned>(&destroyedOn)](const GenerationResult &) { Q_UNUSED(owned) });
-    QTRY_COMPARE(server.requestCount(), 1);
-    QCOMPARE(destroyedOn, nullptr);
-    service.stop();
-    QCOMPARE(destroyedOn, QThread::currentThread());
-}
-
-QTEST_GUILESS_MAIN(ServiceStopTest)
+QUILMORA_TEST(ServiceStopTest, runCoreTest)
 #include "ServiceStopTest.moc"

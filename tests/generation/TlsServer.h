@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/ScriptedHttpServer.h"
+
 #include <QByteArray>
 #include <QSslCertificate>
 #include <QSslConfiguration>
@@ -9,7 +11,7 @@
 namespace quilmora::test
 {
 
-/// A server with TLS on loopback, in the thread of its maker, that answers every request with a picture.
+/// A server with TLS on loopback, in the thread of its maker, that sends a picture to every request.
 class TlsServer final
 {
 public:
@@ -26,20 +28,20 @@ public:
     Q_DISABLE_COPY_MOVE(TlsServer)
     ~TlsServer() = default;
 
-    quint16 port() const { return server.serverPort(); }
+    quint16 port() const { return m_server.serverPort(); }
     QString url() const { return QStringLiteral("https://127.0.0.1:") + QString::number(port()); }
-    const QSslCertificate &authority() const { return voucher; }
+    const QSslCertificate &authority() const { return m_voucher; }
     /// Everything that it was sent, decrypted.
-    const QByteArray &received() const { return bytes; }
-    int handshakes() const { return begun; }
+    ReceivedRequest request() const { return {m_bytes, {}}; }
+    int handshakes() const { return m_begun; }
 
 private:
-    void answer(QSslSocket *socket);
+    void respond(QSslSocket *socket);
 
-    QSslServer server;
-    QSslCertificate voucher;
-    QByteArray bytes;
-    int begun = 0;
+    QSslServer m_server;
+    QSslCertificate m_voucher;
+    QByteArray m_bytes;
+    int m_begun = 0;
 };
 
 /// For as long as it exists, whatever that authority vouches for is trusted.
@@ -51,7 +53,7 @@ public:
     ~TrustedAuthority();
 
 private:
-    const QSslConfiguration former;
+    const QSslConfiguration m_former;
 };
 
 } // namespace quilmora::test

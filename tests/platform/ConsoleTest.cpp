@@ -2,6 +2,7 @@
 
 #include "support/ChildProcess.h"
 #include "support/StandardOutput.h"
+#include "support/TestProgram.h"
 
 #include <QTest>
 
@@ -18,93 +19,85 @@ class ConsoleTest final : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void aLineIsWrittenInUtf8();
-    void lineBreaksInsideBecomeBlanks_data();
-    void lineBreaksInsideBecomeBlanks();
-    void aLineIsOutAtOnce();
-    void aLongLineComesWhole();
-    void aReaderThatHasGoneIsIgnored();
-    void aFullDiskIsIgnored();
+    void aLineIsWrittenInUtf8()
+    {
+        const QByteArray output =
+            standardOutputOf([] { console::printLine(u"保存图片失败: 'quoted' \"%s %n\" 😀"_s); });
+        QCOMPARE(output, QByteArray{"保存图片失败: 'quoted' \"%s %n\" 😀\n"});
+    }
+
+    void lineBreaksInsideBecomeBlanks_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QByteArray>("line");
+        QTest::newRow("line feed") << u"a\nb"_s << QByteArray{"a b\n"};
+        QTest::newRow("carriage return") << u"a\rb"_s << QByteArray{"a b\n"};
+        QTest::newRow("both, as one") << u"a\r\nb"_s << QByteArray{"a b\n"};
+        QTest::newRow("two") << u"a\n\nb"_s << QByteArray{"a  b\n"};
+        QTest::newRow("at the ends") << u"\na\n"_s << QByteArray{" a \n"};
+        QTest::newRow("vertical tab and form feed") << u"a\vb\fc"_s << QByteArray{"a b c\n"};
+        QTest::newRow("next line") << u"a\u0085b"_s << QByteArray{"a b\n"};
+        QTest::newRow("separators") << u"a\u2028b\u2029c"_s << QByteArray{"a b c\n"};
+        QTest::newRow("nothing") << QString{} << QByteArray{"\n"};
+        QTest::newRow("tab and blanks stay") << u"\ta  b "_s << QByteArray{"\ta  b \n"};
+    }
+
+    void lineBreaksInsideBecomeBlanks()
+    {
+        QFETCH(const QString, text);
+        QFETCH(const QByteArray, line);
+        QCOMPARE(standardOutputOf([&text] { console::printLine(text); }), line);
+    }
+
+    void aLineIsOutAtOnce()
+    {
+        // The copy ends without the usual clearing up, so an unflushed line would be lost.
+        const auto outcome = childProcess::run([] {
+            console::printLine(u"今天"_s);
+            _exit(7);
+        });
+        QCOMPARE(outcome.exitCode, 7);
+        QCOMPARE(outcome.standardOutput, QByteArray{"今天\n"});
+    }
+
+    void aLongLineComesWhole()
+    {
+        const QString text(1000000, u'长');
+        const QByteArray output = standardOutputOf([&text] { console::printLine(text); });
+        QCOMPARE(output.size(), qsizetype{3000001});
+        QVERIFY(output == text.toUtf8() + '\n');
+    }
+
+    void aReaderThatHasGoneIsIgnored()
+    {
+        const auto outcome = childProcess::run([] {
+            std::array<int, 2> ends{};
+            if (pipe(ends.data()) != 0 || dup2(ends[1], STDOUT_FILENO) < 0 || close(ends[0]) != 0) {
+                _exit(1);
+            }
+            console::printLine(u"nobody reads this"_s);
+            console::printLine(u"nor this"_s);
+        });
+        QCOMPARE(outcome.signal, 0);
+        QCOMPARE(outcome.exitCode, 0);
+    }
+
+    void aFullDiskIsIgnored()
+    {
+        if (access("/dev/full", W_OK) != 0) {
+            QSKIP("This system has no device that is always full");
+        }
+        const auto outcome = childProcess::run([] {
+            if (std::freopen("/dev/full", "w", stdout) == nullptr) {
+                _exit(1);
+            }
+            console::printLine(u"lost"_s);
+            console::printLine(u"lost"_s);
+        });
+        QCOMPARE(outcome.signal, 0);
+        QCOMPARE(outcome.exitCode, 0);
+    }
 };
 
-void ConsoleTest::aLineIsWrittenInUtf8()
-{
-    const QByteArray output =
-        standardOutputOf([] { console::printLine(u"保存图片失败: 'quoted' \"%s %n\" 😀"_s); });
-    QCOMPARE(output, QByteArray{"保存图片失败: 'quoted' \"%s %n\" 😀\n"});
-}
-
-void ConsoleTest::lineBreaksInsideBecomeBlanks_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QByteArray>("line");
-    QTest::newRow("line feed") << u"a\nb"_s << QByteArray{"a b\n"};
-    QTest::newRow("carriage return") << u"a\rb"_s << QByteArray{"a b\n"};
-    QTest::newRow("both, as one") << u"a\r\nb"_s << QByteArray{"a b\n"};
-    QTest::newRow("two") << u"a\n\nb"_s << QByteArray{"a  b\n"};
-    QTest::newRow("at the ends") << u"\na\n"_s << QByteArray{" a \n"};
-    QTest::newRow("vertical tab and form feed") << u"a\vb\fc"_s << QByteArray{"a b c\n"};
-    QTest::newRow("next line") << u"a\u0085b"_s << QByteArray{"a b\n"};
-    QTest::newRow("separators") << u"a\u2028b\u2029c"_s << QByteArray{"a b c\n"};
-    QTest::newRow("nothing") << QString{} << QByteArray{"\n"};
-    QTest::newRow("tab and blanks stay") << u"\ta  b "_s << QByteArray{"\ta  b \n"};
-}
-
-void ConsoleTest::lineBreaksInsideBecomeBlanks()
-{
-    QFETCH(const QString, text);
-    QFETCH(const QByteArray, line);
-    QCOMPARE(standardOutputOf([&text] { console::printLine(text); }), line);
-}
-
-void ConsoleTest::aLineIsOutAtOnce()
-{
-    // The copy ends without the usual clearing up, so an unflushed line would be lost.
-    const auto outcome = childProcess::run([] {
-        console::printLine(u"今天"_s);
-        _exit(7);
-    });
-    QCOMPARE(outcome.exitCode, 7);
-    QCOMPARE(outcome.standardOutput, QByteArray{"今天\n"});
-}
-
-void ConsoleTest::aLongLineComesWhole()
-{
-    const QString text(1000000, u'长');
-    const QByteArray output = standardOutputOf([&text] { console::printLine(text); });
-    QCOMPARE(output.size(), qsizetype{3000001});
-    QVERIFY(output == text.toUtf8() + '\n');
-}
-
-void ConsoleTest::aReaderThatHasGoneIsIgnored()
-{
-    const auto outcome = childProcess::run([] {
-        std::array<int, 2> ends{};
-        if (pipe(ends.data()) != 0 || dup2(ends[1], STDOUT_FILENO) < 0 || close(ends[0]) != 0) {
-            _exit(1);
-        }
-        console::printLine(u"nobody reads this"_s);
-        console::printLine(u"nor this"_s);
-    });
-    QCOMPARE(outcome.signal, 0);
-    QCOMPARE(outcome.exitCode, 0);
-}
-
-void ConsoleTest::aFullDiskIsIgnored()
-{
-    if (access("/dev/full", W_OK) != 0) {
-        QSKIP("This system has no device that is always full");
-    }
-    const auto outcome = childProcess::run([] {
-        if (std::freopen("/dev/full", "w", stdout) == nullptr) {
-            _exit(1);
-        }
-        console::printLine(u"lost"_s);
-        console::printLine(u"lost"_s);
-    });
-    QCOMPARE(outcome.signal, 0);
-    QCOMPARE(outcome.exitCode, 0);
-}
-
-QTEST_GUILESS_MAIN(ConsoleTest)
+QUILMORA_TEST(ConsoleTest, runCoreTest)
 #include "ConsoleTest.moc"

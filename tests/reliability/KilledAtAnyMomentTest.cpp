@@ -1,10 +1,11 @@
-#include "reliability/KillMoment.h"
-#include "reliability/MakerProcess.h"
+#include "reliability/KillSchedule.h"
 #include "reliability/RunLength.h"
 #include "reliability/ServiceProcess.h"
-#include "reliability/StorePromises.h"
+#include "reliability/StoreInvariants.h"
+#include "reliability/StoreWorkerProcess.h"
 #include "support/SamplePictures.h"
 #include "support/TemporaryHome.h"
+#include "support/TestProgram.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -18,130 +19,121 @@ using namespace quilmora::test;
 
 /// Covers are made by the application's own services, against the bundled one, in a process that is killed at
 /// random moments. After each kill the store is opened again, by another process, and everything that was
-/// promised is looked up in its files. QUILMORA_RUN_COUNT is the number of kills, QUILMORA_RUN_SEED makes a
-/// run like a former one.
+/// promised is looked up in its files. QUILMORA_RUN_COUNT is the number of kills, QUILMORA_RUN_SEED repeats
+/// a former run.
 class KilledAtAnyMomentTest final : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void nothingThatWasPromisedIsLost();
+    void initTestCase()
+    {
+        const quint32 seed = runSeed();
+        qInfo("The seed is %u", seed);
+        m_random.seed(seed);
+        measurePace();
+    }
+
+    void nothingThatWasPromisedIsLost()
+    {
+        const int count = runCount(20);
+        for (int number = 0; number < count; ++number) {
+            killOnce(number, static_cast<KillSchedule::Kind>(number % KillSchedule::kinds));
+            if (QTest::currentTestFailed()) {
+                QFAIL(qPrintable(u"at kill %1"_s.arg(number)));
+            }
+        }
+        qInfo(
+            "%d kills: %d at the start, %d in adoptions, %d in settings, %d at a file, %d anywhere; %d left "
+            "a journal",
+            count, m_kills[0], m_kills[1], m_kills[2], m_kills[3], m_kills[4], m_journals);
+        qInfo("%d covers, %d of them shown; %d adopted whole, %d truncated, %d replaced by one of the same "
+              "name",
+              m_invariants.covers(), m_invariants.shown(), m_invariants.adopted(), m_invariants.cutShort(),
+              m_invariants.replaced());
+        QVERIFY(m_invariants.replaced() <= 1);
+    }
 
 private:
     static constexpr int orphansAtOnce = 120;
 
-    void measurePace();
-    void killOnce(int number, KillMoment::Kind kind);
-    void addOrphans() const;
-    void removeOrphans() const;
-    void restart();
-
-    const TemporaryHome home;
-    StorePromises promises;
-    ServiceProcess service;
-    QRandomGenerator random;
-    KillMoment::Pace pace{};
-    std::array<int, KillMoment::kinds> kills{};
-    int journals = 0; ///< How often a kill left a journal or a log behind.
-};
-
-void KilledAtAnyMomentTest::initTestCase()
-{
-    const quint32 seed = runSeed();
-    qInfo("The seed is %u", seed);
-    random.seed(seed);
-    measurePace();
-}
-
-/// One run that nobody disturbs.
-void KilledAtAnyMomentTest::measurePace()
-{
-    QElapsedTimer clock;
-    clock.start();
-    MakerProcess maker{u"whole"_s, 2, service.endpoint()};
-    maker.go();
-    QVERIFY(maker.waitFor("started"));
-    pace.start = std::chrono::milliseconds{clock.restart()};
-    QCOMPARE(maker.waitForEnd(), 0);
-    pace.cover = std::chrono::milliseconds{clock.elapsed() / 2};
-    promises.believe(maker.lines());
-    QCOMPARE(promises.broken().join(u'\n'), QString{});
-    QCOMPARE(promises.shown(), 2);
-}
-
-void KilledAtAnyMomentTest::addOrphans() const
-{
-    const QByteArray png = samplePictures::png(samplePictures::picture({8, 8}));
-    for (int number = 0; number < orphansAtOnce; ++number) {
-        samplePictures::write(promises.coversFolder() + u"/orphan%1.png"_s.arg(number), png);
+    /// One run without a kill.
+    void measurePace()
+    {
+        QElapsedTimer clock;
+        clock.start();
+        StoreWorkerProcess maker{u"whole"_s, 2, m_service.endpoint()};
+        maker.go();
+        QVERIFY(maker.waitFor("started"));
+        m_pace.start = std::chrono::milliseconds{clock.restart()};
+        QCOMPARE(maker.waitForEnd(), 0);
+        m_pace.cover = std::chrono::milliseconds{clock.elapsed() / 2};
+        m_invariants.expect(maker.lines());
+        QCOMPARE(m_invariants.violations().join(u'\n'), QString{});
+        QCOMPARE(m_invariants.shown(), 2);
     }
-}
 
-void KilledAtAnyMomentTest::removeOrphans() const
-{
-    // A kill leaves the database with its log; the next kills are to find the journal again.
-    databaseFile::run(promises.databaseFile(), "DELETE FROM history WHERE image_path LIKE '%/orphan%';"
-                                               "PRAGMA journal_mode = DELETE");
-    QDir folder{promises.coversFolder()};
-    for (const QString &name : folder.entryList({u"orphan*"_s}, QDir::Files)) {
-        QVERIFY(folder.remove(name));
+    void killOnce(int number, KillSchedule::Kind kind)
+    {
+        const bool adopts = kind == KillSchedule::Kind::adoption;
+        if (adopts) {
+            addOrphans();
+        }
+        StoreWorkerProcess maker{u"k%1"_s.arg(number), 1000, m_service.endpoint()};
+        maker.go();
+        const QString folder = QFileInfo{m_invariants.databaseFile()}.path();
+        const bool hasCome =
+            KillSchedule{kind, m_random, m_pace}.waitIn(maker, folder, m_invariants.coversFolder());
+        maker.kill();
+        QVERIFY2(hasCome, maker.lines().join('\n').constData());
+        ++m_kills.at(static_cast<std::size_t>(kind));
+        m_journals += QDir{folder}.entryList(QDir::Files).size() > 1 ? 1 : 0;
+
+        StoreWorkerProcess again{u"again"_s, 0, m_service.endpoint()};
+        again.go();
+        QCOMPARE(again.waitForEnd(), 0);
+        QCOMPARE(again.lines(), QByteArrayList{"started"});
+        m_invariants.expect(maker.lines());
+        if (adopts) {
+            checkAndRemoveOrphans();
+        }
+        QCOMPARE(m_invariants.violations().join(u'\n'), QString{});
     }
-}
 
-void KilledAtAnyMomentTest::restart()
-{
-    MakerProcess again{u"again"_s, 0, service.endpoint()};
-    again.go();
-    QCOMPARE(again.waitForEnd(), 0);
-    QCOMPARE(again.lines(), QByteArrayList{"started"});
-}
-
-void KilledAtAnyMomentTest::killOnce(int number, KillMoment::Kind kind)
-{
-    const bool adopts = kind == KillMoment::Kind::adoption;
-    if (adopts) {
-        addOrphans();
+    void addOrphans() const
+    {
+        const QByteArray png = samplePictures::png(samplePictures::picture({8, 8}));
+        for (int number = 0; number < orphansAtOnce; ++number) {
+            samplePictures::write(m_invariants.coversFolder() + u"/orphan%1.png"_s.arg(number), png);
+        }
     }
-    MakerProcess maker{u"k%1"_s.arg(number), 1000, service.endpoint()};
-    maker.go();
-    const QString folder = QFileInfo{promises.databaseFile()}.path();
-    const bool hasCome = KillMoment{kind, random, pace}.waitIn(maker, folder, promises.coversFolder());
-    maker.kill();
-    QVERIFY2(hasCome, maker.lines().join('\n').constData());
-    ++kills.at(static_cast<std::size_t>(kind));
-    journals += QDir{folder}.entryList(QDir::Files).size() > 1 ? 1 : 0;
 
-    restart();
-    promises.believe(maker.lines());
-    if (adopts) {
-        // Each exactly once.
-        const auto counts = databaseFile::run(promises.databaseFile(),
+    /// Each was adopted exactly once.
+    void checkAndRemoveOrphans() const
+    {
+        const auto counts = databaseFile::run(m_invariants.databaseFile(),
                                               "SELECT count(*), count(DISTINCT image_path) FROM history "
                                               "WHERE image_path LIKE '%/orphan%'");
         const QByteArray all = QByteArray::number(orphansAtOnce);
         QCOMPARE(counts.constFirst(), (databaseFile::Row{all, all}));
-        removeOrphans();
-    }
-    QCOMPARE(promises.broken().join(u'\n'), QString{});
-}
-
-void KilledAtAnyMomentTest::nothingThatWasPromisedIsLost()
-{
-    const int count = runCount(20);
-    for (int number = 0; number < count; ++number) {
-        killOnce(number, static_cast<KillMoment::Kind>(number % KillMoment::kinds));
-        if (QTest::currentTestFailed()) {
-            QFAIL(qPrintable(u"at kill %1"_s.arg(number)));
+        // A kill leaves the database with its log; the next kills are to find the journal again.
+        databaseFile::run(m_invariants.databaseFile(),
+                          "DELETE FROM history WHERE image_path LIKE '%/orphan%';"
+                          "PRAGMA journal_mode = DELETE");
+        QDir folder{m_invariants.coversFolder()};
+        for (const QString &name : folder.entryList({u"orphan*"_s}, QDir::Files)) {
+            QVERIFY(folder.remove(name));
         }
     }
-    qInfo("%d kills: %d at the start, %d in adoptions, %d in settings, %d at a file, %d anywhere; %d left a "
-          "journal",
-          count, kills[0], kills[1], kills[2], kills[3], kills[4], journals);
-    qInfo("%d covers, %d of them shown; %d adopted whole, %d cut short, %d replaced by one of the same name",
-          promises.covers(), promises.shown(), promises.adopted(), promises.cutShort(), promises.replaced());
-    QVERIFY(promises.replaced() <= 1);
-}
 
-QTEST_GUILESS_MAIN(KilledAtAnyMomentTest)
+    const TemporaryHome m_home;
+    StoreInvariants m_invariants;
+    ServiceProcess m_service;
+    QRandomGenerator m_random;
+    KillSchedule::Pace m_pace{};
+    std::array<int, KillSchedule::kinds> m_kills{};
+    int m_journals = 0; ///< How often a kill left a journal or a log behind.
+};
+
+QUILMORA_TEST(KilledAtAnyMomentTest, runCoreTest)
 #include "KilledAtAnyMomentTest.moc"

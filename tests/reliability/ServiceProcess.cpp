@@ -13,20 +13,20 @@ ServiceProcess::ServiceProcess()
     for (const QString &model : workedModels) {
         arguments += {u"--model"_s, model};
     }
-    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    process.start(QStringLiteral(QUILMORA_LOCAL_SERVICE_PROGRAM), arguments);
-    while (!process.canReadLine()) {
-        if (!process.waitForReadyRead()) {
+    m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    m_process.start(QStringLiteral(QUILMORA_LOCAL_SERVICE_PROGRAM), arguments);
+    while (!m_process.canReadLine()) {
+        if (!m_process.waitForReadyRead()) {
             qFatal("The image service does not start");
         }
     }
-    address = QString::fromUtf8(process.readLine()).trimmed().section(u' ', -1);
+    m_address = QString::fromUtf8(m_process.readLine()).trimmed().section(u' ', -1);
 }
 
 ServiceProcess::~ServiceProcess()
 {
-    process.terminate();
-    process.waitForFinished();
+    m_process.terminate();
+    m_process.waitForFinished();
 }
 
 } // namespace quilmora::test

@@ -15,11 +15,11 @@ public:
     ~ServiceProcess();
 
     /// Where it takes requests.
-    const QString &endpoint() const { return address; }
+    const QString &endpoint() const { return m_address; }
 
 private:
-    QProcess process;
-    QString address;
+    QProcess m_process;
+    QString m_address;
 };
 
 } // namespace quilmora::test

@@ -1,5 +1,6 @@
 #include "StoreFixture.h"
 #include "store/ImageStorageService.h"
+#include "support/TestProgram.h"
 
 #include <QTest>
 
@@ -21,12 +22,8 @@ constexpr qint64 blockBytes = 4096;
 QImage noise()
 {
     std::mt19937 random{1};
-    QImage image{140, 140, QImage::Format_RGB32};
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            image.setPixel(x, y, static_cast<QRgb>(random()) | 0xff000000U);
-        }
-    }
+    QImage image{140, 140, QImage::Format_RGB888};
+    std::generate_n(image.bits(), image.sizeInBytes(), [&random] { return static_cast<uchar>(random()); });
     return image;
 }
 
@@ -36,16 +33,22 @@ QString fillDisk(const QString &folder, qint64 blocks)
     struct statvfs disk {
     };
     statvfs(QFile::encodeName(folder).constData(), &disk);
-    const auto room = static_cast<qint64>(disk.f_bavail * disk.f_frsize) - blocks * blockBytes;
-    QString path = folder + u"/filler"_s;
-    samplePictures::write(path, QByteArray(room, 'f'));
-    return path;
+    const auto bytes = static_cast<qint64>(disk.f_bavail * disk.f_frsize) - blocks * blockBytes;
+    return samplePictures::write(folder + u"/filler"_s, QByteArray(bytes, 'f'));
+}
+
+/// For use in a child process: prints what is wrong and ends the process, with 0 when all was written.
+[[noreturn]] void printAndExit(const QByteArray &fault, bool isDone)
+{
+    std::printf("%s", fault.constData());
+    std::fflush(stdout);
+    _exit(isDone ? 0 : 1);
 }
 
 } // namespace
 
-/// Every write of the store on a disk that has room for nothing, for one block more, for two, and so on until
-/// all of it fits. Each attempt in a copy of the process, on a disk of its own.
+/// Every write of the store on a disk that has space for nothing, for one block more, for two, and so on
+/// until all of it fits. Each attempt in a child process, on a disk of its own.
 class FullDiskTest final : public StoreFixture
 {
     Q_OBJECT
@@ -60,219 +63,219 @@ public:
     };
 
 private Q_SLOTS:
-    void nothingIsHarmed_data();
-    void nothingIsHarmed();
-    void nothingIsHarmedWhereFilesMayNotGrow_data() { addOperations(); }
-    void nothingIsHarmedWhereFilesMayNotGrow();
-
-private:
-    static void addOperations();
-
-    void store(const Operation &operation) const;
-    QByteArray run(const Operation &operation) const;
-    bool isDone(const Operation &operation) const;
-    /// What the first three covers and their rows are, and the settings; empty on a fresh start.
-    QByteArrayList knownState() const;
-    /// What is wrong with the store's files; empty for nothing.
-    QByteArray fault(const QByteArrayList &before, const QByteArray &output) const;
-    /// Runs the operation where `makeTight` has left little room; gives what is wrong afterwards.
-    QByteArray attempt(const Operation &operation, const std::function<void()> &makeTight) const;
-    /// Runs it again, now that there is room.
-    QByteArray attemptWithRoom(const Operation &operation) const;
-};
-
-void FullDiskTest::addOperations()
-{
-    QTest::addColumn<Operation>("operation");
-    const auto nothing = [](DatabaseManager &, ImageStorageService &) {
-    };
-    QTest::newRow("the first start") << Operation{
-        true, 2, nothing, "SELECT count(*) = 2 AND (SELECT count(*) FROM volc_config) = 1 FROM history"};
-    QTest::newRow("a cover adopted") << Operation{false, 1, nothing, "SELECT count(*) = 4 FROM history"};
-    QTest::newRow("settings saved") << Operation{
-        false, 0,
-        [](DatabaseManager &database, ImageStorageService &) {
-            database.saveConfig(u"https://a"_s, QString{9000, u'k'}, u"m"_s);
-        },
-        "SELECT length(api_key) = 9000 FROM volc_config"};
-    QTest::newRow("a cover recorded")
-        << Operation{false, 0,
-                     [](DatabaseManager &database, ImageStorageService &) {
-                         database.insertHistory(QString{9000, u'p'}, u"~/a.png"_s, u"m"_s);
-                     },
-                     "SELECT count(*) >= 1 FROM history WHERE length(prompt) = 9000"};
-    QTest::newRow("a picture stored and recorded")
-        << Operation{false, 0,
-                     [](DatabaseManager &database, ImageStorageService &storage) {
-                         if (const auto path = storage.saveImage(noise())) {
-                             database.insertHistory(u"drawn"_s, *path, u"m"_s);
-                         }
-                     },
-                     "SELECT count(*) >= 1 FROM history WHERE prompt = 'drawn'"};
-}
-
-void FullDiskTest::nothingIsHarmed_data()
-{
-    addOperations();
-    // Only here: with a limit for files the disk itself has room for a log, into which such many would go.
-    QTest::newRow("many covers adopted") << Operation{
-        false, 120, [](DatabaseManager &, ImageStorageService &) {}, "SELECT count(*) = 123 FROM history"};
-}
-
-/// Brings about what is there before the operation.
-void FullDiskTest::store(const Operation &operation) const
-{
-    if (!operation.isFirst) {
-        for (const QString &name : {u"known1.png"_s, u"known2.png"_s, u"known3.png"_s}) {
-            addCover(name);
-        }
-        DatabaseManager{folder(), covers()}.saveConfig(u"https://a"_s, u"key"_s, u"m"_s);
+    void nothingIsHarmed_data()
+    {
+        addOperations();
+        // Only here: with a limit for files the disk itself has space for the log into which so many would
+        // go.
+        QTest::newRow("many covers adopted")
+            << Operation{false, 120, [](auto &, auto &) {}, "SELECT count(*) = 123 FROM history"};
     }
-    for (int number = 0; number < operation.orphans; ++number) {
-        addCover(u"%1.png"_s.arg(number));
-    }
-    QDir{}.mkpath(covers());
-}
 
-QByteArray FullDiskTest::run(const Operation &operation) const
-{
-    return standardOutputOf([&] {
-        DatabaseManager database{folder(), covers()};
-        ImageStorageService storage{covers()};
-        operation.act(database, storage);
-    });
-}
-
-bool FullDiskTest::isDone(const Operation &operation) const
-{
-    const bool hasTables =
-        sql("SELECT count(*) FROM sqlite_master WHERE name IN ('history', 'volc_config')") == Rows{{"2"}};
-    return hasTables && sql(operation.done) == Rows{{"1"}};
-}
-
-QByteArrayList FullDiskTest::knownState() const
-{
-    QByteArrayList found;
-    for (const QFileInfo &entry : QDir{covers()}.entryInfoList({u"known*"_s}, QDir::Files)) {
-        found.append(entry.fileName().toUtf8() + ' ' + QByteArray::number(entry.size()));
-    }
-    if (!found.isEmpty()) {
-        for (const databaseFile::Row &row : sql("SELECT * FROM history WHERE image_path LIKE '%/known%'")) {
-            found.append(row.join('|'));
-        }
-    }
-    return found;
-}
-
-QByteArray FullDiskTest::fault(const QByteArrayList &before, const QByteArray &output) const
-{
-    if (knownState() != before) {
-        return "what was stored has changed";
-    }
-    if (!before.isEmpty() && sql("SELECT api_url, api_key IN ('key', '" + QByteArray(9000, 'k') +
-                                 "') FROM volc_config") != Rows{{"https://a", "1"}}) {
-        return "the settings are neither the former nor the new ones";
-    }
-    if (sql("PRAGMA integrity_check") != Rows{{"ok"}}) {
-        return "the database is damaged";
-    }
-    const QStringList left = QDir{folder()}.entryList(QDir::Files | QDir::Hidden);
-    if (left != QStringList{u"quilmora.db"_s}) {
-        return "left behind: " + left.join(u' ').toUtf8();
-    }
-    for (const QFileInfo &entry : QDir{covers()}.entryInfoList({u"cover_*"_s}, QDir::Files)) {
-        if (ImageStorageService{covers()}.loadImage(entry.filePath()).isNull()) {
-            return "half a file is left";
-        }
-    }
-    for (const QByteArray &line : output.split('\n')) {
-        if (!line.isEmpty() && !line.startsWith("SQL 错误: ") && !line.startsWith("保存图片失败: ")) {
-            return "another line: " + line;
-        }
-    }
-    return {};
-}
-
-QByteArray FullDiskTest::attempt(const Operation &operation, const std::function<void()> &makeTight) const
-{
-    store(operation);
-    const QByteArrayList before = knownState();
-    makeTight();
-    const QByteArray output = run(operation);
-    QByteArray wrong = fault(before, output);
-    if (wrong.isEmpty() && isDone(operation) != output.isEmpty()) {
-        return output.isEmpty() ? QByteArray{"not done, and not told"} : "done, but told: " + output;
-    }
-    return wrong;
-}
-
-QByteArray FullDiskTest::attemptWithRoom(const Operation &operation) const
-{
-    const QByteArray output = run(operation);
-    return output.isEmpty() && isDone(operation) ? QByteArray{} : "with room again: " + output;
-}
-
-void FullDiskTest::nothingIsHarmed()
-{
-    QFETCH(const Operation, operation);
-    int failures = 0;
-    for (int blocks = 0, done = 0; done < 3; ++blocks) {
-        QVERIFY(blocks < 300);
-        const auto outcome = childProcess::run([&] {
-            if (!childProcess::mountSmallDisk(home->path(), 400 * blockBytes)) {
+    void nothingIsHarmed()
+    {
+        QFETCH(const Operation, operation);
+        const auto attemptOnDisk = [&](int blocks) {
+            if (!childProcess::mountSmallDisk(m_home->path(), 400 * blockBytes)) {
                 _exit(cannotMount);
             }
             QString filler;
-            QByteArray wrong = attempt(operation, [&] { filler = fillDisk(home->path(), blocks); });
+            QByteArray wrong = attempt(operation, [&] { filler = fillDisk(m_home->path(), blocks); });
             const bool isDoneAtOnce = isDone(operation);
             QFile::remove(filler);
             if (wrong.isEmpty() && !isDoneAtOnce) {
-                wrong = attemptWithRoom(operation);
+                wrong = attemptWithSpace(operation);
             }
-            std::printf("%s", wrong.constData());
-            std::fflush(stdout);
-            _exit(isDoneAtOnce ? 0 : 1);
-        });
-        if (outcome.exitCode == cannotMount) {
-            QSKIP("No disk can be mounted here; the limit of the size of files stands for it");
-        }
-        QCOMPARE(outcome.signal, 0);
-        QVERIFY2(outcome.standardOutput.isEmpty(),
-                 QByteArray{QByteArray::number(blocks) + " blocks: " + outcome.standardOutput}.constData());
-        done += outcome.exitCode == 0 ? 1 : 0;
-        failures += outcome.exitCode;
+            printAndExit(wrong, isDoneAtOnce);
+        };
+        attemptUntilAllFits(0, attemptOnDisk);
     }
-    QVERIFY(failures > 0);
-    qInfo("%d attempts without room for all of it", failures);
-}
 
-void FullDiskTest::nothingIsHarmedWhereFilesMayNotGrow()
-{
-    QFETCH(const Operation, operation);
-    int failures = 0;
-    // With none, what the store prints could not be kept either.
-    for (int blocks = 1, done = 0; done < 3; ++blocks) {
-        QVERIFY(blocks < 300);
-        const auto outcome = childProcess::run([&] {
+    void nothingIsHarmedWhereFilesMayNotGrow_data() { addOperations(); }
+
+    void nothingIsHarmedWhereFilesMayNotGrow()
+    {
+        QFETCH(const Operation, operation);
+        const auto attemptWithLimit = [&](int blocks) {
             const QByteArray wrong =
                 attempt(operation, [&] { childProcess::limitFileSize(blocks * blockBytes); });
-            std::printf("%s", wrong.constData());
-            std::fflush(stdout);
-            _exit(isDone(operation) ? 0 : 1);
-        });
-        QCOMPARE(outcome.signal, 0);
-        QVERIFY2(outcome.standardOutput.isEmpty(),
-                 QByteArray{QByteArray::number(blocks) + " blocks: " + outcome.standardOutput}.constData());
-        if (outcome.exitCode != 0) {
-            QCOMPARE(attemptWithRoom(operation), QByteArray{});
-        }
-        done += outcome.exitCode == 0 ? 1 : 0;
-        failures += outcome.exitCode;
-        home.emplace();
+            printAndExit(wrong, isDone(operation));
+        };
+        // Without any block, what the store prints could not be kept either.
+        attemptUntilAllFits(1, attemptWithLimit,
+                            [&] { QCOMPARE(attemptWithSpace(operation), QByteArray{}); });
     }
-    QVERIFY(failures > 0);
-    qInfo("%d attempts without room for all of it", failures);
-}
 
-QTEST_GUILESS_MAIN(FullDiskTest)
+    void aSmallerRowIsStoredAfterOneThatDoesNotFit()
+    {
+        const auto outcome = childProcess::run([this] {
+            DatabaseManager database{folder(), covers()};
+            childProcess::limitFileSize(65536);
+            database.insertHistory(QString{100000, u'x'}, u"~/a.png"_s, u"m"_s);
+            const bool isRefused = database.fetchAllHistory().isEmpty();
+            database.insertHistory(u"p"_s, u"~/a.png"_s, u"m"_s);
+            _exit(isRefused && database.fetchAllHistory().size() == 1 ? 0 : 1);
+        });
+        QCOMPARE(errorCount(outcome.standardOutput), 1);
+        QCOMPARE(outcome.exitCode, 0);
+    }
+
+private:
+    static void addOperations()
+    {
+        QTest::addColumn<Operation>("operation");
+        const auto nothing = [](auto &, auto &) {
+        };
+        const auto saveSettings = [](auto &database, auto &) {
+            database.saveConfig(u"https://a"_s, QString{9000, u'k'}, u"m"_s);
+        };
+        const auto insertRow = [](auto &database, auto &) {
+            database.insertHistory(QString{9000, u'p'}, u"~/a.png"_s, u"m"_s);
+        };
+        const auto savePicture = [](auto &database, auto &storage) {
+            if (const auto path = storage.saveImage(noise())) {
+                database.insertHistory(u"drawn"_s, *path, u"m"_s);
+            }
+        };
+        QTest::newRow("the first start") << Operation{
+            true, 2, nothing, "SELECT count(*) = 2 AND (SELECT count(*) FROM volc_config) = 1 FROM history"};
+        QTest::newRow("a cover adopted") << Operation{false, 1, nothing, "SELECT count(*) = 4 FROM history"};
+        QTest::newRow("settings saved")
+            << Operation{false, 0, saveSettings, "SELECT length(api_key) = 9000 FROM volc_config"};
+        QTest::newRow("a cover recorded") << Operation{
+            false, 0, insertRow, "SELECT count(*) >= 1 FROM history WHERE length(prompt) = 9000"};
+        QTest::newRow("a picture stored and recorded")
+            << Operation{false, 0, savePicture, "SELECT count(*) >= 1 FROM history WHERE prompt = 'drawn'"};
+    }
+
+    /// Runs `attempt` in a child process with more and more blocks until all was written three times. Calls
+    /// `afterFailure` when not all was written.
+    void attemptUntilAllFits(
+        int blocks, const std::function<void(int blocks)> &attempt,
+        const std::function<void()> &afterFailure = [] {})
+    {
+        int failures = 0;
+        for (int successes = 0; successes < 3; ++blocks) {
+            QVERIFY(blocks < 300);
+            const auto outcome = childProcess::run([&] { attempt(blocks); });
+            if (outcome.exitCode == cannotMount) {
+                QSKIP("No disk can be mounted here; the limit of the size of files stands for it");
+            }
+            QCOMPARE(outcome.signal, 0);
+            const QByteArray message = QByteArray::number(blocks) + " blocks: " + outcome.standardOutput;
+            QVERIFY2(outcome.standardOutput.isEmpty(), message.constData());
+            if (outcome.exitCode != 0) {
+                ++failures;
+                afterFailure();
+                QVERIFY2(!QTest::currentTestFailed(), message.constData());
+            } else {
+                ++successes;
+            }
+            m_home.emplace();
+        }
+        QVERIFY(failures > 0);
+        qInfo("%d attempts without space for all of it", failures);
+    }
+
+    /// Stores what is there before the operation.
+    void prepare(const Operation &operation) const
+    {
+        if (!operation.isFirst) {
+            for (const QString &name : {u"known1.png"_s, u"known2.png"_s, u"known3.png"_s}) {
+                addCover(name);
+            }
+            DatabaseManager{folder(), covers()}.saveConfig(u"https://a"_s, u"key"_s, u"m"_s);
+        }
+        for (int number = 0; number < operation.orphans; ++number) {
+            addCover(u"%1.png"_s.arg(number));
+        }
+        QDir{}.mkpath(covers());
+    }
+
+    QByteArray run(const Operation &operation) const
+    {
+        return standardOutputOf([&] {
+            DatabaseManager database{folder(), covers()};
+            ImageStorageService storage{covers()};
+            operation.act(database, storage);
+        });
+    }
+
+    bool isDone(const Operation &operation) const
+    {
+        const bool hasTables =
+            sql("SELECT count(*) FROM sqlite_master WHERE name IN ('history', 'volc_config')") == Rows{{"2"}};
+        return hasTables && sql(operation.done) == Rows{{"1"}};
+    }
+
+    /// Runs the operation where `makeTight` has left little space; gives what is wrong afterwards.
+    QByteArray attempt(const Operation &operation, const std::function<void()> &makeTight) const
+    {
+        prepare(operation);
+        const QByteArrayList before = knownState();
+        makeTight();
+        const QByteArray output = run(operation);
+        QByteArray wrong = fault(before, output);
+        if (wrong.isEmpty() && isDone(operation) != output.isEmpty()) {
+            return output.isEmpty() ? QByteArray{"not done, and not reported"}
+                                    : "done, but reported: " + output;
+        }
+        return wrong;
+    }
+
+    /// Runs it again, now that there is space.
+    QByteArray attemptWithSpace(const Operation &operation) const
+    {
+        const QByteArray output = run(operation);
+        return output.isEmpty() && isDone(operation) ? QByteArray{} : "with space again: " + output;
+    }
+
+    /// What the first three covers and their rows are; empty on a fresh start.
+    QByteArrayList knownState() const
+    {
+        QByteArrayList found;
+        for (const QFileInfo &entry : QDir{covers()}.entryInfoList({u"known*"_s}, QDir::Files)) {
+            found.append(entry.fileName().toUtf8() + ' ' + QByteArray::number(entry.size()));
+        }
+        if (!found.isEmpty()) {
+            for (const databaseFile::Row &row :
+                 sql("SELECT * FROM history WHERE image_path LIKE '%/known%'")) {
+                found.append(row.join('|'));
+            }
+        }
+        return found;
+    }
+
+    /// What is wrong with the store's files; empty for nothing.
+    QByteArray fault(const QByteArrayList &before, const QByteArray &output) const
+    {
+        if (knownState() != before) {
+            return "what was stored has changed";
+        }
+        if (!before.isEmpty() && sql("SELECT api_url, api_key IN ('key', '" + QByteArray(9000, 'k') +
+                                     "') FROM volc_config") != Rows{{"https://a", "1"}}) {
+            return "the settings are neither the former nor the new ones";
+        }
+        if (sql("PRAGMA integrity_check") != Rows{{"ok"}}) {
+            return "the database is damaged";
+        }
+        const QStringList left = QDir{folder()}.entryList(QDir::Files | QDir::Hidden);
+        if (left != QStringList{u"quilmora.db"_s}) {
+            return "left behind: " + left.join(u' ').toUtf8();
+        }
+        for (const QFileInfo &entry : QDir{covers()}.entryInfoList({u"cover_*"_s}, QDir::Files)) {
+            if (ImageStorageService{covers()}.loadImage(entry.filePath()).isNull()) {
+                return "half a file is left";
+            }
+        }
+        for (const QByteArray &line : output.split('\n')) {
+            if (!line.isEmpty() && !line.startsWith("SQL 错误: ") && !line.startsWith("保存图片失败: ")) {
+                return "another line: " + line;
+            }
+        }
+        return {};
+    }
+};
+
+QUILMORA_TEST(FullDiskTest, runCoreTest)
 #include "FullDiskTest.moc"

@@ -1,8 +1,9 @@
 #include "store/SqliteConnection.h"
 
-#include "platform/DecimalText.h"
+#include "platform/NumberFormat.h"
 #include "support/DatabaseFile.h"
 #include "support/StandardOutput.h"
+#include "support/TestProgram.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -39,57 +40,57 @@ private Q_SLOTS:
     void anyFileNameWillDo();
 
 private:
-    std::unique_ptr<QTemporaryDir> folder;
-    QString file;
-    std::unique_ptr<SqliteConnection> connection;
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QString m_file;
+    std::unique_ptr<SqliteConnection> m_connection;
 };
 
 void SqliteConnectionTest::init()
 {
-    folder = std::make_unique<QTemporaryDir>();
-    file = folder->filePath(u"a.db"_s);
-    connection = std::make_unique<SqliteConnection>(file);
-    connection->execute(u"CREATE TABLE t (a);"_s);
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_file = m_folder->filePath(u"a.db"_s);
+    m_connection = std::make_unique<SqliteConnection>(m_file);
+    m_connection->execute(u"CREATE TABLE t (a);"_s);
 }
 
 void SqliteConnectionTest::cleanup()
 {
-    connection.reset();
-    folder.reset();
+    m_connection.reset();
+    m_folder.reset();
 }
 
 void SqliteConnectionTest::aFailedStatementPrintsSqlitesMessageOnOneLine()
 {
-    QCOMPARE(standardOutputOf([this] { connection->execute(u"INSERT INTO missing VALUES (1);"_s); }),
+    QCOMPARE(standardOutputOf([this] { m_connection->execute(u"INSERT INTO missing VALUES (1);"_s); }),
              QByteArray{"SQL 错误: no such table: missing\n"});
-    QCOMPARE(standardOutputOf([this] { connection->execute(u"选\n择;"_s); }),
+    QCOMPARE(standardOutputOf([this] { m_connection->execute(u"选\n择;"_s); }),
              QByteArray{"SQL 错误: near \"选\": syntax error\n"});
-    QCOMPARE(standardOutputOf([this] { connection->execute(u"SELECT \"a\nb\" FROM t;"_s); }), QByteArray{});
-    QCOMPARE(standardOutputOf([this] { connection->execute(u"SELECT * FROM \"a\nb\";"_s); }),
+    QCOMPARE(standardOutputOf([this] { m_connection->execute(u"SELECT \"a\nb\" FROM t;"_s); }), QByteArray{});
+    QCOMPARE(standardOutputOf([this] { m_connection->execute(u"SELECT * FROM \"a\nb\";"_s); }),
              QByteArray{"SQL 错误: no such table: a b\n"});
 }
 
 void SqliteConnectionTest::theStatementsBeforeAFailedOneStand()
 {
     const QByteArray output = standardOutputOf(
-        [this] { connection->execute(u"INSERT INTO t VALUES (1); INSERT INTO missing VALUES (1);"_s); });
+        [this] { m_connection->execute(u"INSERT INTO t VALUES (1); INSERT INTO missing VALUES (1);"_s); });
     QCOMPARE(output.count('\n'), 1);
-    QCOMPARE(databaseFile::value(file, "SELECT a FROM t"), QByteArray{"1"});
+    QCOMPARE(databaseFile::value(m_file, "SELECT a FROM t"), QByteArray{"1"});
 }
 
 void SqliteConnectionTest::aStatementThatCannotBePreparedIsFalseAndPrintsNothing()
 {
     bool usable = true;
     const QByteArray output = standardOutputOf(
-        [&] { usable = static_cast<bool>(connection->prepare(u"SELECT a FROM missing;"_s)); });
+        [&] { usable = static_cast<bool>(m_connection->prepare(u"SELECT a FROM missing;"_s)); });
     QVERIFY(!usable);
     QCOMPARE(output, QByteArray{});
-    QVERIFY(connection->prepare(u"SELECT a FROM t;"_s));
+    QVERIFY(m_connection->prepare(u"SELECT a FROM t;"_s));
 }
 
 void SqliteConnectionTest::columnsAreReadInTheirTypes()
 {
-    SqliteStatement row = connection->prepare(
+    SqliteStatement row = m_connection->prepare(
         u"SELECT 9223372036854775807, '封面😀', 1700000000.25, NULL, '' UNION ALL SELECT 2, 3, 4, 5, 6;"_s);
     QVERIFY(row.step());
     QCOMPARE(row.integer(0), std::numeric_limits<qint64>::max());
@@ -105,7 +106,7 @@ void SqliteConnectionTest::columnsAreReadInTheirTypes()
 
 void SqliteConnectionTest::aTextWithANulIsReadWhole()
 {
-    SqliteStatement row = connection->prepare(u"SELECT CAST(x'610062' AS TEXT);"_s);
+    SqliteStatement row = m_connection->prepare(u"SELECT CAST(x'610062' AS TEXT);"_s);
     QVERIFY(row.step());
     QCOMPARE(row.text(0), u"a\0b"_s);
 }
@@ -126,7 +127,7 @@ void SqliteConnectionTest::quotedTextsComeBack()
     QFETCH(const QString, text);
     QFETCH(const QString, quoted);
     QCOMPARE(SqliteConnection::quoted(text), quoted);
-    SqliteStatement row = connection->prepare(u"SELECT "_s + quoted + u';');
+    SqliteStatement row = m_connection->prepare(u"SELECT "_s + quoted + u';');
     QVERIFY(row && row.step());
     QCOMPARE(row.text(0), text);
 }
@@ -147,26 +148,26 @@ void SqliteConnectionTest::shortestDecimalsAreStoredExactly_data()
 void SqliteConnectionTest::shortestDecimalsAreStoredExactly()
 {
     QFETCH(const double, value);
-    connection->execute(u"CREATE TABLE r (a REAL NOT NULL); INSERT INTO r VALUES ("_s +
-                        shortestDecimal(value) + u"); INSERT INTO t VALUES ("_s + shortestDecimal(value) +
-                        u");"_s);
-    QCOMPARE(databaseFile::value(file, "SELECT typeof(a) FROM r"), QByteArray{"real"});
+    m_connection->execute(u"CREATE TABLE r (a REAL NOT NULL); INSERT INTO r VALUES ("_s +
+                          shortestDecimal(value) + u"); INSERT INTO t VALUES ("_s + shortestDecimal(value) +
+                          u");"_s);
+    QCOMPARE(databaseFile::value(m_file, "SELECT typeof(a) FROM r"), QByteArray{"real"});
     // The point makes it a number with fractions even where the column does not ask for one.
-    QCOMPARE(databaseFile::value(file, "SELECT typeof(a) FROM t"), QByteArray{"real"});
-    SqliteStatement row = connection->prepare(u"SELECT a FROM r;"_s);
+    QCOMPARE(databaseFile::value(m_file, "SELECT typeof(a) FROM t"), QByteArray{"real"});
+    SqliteStatement row = m_connection->prepare(u"SELECT a FROM r;"_s);
     QVERIFY(row.step());
     QVERIFY(row.real(0) == value);
 }
 
 void SqliteConnectionTest::statementsWaitFiveSecondsForAnotherCopy()
 {
-    QVERIFY(SqliteConnection::longestWait == std::chrono::seconds{5});
+    QVERIFY(SqliteConnection::busyTimeout == std::chrono::seconds{5});
 }
 
 void SqliteConnectionTest::aWriteWaitsForAnotherCopyOfTheProgram()
 {
     sqlite3 *other = nullptr;
-    QCOMPARE(sqlite3_open(file.toUtf8().constData(), &other), SQLITE_OK);
+    QCOMPARE(sqlite3_open(m_file.toUtf8().constData(), &other), SQLITE_OK);
     QCOMPARE(sqlite3_exec(other, "BEGIN EXCLUSIVE; INSERT INTO t VALUES (1)", nullptr, nullptr, nullptr),
              SQLITE_OK);
     // The other copy ends its own write once this one has begun.
@@ -177,17 +178,17 @@ void SqliteConnectionTest::aWriteWaitsForAnotherCopyOfTheProgram()
     });
     const QByteArray output = standardOutputOf([&] {
         begun.set_value();
-        connection->execute(u"INSERT INTO t VALUES (2);"_s);
+        m_connection->execute(u"INSERT INTO t VALUES (2);"_s);
     });
     written.wait();
     sqlite3_close(other);
     QCOMPARE(output, QByteArray{});
-    QCOMPARE(databaseFile::value(file, "SELECT group_concat(a) FROM t"), QByteArray{"1,2"});
+    QCOMPARE(databaseFile::value(m_file, "SELECT group_concat(a) FROM t"), QByteArray{"1,2"});
 }
 
 void SqliteConnectionTest::aPathThatCannotBeOpenedPrintsOneLineAndLeavesAUsableObject()
 {
-    const QString path = folder->filePath(u"缺失/a.db"_s);
+    const QString path = m_folder->filePath(u"缺失/a.db"_s);
     bool readable = true;
     const QByteArray output = standardOutputOf([&] {
         SqliteConnection broken{path};
@@ -202,11 +203,11 @@ void SqliteConnectionTest::anyFileNameWillDo()
 {
     for (const QString &name : {u"数据 'a' \"b\" 😀.db"_s, u"100%25?mode=ro#x.db"_s, u"file:a.db"_s}) {
         const QByteArray output = standardOutputOf(
-            [&] { SqliteConnection{folder->filePath(name)}.execute(u"CREATE TABLE t (a);"_s); });
+            [&] { SqliteConnection{m_folder->filePath(name)}.execute(u"CREATE TABLE t (a);"_s); });
         QCOMPARE(output, QByteArray{});
-        QVERIFY2(QFile::exists(folder->filePath(name)), qPrintable(name));
+        QVERIFY2(QFile::exists(m_folder->filePath(name)), qPrintable(name));
     }
 }
 
-QTEST_GUILESS_MAIN(SqliteConnectionTest)
+QUILMORA_TEST(SqliteConnectionTest, runCoreTest)
 #include "SqliteConnectionTest.moc"

@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QObject>
 
+#include <algorithm>
 #include <optional>
 #include <sys/stat.h>
 
@@ -27,9 +28,9 @@ class StoreFixture : public QObject
 protected:
     using Rows = QList<databaseFile::Row>;
 
-    QString folder() const { return home->path(u"data"_s); }
+    QString folder() const { return m_home->path(u"应用 'data'/Quilmora"_s); }
     QString file() const { return folder() + u"/quilmora.db"_s; }
-    QString covers() const { return home->path(u"Pictures/Quilmora/coverimg"_s); }
+    QString covers() const { return m_home->path(u"Pictures/Quilmora/coverimg"_s); }
 
     /// Runs the statements on the database file, past the store.
     Rows sql(const QByteArray &statements) const
@@ -70,6 +71,26 @@ protected:
     /// The form in which the history names a cover.
     static QByteArray stored(const QByteArray &name) { return "~/Pictures/Quilmora/coverimg/" + name; }
 
+    /// What the store prints when its file cannot be opened.
+    QByteArray cannotOpen() const { return "无法打开数据库: " + file().toUtf8() + '\n'; }
+
+    /// How many errors of SQLite the store has printed; -1 when another line is among them.
+    static qsizetype errorCount(const QByteArray &output)
+    {
+        const QByteArrayList lines = output.split('\n');
+        const bool areErrors = std::all_of(lines.begin(), lines.end() - 1, [](const QByteArray &line) {
+            return line.startsWith("SQL 错误: ");
+        });
+        return areErrors && lines.constLast().isEmpty() ? lines.size() - 1 : -1;
+    }
+
+    /// Opens the store, which stays open until the test ends or reopens it.
+    void open()
+    {
+        m_database.reset();
+        m_database.emplace(folder(), covers());
+    }
+
     /// Starts the store once and gives what it printed.
     QByteArray start() const
     {
@@ -85,7 +106,7 @@ protected:
         });
     }
 
-    /// Sets who may do what with the file or folder at `path`.
+    /// Sets the permission bits of the file or folder at `path`.
     static void setMode(const QString &path, mode_t mode)
     {
         if (chmod(QFile::encodeName(path).constData(), mode) != 0) {
@@ -93,16 +114,30 @@ protected:
         }
     }
 
-    std::optional<TemporaryHome> home;
-
-private Q_SLOTS:
-    void init()
+    /// The permission bits of the file or folder at `path`, as an octal text; "0" if there is none.
+    static QString modeOf(const QString &path)
     {
-        home.emplace();
-        setMode(home->path(), 0755);
+        struct stat status {
+        };
+        stat(QFile::encodeName(path).constData(), &status);
+        return QString::number(status.st_mode & 0777U, 8);
     }
 
-    void cleanup() { home.reset(); }
+    std::optional<TemporaryHome> m_home;
+    std::optional<DatabaseManager> m_database;
+
+protected Q_SLOTS:
+    void init()
+    {
+        m_home.emplace();
+        setMode(m_home->path(), 0755);
+    }
+
+    void cleanup()
+    {
+        m_database.reset();
+        m_home.reset();
+    }
 };
 
 } // namespace quilmora::test

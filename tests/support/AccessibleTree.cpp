@@ -62,9 +62,9 @@ bool saysNothing(QAccessibleInterface &piece)
     return isPlain && piece.text(QAccessible::Name).isEmpty();
 }
 
-void describe(QAccessibleInterface *piece, int depth, QStringList &lines)
+void describe(QAccessibleInterface *piece, const QWidget *hidden, int depth, QStringList &lines)
 {
-    if (piece == nullptr || piece->state().invisible) {
+    if (piece == nullptr || piece->state().invisible || (hidden != nullptr && piece->object() == hidden)) {
         return;
     }
     const bool silent = saysNothing(*piece);
@@ -72,16 +72,16 @@ void describe(QAccessibleInterface *piece, int depth, QStringList &lines)
         lines << QString(qsizetype{2} * depth, u' ') + lineFor(*piece);
     }
     for (int index = 0; index < piece->childCount(); ++index) {
-        describe(piece->child(index), silent ? depth : depth + 1, lines);
+        describe(piece->child(index), hidden, silent ? depth : depth + 1, lines);
     }
 }
 
 } // namespace
 
-QStringList accessibleTree(QWidget *root)
+QStringList accessibleTree(QWidget *root, const QWidget *hidden)
 {
     QStringList lines;
-    describe(accessible::interfaceOf(root), 0, lines);
+    describe(accessible::interfaceOf(root), hidden, 0, lines);
     return lines;
 }
 

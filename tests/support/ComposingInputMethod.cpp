@@ -23,7 +23,7 @@ public:
 
     void compose(const QString &word)
     {
-        composed = word;
+        m_composed = word;
         const QInputMethodEvent::Attribute underlined{QInputMethodEvent::TextFormat, 0,
                                                       static_cast<int>(word.size()), QVariant{}};
         QInputMethodEvent event{word, {underlined}};
@@ -32,22 +32,22 @@ public:
 
     void commit() override
     {
-        if (!composed.isEmpty()) {
+        if (!m_composed.isEmpty()) {
             QInputMethodEvent event;
-            event.setCommitString(std::exchange(composed, {}));
+            event.setCommitString(std::exchange(m_composed, {}));
             QCoreApplication::sendEvent(QGuiApplication::focusObject(), &event);
         }
     }
 
-    void reset() override { composed.clear(); }
+    void reset() override { m_composed.clear(); }
 
 private:
-    QString composed;
+    QString m_composed;
 };
 
-ComposingInputMethod::ComposingInputMethod() : context{std::make_unique<InputMethodContext>()}
+ComposingInputMethod::ComposingInputMethod() : m_context{std::make_unique<InputMethodContext>()}
 {
-    QInputMethodPrivate::get(QGuiApplication::inputMethod())->testContext = context.get();
+    QInputMethodPrivate::get(QGuiApplication::inputMethod())->testContext = m_context.get();
 }
 
 ComposingInputMethod::~ComposingInputMethod()
@@ -57,12 +57,12 @@ ComposingInputMethod::~ComposingInputMethod()
 
 void ComposingInputMethod::drop()
 {
-    context->reset();
+    m_context->reset();
 }
 
 void ComposingInputMethod::compose(const QString &word)
 {
-    context->compose(word);
+    m_context->compose(word);
 }
 
 } // namespace quilmora::test

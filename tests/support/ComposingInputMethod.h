@@ -25,7 +25,7 @@ public:
     void drop();
 
 private:
-    const std::unique_ptr<InputMethodContext> context;
+    const std::unique_ptr<InputMethodContext> m_context;
 };
 
 } // namespace quilmora::test

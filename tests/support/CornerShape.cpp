@@ -60,14 +60,14 @@ CornerShape::CornerShape(QWidget *widget, const QRect &piece)
 }
 
 CornerShape::CornerShape(const QImage &leftHalf, double devicePixelRatio)
-    : coverage{leftHalf.convertToFormat(QImage::Format_Alpha8)},
-      ratio{devicePixelRatio}
+    : m_coverage{leftHalf.convertToFormat(QImage::Format_Alpha8)},
+      m_ratio{devicePixelRatio}
 {
     // A shape or its border may be translucent: what the upper edge has far from the corner counts as whole.
     const int whole = std::max(1, qAlpha(leftHalf.pixel(leftHalf.width() - 1, 0)));
-    for (int y = 0; y < coverage.height(); ++y) {
-        uchar *line = coverage.scanLine(y);
-        std::transform(line, line + coverage.width(), line, [whole](uchar alpha) {
+    for (int y = 0; y < m_coverage.height(); ++y) {
+        uchar *line = m_coverage.scanLine(y);
+        std::transform(line, line + m_coverage.width(), line, [whole](uchar alpha) {
             return static_cast<uchar>(std::min(255, alpha * 255 / whole));
         });
     }
@@ -75,20 +75,20 @@ CornerShape::CornerShape(const QImage &leftHalf, double devicePixelRatio)
 
 double CornerShape::below(double from, double to) const
 {
-    const int first = static_cast<int>(std::floor(from * ratio));
-    const int last = std::max(first, static_cast<int>(std::ceil(to * ratio)) - 1);
+    const int first = static_cast<int>(std::floor(from * m_ratio));
+    const int last = std::max(first, static_cast<int>(std::ceil(to * m_ratio)) - 1);
     double missing = 0;
     for (int x = first; x <= last; ++x) {
         // Down to the middle, so that the lower corner does not count.
-        for (int y = 0; y < coverage.height(); ++y) {
-            const int inside = coverage.constScanLine(y)[x];
+        for (int y = 0; y < m_coverage.height(); ++y) {
+            const int inside = m_coverage.constScanLine(y)[x];
             missing += 1 - inside / 255.0;
             if (inside == 255) {
                 break;
             }
         }
     }
-    return missing / (last - first + 1) / ratio;
+    return missing / (last - first + 1) / m_ratio;
 }
 
 QString CornerShape::differenceFromCircle(double radius) const

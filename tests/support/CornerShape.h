@@ -31,8 +31,8 @@ public:
     double below(double from, double to) const;
 
 private:
-    QImage coverage; ///< 8-bit alpha, from 0 outside to 255 inside.
-    double ratio;
+    QImage m_coverage; ///< 8-bit alpha, from 0 outside to 255 inside.
+    double m_ratio;
 };
 
 } // namespace quilmora::test

@@ -27,42 +27,42 @@ uint number(std::optional<ColorScheme> scheme)
 
 } // namespace
 
-DesktopPortal::DesktopPortal() : settings{std::make_unique<PortalSettings>()}
+DesktopPortal::DesktopPortal() : m_settings{std::make_unique<PortalSettings>()}
 {
-    daemon.start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address"_s});
-    if (!daemon.waitForReadyRead()) {
-        qFatal("No bus: %s", qPrintable(daemon.errorString()));
+    m_daemon.start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address"_s});
+    if (!m_daemon.waitForReadyRead()) {
+        qFatal("No bus: %s", qPrintable(m_daemon.errorString()));
     }
-    busAddress = QString::fromUtf8(daemon.readLine()).trimmed();
-    context.moveToThread(&thread);
-    settings->moveToThread(&thread);
-    thread.start();
+    m_busAddress = QString::fromUtf8(m_daemon.readLine()).trimmed();
+    m_context.moveToThread(&m_thread);
+    m_settings->moveToThread(&m_thread);
+    m_thread.start();
 }
 
 DesktopPortal::~DesktopPortal()
 {
     inThread([this] {
         QDBusConnection::disconnectFromBus(connectionName());
-        settings.reset();
+        m_settings.reset();
     });
-    thread.quit();
-    thread.wait();
-    daemon.terminate();
-    daemon.waitForFinished();
+    m_thread.quit();
+    m_thread.wait();
+    m_daemon.terminate();
+    m_daemon.waitForFinished();
 }
 
 void DesktopPortal::inThread(const std::function<void()> &task)
 {
-    QMetaObject::invokeMethod(&context, task, Qt::BlockingQueuedConnection);
+    QMetaObject::invokeMethod(&m_context, task, Qt::BlockingQueuedConnection);
 }
 
 void DesktopPortal::start(std::optional<ColorScheme> scheme)
 {
-    settings->scheme = number(scheme);
+    m_settings->scheme = number(scheme);
     inThread([this] {
-        QDBusConnection bus = QDBusConnection::connectToBus(busAddress, connectionName());
+        QDBusConnection bus = QDBusConnection::connectToBus(m_busAddress, connectionName());
         const bool there =
-            bus.registerObject(u"/org/freedesktop/portal/desktop"_s, settings.get(),
+            bus.registerObject(u"/org/freedesktop/portal/desktop"_s, m_settings.get(),
                                QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals) &&
             bus.registerService(u"org.freedesktop.portal.Desktop"_s);
         if (!there) {
@@ -73,35 +73,35 @@ void DesktopPortal::start(std::optional<ColorScheme> scheme)
 
 void DesktopPortal::choose(std::optional<ColorScheme> scheme, const QString &key)
 {
-    settings->scheme = number(scheme);
-    tell(u"org.freedesktop.appearance"_s, key, settings->scheme.load());
+    m_settings->scheme = number(scheme);
+    tell(u"org.freedesktop.appearance"_s, key, m_settings->scheme.load());
 }
 
 void DesktopPortal::chooseContrast(Contrast contrast)
 {
-    settings->contrast = contrast == Contrast::high ? 1 : 0;
-    tell(u"org.freedesktop.appearance"_s, u"contrast"_s, settings->contrast.load());
+    m_settings->contrast = contrast == Contrast::high ? 1 : 0;
+    tell(u"org.freedesktop.appearance"_s, u"contrast"_s, m_settings->contrast.load());
 }
 
 void DesktopPortal::chooseGnomeContrast(Contrast contrast)
 {
-    settings->gnomeContrast = contrast == Contrast::high;
-    tell(u"org.gnome.desktop.a11y.interface"_s, u"high-contrast"_s, settings->gnomeContrast.load());
+    m_settings->gnomeContrast = contrast == Contrast::high;
+    tell(u"org.gnome.desktop.a11y.interface"_s, u"high-contrast"_s, m_settings->gnomeContrast.load());
 }
 
 void DesktopPortal::tell(const QString &group, const QString &key, const QVariant &value)
 {
-    inThread([&] { Q_EMIT settings->SettingChanged(group, key, QDBusVariant{value}); });
+    inThread([&] { Q_EMIT m_settings->SettingChanged(group, key, QDBusVariant{value}); });
 }
 
 void DesktopPortal::forgetSettings()
 {
-    settings->known = false;
+    m_settings->known = false;
 }
 
 int DesktopPortal::questionCount() const
 {
-    return settings->questions;
+    return m_settings->questions;
 }
 
 } // namespace quilmora::test

@@ -27,7 +27,7 @@ public:
     ~DesktopPortal();
 
     /// Of the bus.
-    const QString &address() const { return busAddress; }
+    const QString &address() const { return m_busAddress; }
 
     /// Lets the portal onto the bus.
     void start(std::optional<ColorScheme> scheme);
@@ -47,11 +47,11 @@ private:
     void inThread(const std::function<void()> &task);
     void tell(const QString &group, const QString &key, const QVariant &value);
 
-    QProcess daemon;
-    QString busAddress;
-    QThread thread;
-    QObject context; ///< Lives in the thread.
-    std::unique_ptr<PortalSettings> settings;
+    QProcess m_daemon;
+    QString m_busAddress;
+    QThread m_thread;
+    QObject m_context; ///< Lives in the thread.
+    std::unique_ptr<PortalSettings> m_settings;
 };
 
 } // namespace quilmora::test

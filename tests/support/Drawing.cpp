@@ -1,6 +1,6 @@
 #include "support/Drawing.h"
 
-#include "screens/common/Symbol.h"
+#include "ui/theme/Symbol.h"
 
 #include <QFile>
 #include <QFontMetricsF>
@@ -24,8 +24,8 @@ class NotingEngine final : public QPaintEngine
 public:
     NotingEngine(QList<DrawnText> &textList, QList<DrawnPixmap> &pixmapList)
         : QPaintEngine{AllFeatures},
-          texts{textList},
-          pixmaps{pixmapList}
+          m_texts{textList},
+          m_pixmaps{pixmapList}
     {
     }
 
@@ -38,7 +38,7 @@ public:
 
     void drawPixmap(const QRectF &to, const QPixmap &pixmap, const QRectF & /*from*/) override
     {
-        pixmaps.append({pixmap, state->transform().mapRect(to)});
+        m_pixmaps.append({pixmap, state->transform().mapRect(to)});
     }
 
     void drawTextItem(const QPointF &baseline, const QTextItem &item) override
@@ -48,8 +48,8 @@ public:
             QRectF{baseline.x(), baseline.y() - metrics.ascent(), item.width(), metrics.height()});
         const QColor color = state->pen().color();
         // A text in several fonts comes in pieces, of which the later ones follow on the first.
-        if (!texts.isEmpty()) {
-            DrawnText &last = texts.last();
+        if (!m_texts.isEmpty()) {
+            DrawnText &last = m_texts.last();
             const bool follows =
                 std::abs(last.box.right() - box.left()) < 0.5 && std::abs(last.box.top() - box.top()) < 0.5;
             if (follows && last.font == item.font() && last.color == color) {
@@ -58,30 +58,32 @@ public:
                 return;
             }
         }
-        texts.append({item.text(), item.font(), color, box});
+        m_texts.append({item.text(), item.font(), color, box});
     }
 
 private:
-    QList<DrawnText> &texts;
-    QList<DrawnPixmap> &pixmaps;
+    QList<DrawnText> &m_texts;
+    QList<DrawnPixmap> &m_pixmaps;
 };
 
 /// A sheet of the widget's size for that engine.
 class NotingDevice final : public QPaintDevice
 {
 public:
-    NotingDevice(const QWidget &widget, NotingEngine &notingEngine) : source{widget}, engine{notingEngine} {}
+    NotingDevice(const QWidget &widget, NotingEngine &notingEngine) : m_source{widget}, m_engine{notingEngine}
+    {
+    }
 
-    QPaintEngine *paintEngine() const override { return &engine; }
+    QPaintEngine *paintEngine() const override { return &m_engine; }
 
 protected:
     int metric(PaintDeviceMetric metric) const override
     {
         switch (metric) {
         case PdmWidth:
-            return source.width();
+            return m_source.width();
         case PdmHeight:
-            return source.height();
+            return m_source.height();
         case PdmDevicePixelRatioScaled:
             return static_cast<int>(devicePixelRatioFScale());
         case PdmDevicePixelRatio:
@@ -90,18 +92,18 @@ protected:
             return 32;
         case PdmDpiX:
         case PdmPhysicalDpiX:
-            return source.logicalDpiX();
+            return m_source.logicalDpiX();
         case PdmDpiY:
         case PdmPhysicalDpiY:
-            return source.logicalDpiY();
+            return m_source.logicalDpiY();
         default:
             return QPaintDevice::metric(metric);
         }
     }
 
 private:
-    const QWidget &source;
-    NotingEngine &engine;
+    const QWidget &m_source;
+    NotingEngine &m_engine;
 };
 
 const DrawnText *find(const QList<DrawnText> &texts, const QString &text)
@@ -113,16 +115,21 @@ const DrawnText *find(const QList<DrawnText> &texts, const QString &text)
 
 } // namespace
 
+QImage DrawnPixmap::leftHalf() const
+{
+    return pixmap.toImage().copy(0, 0, pixmap.width() / 2, pixmap.height());
+}
+
 Drawing::Drawing(QWidget *widget)
 {
-    NotingEngine engine{allTexts, allPixmaps};
+    NotingEngine engine{m_allTexts, m_allPixmaps};
     NotingDevice device{*widget, engine};
     widget->render(&device, {}, {}, QWidget::DrawChildren);
 }
 
 QString Drawing::lookOf(const QString &text) const
 {
-    const DrawnText *drawn = find(allTexts, text);
+    const DrawnText *drawn = find(m_allTexts, text);
     if (drawn == nullptr) {
         return u"not drawn"_s;
     }
@@ -131,7 +138,7 @@ QString Drawing::lookOf(const QString &text) const
 
 QRectF Drawing::placeOf(const QString &text) const
 {
-    const DrawnText *drawn = find(allTexts, text);
+    const DrawnText *drawn = find(m_allTexts, text);
     return drawn == nullptr ? QRectF{} : drawn->box;
 }
 
@@ -145,13 +152,23 @@ QRectF Drawing::symbol(const QString &name, int pixelSize, QFont::Weight weight,
     const int side = qRound(pixelSize * sidePerTextSize);
     for (const bool isMoved : {false, true}) {
         const QImage expected = Symbol::pixmap(name, side, color, 1.0, weight, isMoved).toImage();
-        for (const DrawnPixmap &drawn : allPixmaps) {
+        for (const DrawnPixmap &drawn : m_allPixmaps) {
             if (drawn.pixmap.size() == expected.size() && drawn.pixmap.toImage() == expected) {
                 return drawn.place;
             }
         }
     }
     return {};
+}
+
+QRectF Drawing::symbol(const QString &name, int pixelSize, QFont::Weight weight, ColorRole role) const
+{
+    return symbol(name, pixelSize, weight, themeColor(role));
+}
+
+QString Drawing::look(int pixelSize, QFont::Weight weight, ColorRole role)
+{
+    return look(pixelSize, weight, themeColor(role));
 }
 
 QString Drawing::look(int pixelSize, QFont::Weight weight, const QColor &color)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/theme/Theme.h"
+
 #include <QColor>
 #include <QFont>
 #include <QList>
@@ -24,6 +26,9 @@ struct DrawnText {
 struct DrawnPixmap {
     QPixmap pixmap;
     QRectF place; ///< In the widget's coordinates.
+
+    /// What of it CornerShape takes.
+    QImage leftHalf() const;
 };
 
 /// What a widget and all that lies on it draw, seen from the outside: also what a component draws itself and
@@ -34,8 +39,8 @@ public:
     /// Lets `widget` draw itself. Texts and pictures come in the order of drawing.
     explicit Drawing(QWidget *widget);
 
-    const QList<DrawnText> &texts() const { return allTexts; }
-    const QList<DrawnPixmap> &pixmaps() const { return allPixmaps; }
+    const QList<DrawnText> &texts() const { return m_allTexts; }
+    const QList<DrawnPixmap> &pixmaps() const { return m_allPixmaps; }
 
     /// Size in pixels, weight and colour of the first text that reads so, as look() says it; "not drawn" when
     /// there is none.
@@ -46,13 +51,15 @@ public:
     /// Where the symbol of that name, drawn to stand beside a text of that size and weight, lies; null when
     /// it is not drawn in that colour.
     QRectF symbol(const QString &name, int pixelSize, QFont::Weight weight, const QColor &color) const;
+    QRectF symbol(const QString &name, int pixelSize, QFont::Weight weight, ColorRole role) const;
 
     /// For comparing: "13 px, weight 500, #D9000000".
     static QString look(int pixelSize, QFont::Weight weight, const QColor &color);
+    static QString look(int pixelSize, QFont::Weight weight, ColorRole role);
 
 private:
-    QList<DrawnText> allTexts;
-    QList<DrawnPixmap> allPixmaps;
+    QList<DrawnText> m_allTexts;
+    QList<DrawnPixmap> m_allPixmaps;
 };
 
 } // namespace quilmora::test

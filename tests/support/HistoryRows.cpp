@@ -1,6 +1,6 @@
 #include "support/HistoryRows.h"
 
-#include "platform/DecimalText.h"
+#include "platform/NumberFormat.h"
 #include "store/SqliteConnection.h"
 
 using namespace Qt::StringLiterals;

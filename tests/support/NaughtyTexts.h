@@ -10,8 +10,10 @@ namespace quilmora::test
 struct NaughtyText {
     const char *name;
     QString text;
-    bool isStorable =
-        true; ///< A statement of SQL ends at a NUL, and half a surrogate pair has no bytes in UTF-8.
+    /// What a field shows of it: without NUL, at which a statement of SQL ends, halves of surrogate pairs,
+    /// for which Qt writes a question mark
+    /// in UTF-8, and characters that are reserved.
+    QString readable = text;
 };
 
 /// The texts that fields, settings and answers have to take.

@@ -1,8 +1,5 @@
 #include "support/PngDecoders.h"
 
-#include <QtEndian>
-
-#include <lodepng.h>
 #include <memory>
 #include <spng.h>
 #include <vector>
@@ -14,7 +11,7 @@ namespace quilmora::test::pngDecoders
 namespace
 {
 
-QList<QRgba64> withToolkit(const QByteArray &file)
+QList<QRgba64> withQt(const QByteArray &file)
 {
     return pixelsOf(QImage::fromData(file, "png"));
 }
@@ -41,39 +38,13 @@ QList<QRgba64> withSpng(const QByteArray &file)
     return pixels;
 }
 
-#ifdef HAS_LODEPNG
-QList<QRgba64> withLodePng(const QByteArray &file)
-{
-    std::vector<unsigned char> samples;
-    unsigned int width = 0;
-    unsigned int height = 0;
-    constexpr unsigned int bits = 16;
-    if (lodepng::decode(samples, width, height, std::vector<unsigned char>(file.begin(), file.end()),
-                        LCT_RGBA, bits) != 0) {
-        return {};
-    }
-    QList<QRgba64> pixels;
-    constexpr std::size_t pixelBytes = 8;
-    pixels.reserve(static_cast<qsizetype>(samples.size() / pixelBytes));
-    for (std::size_t i = 0; i < samples.size(); i += pixelBytes) {
-        const uchar *at = samples.data() + i;
-        pixels.append(qRgba64(qFromBigEndian<quint16>(at), qFromBigEndian<quint16>(at + 2),
-                              qFromBigEndian<quint16>(at + 4), qFromBigEndian<quint16>(at + 6)));
-    }
-    return pixels;
-}
-#endif
-
 } // namespace
 
 QList<Decoder> all()
 {
     return {
-        {u"Qt"_s, withToolkit},
+        {u"Qt"_s, withQt},
         {u"libspng"_s, withSpng},
-#ifdef HAS_LODEPNG
-        {u"LodePNG"_s, withLodePng},
-#endif
     };
 }
 

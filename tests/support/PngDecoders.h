@@ -21,7 +21,7 @@ struct Decoder {
     Decode decode;
 };
 
-/// Qt's (libpng), libspng and, where the system has it, LodePNG.
+/// Qt's (libpng) and libspng.
 QList<Decoder> all();
 
 /// The pixels of `image` in the same form.

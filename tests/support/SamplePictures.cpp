@@ -69,6 +69,13 @@ QImage picture(QSize size, const QColor &mark)
     return image;
 }
 
+QImage plain(QSize size, const QColor &color)
+{
+    QImage image{size, QImage::Format_RGB32};
+    image.fill(color);
+    return image;
+}
+
 QImage inSrgb(QImage image)
 {
     image.setColorSpace(QColorSpace::SRgb);
@@ -158,11 +165,11 @@ QByteArray pngChunk(const QByteArray &type, const QByteArray &data)
     return bigEndian(static_cast<quint32>(data.size())) + summed + bigEndian(checksum(summed));
 }
 
-QByteArray pngByHand(QSize size, char bits, char colourType, const QByteArray &rows, const QByteArray &extra)
+QByteArray pngByHand(QSize size, char bits, char colorType, const QByteArray &rows, const QByteArray &extra)
 {
     constexpr qsizetype lengthBeforeZlibStream = 4;
     const QByteArray header = bigEndian(static_cast<quint32>(size.width())) +
-                              bigEndian(static_cast<quint32>(size.height())) + bits + colourType +
+                              bigEndian(static_cast<quint32>(size.height())) + bits + colorType +
                               QByteArray(3, '\0');
     return QByteArray::fromHex("89504e470d0a1a0a") + pngChunk("IHDR", header) + extra +
            pngChunk("IDAT", qCompress(rows, 1).sliced(lengthBeforeZlibStream)) + pngChunk("IEND", {});
@@ -189,6 +196,11 @@ QString write(const QString &path, const QByteArray &bytes)
         qFatal("Cannot write a sample file");
     }
     return path;
+}
+
+QString writePng(const QString &path, const QImage &image)
+{
+    return write(path, png(image));
 }
 
 } // namespace quilmora::test::samplePictures

@@ -13,6 +13,9 @@ namespace quilmora::test::samplePictures
 /// A picture with a gradient, an edge and a mark in its top left corner, so that turning or mirroring shows.
 QImage picture(QSize size, const QColor &mark = Qt::red);
 
+/// A picture of one colour.
+QImage plain(QSize size, const QColor &color = Qt::red);
+
 /// `image` as it comes back from a file that Quilmora wrote: the same pixels, said to be in sRGB.
 QImage inSrgb(QImage image);
 
@@ -41,11 +44,13 @@ QByteArray pngChunk(const QByteArray &type, const QByteArray &data);
 /// A PNG file put together by hand: its header claims `size`, `bits` a sample and the format's `colourType`
 /// (0 grey, 2 colour, 3 palette, 6 colour and alpha); its data are `rows`, uncompressed and each led by its
 /// filter byte, whether or not they are enough; `extra` are chunks to come before them.
-QByteArray pngByHand(QSize size, char bits, char colourType, const QByteArray &rows,
+QByteArray pngByHand(QSize size, char bits, char colorType, const QByteArray &rows,
                      const QByteArray &extra = {});
 
 /// Writes `bytes` to the file at `path`, creating its folder, and gives the path; the test ends when that
 /// fails.
 QString write(const QString &path, const QByteArray &bytes);
+/// The same with a PNG of `image`.
+QString writePng(const QString &path, const QImage &image);
 
 } // namespace quilmora::test::samplePictures

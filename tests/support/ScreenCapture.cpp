@@ -58,4 +58,20 @@ QString text(const QColor &color)
     return color.name(QColor::HexArgb).toUpper();
 }
 
+QColor over(const QColor &color, const QColor &ground)
+{
+    const float shining = ground.alphaF() * (1 - color.alphaF());
+    const float opacity = color.alphaF() + shining;
+    const auto mix = [&](float above, float below) {
+        return (above * color.alphaF() + below * shining) / opacity;
+    };
+    return srgb(mix(color.redF(), ground.redF()), mix(color.greenF(), ground.greenF()),
+                mix(color.blueF(), ground.blueF()), opacity);
+}
+
+bool isPlain(const QImage &picture, QRect area, const QColor &color)
+{
+    return countOf(picture, color, area) == area.width() * area.height();
+}
+
 } // namespace quilmora::test::screenCapture

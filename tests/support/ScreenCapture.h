@@ -25,6 +25,12 @@ bool isClose(const QColor &first, const QColor &second, int tolerance = 2);
 /// How many pixels inside `area` (in pixels; empty for all) are close to `color`.
 int countOf(const QImage &picture, const QColor &color, QRect area = {}, int tolerance = 2);
 
+/// `color` laid over another one.
+QColor over(const QColor &color, const QColor &ground);
+
+/// Whether every pixel inside `area` is close to `color`; without a color, whether nothing is drawn there.
+bool isPlain(const QImage &picture, QRect area, const QColor &color = Qt::transparent);
+
 /// A colour for messages: "#AARRGGBB".
 QString text(const QColor &color);
 

@@ -1,10 +1,10 @@
 #include "support/ScreenTest.h"
 
-#include "platform/ChineseCatalogue.h"
-#include "screens/common/ControlStyle.h"
-#include "screens/common/Fonts.h"
-#include "screens/common/Sheet.h"
-#include "screens/common/Theme.h"
+#include "platform/ChineseTranslations.h"
+#include "ui/dialogs/Sheet.h"
+#include "ui/style/ControlStyle.h"
+#include "ui/theme/Fonts.h"
+#include "ui/theme/Theme.h"
 
 #include <QAbstractScrollArea>
 #include <QContextMenuEvent>
@@ -16,9 +16,9 @@
 namespace quilmora::test
 {
 
-ScreenTestApplication::ScreenTestApplication(int &argc, char **argv) : application{argc, argv}
+ScreenTestApplication::ScreenTestApplication(int &argc, char **argv) : m_application{argc, argv}
 {
-    installChineseCatalogue(application);
+    installChineseTranslations(m_application);
 #ifndef Q_OS_MACOS
     QApplication::setStyle(new ControlStyle);
 #endif

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "support/TemporaryHome.h"
+#include "support/TestProgram.h"
 
 #include <QApplication>
 #include <QTest>
@@ -24,17 +25,16 @@ public:
     ~ScreenTestApplication() = default;
 
 private:
-    const TemporaryHome home;
-    QApplication application;
+    const TemporaryHome m_home;
+    QApplication m_application;
 };
 
-/// The main function of a test program for screens.
+/// Runs the tests of a class for screens.
 template <typename Test>
 int runScreenTest(int argc, char **argv)
 {
     const ScreenTestApplication application{argc, argv};
-    Test test;
-    return QTest::qExec(&test, argc, argv);
+    return runTest<Test>(argc, argv);
 }
 
 /// Shows a window of that size, active, and waits until it is on screen; fails the test program otherwise.

@@ -54,41 +54,48 @@ qsizetype ReceivedRequest::headerCount(const QByteArray &name) const
     });
 }
 
-ScriptedHttpServer::ScriptedHttpServer(Script theScript, quint16 wantedPort)
-    : script{std::move(theScript)},
-      port{wantedPort}
+ScriptedHttpServer::ScriptedHttpServer(Script script, quint16 wantedPort)
+    : m_script{std::move(script)},
+      m_port{wantedPort}
 {
     // Whatever proxy this machine has, tests speak to their server directly.
     QNetworkProxyFactory::setUseSystemConfiguration(false);
-    context.moveToThread(&thread);
-    thread.start();
+    m_context.moveToThread(&m_thread);
+    m_thread.start();
     QMetaObject::invokeMethod(
-        &context, [this] { listen(); }, Qt::BlockingQueuedConnection);
+        &m_context, [this] { listen(); }, Qt::BlockingQueuedConnection);
+}
+
+ScriptedHttpServer::ScriptedHttpServer(const ScriptedResponse &response)
+    : ScriptedHttpServer{[response](const ReceivedRequest &) {
+          return response;
+      }}
+{
 }
 
 ScriptedHttpServer::~ScriptedHttpServer()
 {
     // Deleted in its own thread, with the server and its sockets.
     QMetaObject::invokeMethod(
-        &context,
+        &m_context,
         [this] {
-            const QObjectList children = context.children();
+            const QObjectList children = m_context.children();
             qDeleteAll(children);
-            context.moveToThread(nullptr);
+            m_context.moveToThread(nullptr);
         },
         Qt::BlockingQueuedConnection);
-    thread.quit();
-    thread.wait();
+    m_thread.quit();
+    m_thread.wait();
 }
 
 void ScriptedHttpServer::listen()
 {
-    auto *server = new QTcpServer{&context};
-    if (!server->listen(QHostAddress::LocalHost, port)) {
+    auto *server = new QTcpServer{&m_context};
+    if (!server->listen(QHostAddress::LocalHost, m_port)) {
         qFatal("Cannot listen on loopback");
     }
-    port = server->serverPort();
-    QObject::connect(server, &QTcpServer::newConnection, &context, [this, server] {
+    m_port = server->serverPort();
+    QObject::connect(server, &QTcpServer::newConnection, &m_context, [this, server] {
         while (QTcpSocket *socket = server->nextPendingConnection()) {
             accept(socket);
         }
@@ -97,14 +104,15 @@ void ScriptedHttpServer::listen()
 
 void ScriptedHttpServer::accept(QTcpSocket *socket)
 {
-    ++connections;
-    ++open;
+    ++m_connections;
+    ++m_open;
     auto connection = std::make_shared<Connection>();
-    QObject::connect(socket, &QTcpSocket::readyRead, &context,
+    QObject::connect(socket, &QTcpSocket::readyRead, &m_context,
                      [this, socket, connection] { read(socket, *connection); });
-    QObject::connect(socket, &QTcpSocket::bytesWritten, &context, [this](qint64 count) { sent += count; });
-    QObject::connect(socket, &QTcpSocket::disconnected, &context, [this, socket] {
-        --open;
+    QObject::connect(socket, &QTcpSocket::bytesWritten, &m_context,
+                     [this](qint64 count) { m_sent += count; });
+    QObject::connect(socket, &QTcpSocket::disconnected, &m_context, [this, socket] {
+        --m_open;
         socket->deleteLater();
     });
 }
@@ -120,13 +128,13 @@ void ScriptedHttpServer::read(QTcpSocket *socket, Connection &connection)
     if (headEnd < 0) {
         return;
     }
-    heads += std::exchange(connection.headSeen, true) ? 0 : 1;
-    if (hangUpAfter > 0 && connection.bytes.size() >= hangUpAfter) {
+    m_heads += std::exchange(connection.headSeen, true) ? 0 : 1;
+    if (m_hangUpAfter > 0 && connection.bytes.size() >= m_hangUpAfter) {
         tearDown(*socket);
         return;
     }
     ReceivedRequest request{connection.bytes.first(headEnd + 2), {}};
-    if (answerAfter > 0 && connection.bytes.size() >= answerAfter) {
+    if (m_answerAfter > 0 && connection.bytes.size() >= m_answerAfter) {
         connection.isAnsweredEarly = true;
         answer(socket, request);
         return;
@@ -143,33 +151,33 @@ void ScriptedHttpServer::read(QTcpSocket *socket, Connection &connection)
 void ScriptedHttpServer::answer(QTcpSocket *socket, const ReceivedRequest &request)
 {
     {
-        const QMutexLocker lock{&mutex};
-        received.append(request);
+        const QMutexLocker lock{&m_mutex};
+        m_received.append(request);
     }
-    held.append([this, socket = QPointer{socket}, request] {
+    m_held.append([this, socket = QPointer{socket}, request] {
         if (socket) {
-            send(socket, script(request));
+            send(socket, m_script(request));
         }
     });
-    if (held.size() >= holdUntil) {
-        holdUntil = 0;
-        for (const auto &release : std::exchange(held, {})) {
+    if (m_held.size() >= m_holdUntil) {
+        m_holdUntil = 0;
+        for (const auto &release : std::exchange(m_held, {})) {
             release();
         }
     }
 }
 
-void ScriptedHttpServer::send(QTcpSocket *socket, ScriptedAnswer answer)
+void ScriptedHttpServer::send(QTcpSocket *socket, ScriptedResponse answer)
 {
     if (answer.pieces.isEmpty()) {
-        if (answer.end == ScriptedAnswer::End::close) {
+        if (answer.end == ScriptedResponse::End::close) {
             socket->disconnectFromHost();
-        } else if (answer.end == ScriptedAnswer::End::reset) {
+        } else if (answer.end == ScriptedResponse::End::reset) {
             tearDown(*socket);
         }
         return;
     }
-    const ScriptedAnswer::Piece piece = answer.pieces.takeFirst();
+    const ScriptedResponse::Piece piece = answer.pieces.takeFirst();
     QTimer::singleShot(piece.pauseBefore, socket, [socket, piece, answer] {
         socket->write(piece.bytes);
         if (socket->bytesToWrite() < mostWaiting) {
@@ -187,15 +195,15 @@ QUrl ScriptedHttpServer::url(const QString &path) const
     QUrl address;
     address.setScheme(QStringLiteral("http"));
     address.setHost(QStringLiteral("127.0.0.1"));
-    address.setPort(port);
+    address.setPort(m_port);
     address.setPath(path);
     return address;
 }
 
 QList<ReceivedRequest> ScriptedHttpServer::requests() const
 {
-    const QMutexLocker lock{&mutex};
-    return received;
+    const QMutexLocker lock{&m_mutex};
+    return m_received;
 }
 
 qsizetype ScriptedHttpServer::requestCount() const
@@ -205,8 +213,8 @@ qsizetype ScriptedHttpServer::requestCount() const
 
 void ScriptedHttpServer::forgetRequests()
 {
-    const QMutexLocker lock{&mutex};
-    received.clear();
+    const QMutexLocker lock{&m_mutex};
+    m_received.clear();
 }
 
 } // namespace quilmora::test

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/ScriptedAnswer.h"
+#include "support/ScriptedResponse.h"
 
 #include <QByteArray>
 #include <QList>
@@ -36,11 +36,13 @@ struct ReceivedRequest {
 class ScriptedHttpServer final
 {
 public:
-    using Script = std::function<ScriptedAnswer(const ReceivedRequest &)>;
+    using Script = std::function<ScriptedResponse(const ReceivedRequest &)>;
 
     /// Starts to listen, on that port or on one that is free; `script` is called on the server's thread for
     /// every request.
     explicit ScriptedHttpServer(Script script, quint16 port = 0);
+    /// Sends that response to every request.
+    explicit ScriptedHttpServer(const ScriptedResponse &response);
     Q_DISABLE_COPY_MOVE(ScriptedHttpServer)
     ~ScriptedHttpServer();
 
@@ -50,19 +52,19 @@ public:
     /// Forgets what has come so far.
     void forgetRequests();
     /// How many requests were begun, those without their whole body too.
-    int headCount() const { return heads; }
-    int connectionCount() const { return connections; }
+    int headCount() const { return m_heads; }
+    int connectionCount() const { return m_connections; }
     /// How many of them are open now.
-    int openConnections() const { return open; }
+    int openConnections() const { return m_open; }
     /// How many bytes of answers have gone out.
-    qint64 sentBytes() const { return sent; }
+    qint64 sentBytes() const { return m_sent; }
     /// Closes every connection on which so much of a request has come; 0 for never.
-    void hangUpAfterBytes(qsizetype count) { hangUpAfter = count; }
+    void hangUpAfterBytes(qsizetype count) { m_hangUpAfter = count; }
     /// Answers as soon as so much of a request has come, and pays no heed to the rest of it; 0 for never.
-    void answerAfterBytes(qsizetype count) { answerAfter = count; }
+    void answerAfterBytes(qsizetype count) { m_answerAfter = count; }
 
     /// Keeps every answer back until so many requests wait for one; to be called before the first.
-    void holdAnswersUntil(qsizetype count) { holdUntil = count; }
+    void holdAnswersUntil(qsizetype count) { m_holdUntil = count; }
 
 private:
     struct Connection {
@@ -75,22 +77,22 @@ private:
     void accept(QTcpSocket *socket);
     void read(QTcpSocket *socket, Connection &connection);
     void answer(QTcpSocket *socket, const ReceivedRequest &request);
-    static void send(QTcpSocket *socket, ScriptedAnswer answer);
+    static void send(QTcpSocket *socket, ScriptedResponse answer);
 
-    const Script script;
-    QThread thread;
-    QObject context; ///< Lives in the thread.
-    quint16 port;
-    std::atomic_int heads = 0;
-    std::atomic_int connections = 0;
-    std::atomic_int open = 0;
-    std::atomic<qint64> sent = 0;
-    std::atomic<qsizetype> hangUpAfter = 0;
-    std::atomic<qsizetype> answerAfter = 0;
-    std::atomic<qsizetype> holdUntil = 0;
-    QList<std::function<void()>> held; ///< Used in the thread only.
-    mutable QMutex mutex;
-    QList<ReceivedRequest> received;
+    const Script m_script;
+    QThread m_thread;
+    QObject m_context; ///< Lives in the thread.
+    quint16 m_port;
+    std::atomic_int m_heads = 0;
+    std::atomic_int m_connections = 0;
+    std::atomic_int m_open = 0;
+    std::atomic<qint64> m_sent = 0;
+    std::atomic<qsizetype> m_hangUpAfter = 0;
+    std::atomic<qsizetype> m_answerAfter = 0;
+    std::atomic<qsizetype> m_holdUntil = 0;
+    QList<std::function<void()>> m_held; ///< Used in the thread only.
+    mutable QMutex m_mutex;
+    QList<ReceivedRequest> m_received;
 };
 
 } // namespace quilmora::test

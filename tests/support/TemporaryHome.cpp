@@ -19,28 +19,28 @@ void restore(const char *variable, const QByteArray &formerValue)
 } // namespace
 
 TemporaryHome::TemporaryHome()
-    : formerHome{qgetenv("HOME")},
-      formerDataHome{qgetenv("XDG_DATA_HOME")},
-      formerConfigHome{qgetenv("XDG_CONFIG_HOME")}
+    : m_formerHome{qgetenv("HOME")},
+      m_formerDataHome{qgetenv("XDG_DATA_HOME")},
+      m_formerConfigHome{qgetenv("XDG_CONFIG_HOME")}
 {
-    if (!folder.isValid()) {
+    if (!m_folder.isValid()) {
         qFatal("No temporary home folder");
     }
-    qputenv("HOME", folder.path().toLocal8Bit());
+    qputenv("HOME", m_folder.path().toLocal8Bit());
     qunsetenv("XDG_DATA_HOME");
     qunsetenv("XDG_CONFIG_HOME");
 }
 
 TemporaryHome::~TemporaryHome()
 {
-    restore("HOME", formerHome);
-    restore("XDG_DATA_HOME", formerDataHome);
-    restore("XDG_CONFIG_HOME", formerConfigHome);
+    restore("HOME", m_formerHome);
+    restore("XDG_DATA_HOME", m_formerDataHome);
+    restore("XDG_CONFIG_HOME", m_formerConfigHome);
 }
 
 QString TemporaryHome::path(const QString &inside) const
 {
-    return inside.isEmpty() ? folder.path() : folder.filePath(inside);
+    return inside.isEmpty() ? m_folder.path() : m_folder.filePath(inside);
 }
 
 } // namespace quilmora::test

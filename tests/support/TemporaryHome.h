@@ -19,10 +19,10 @@ public:
     QString path(const QString &inside = {}) const;
 
 private:
-    QTemporaryDir folder;
-    QByteArray formerHome;
-    QByteArray formerDataHome;
-    QByteArray formerConfigHome;
+    QTemporaryDir m_folder;
+    QByteArray m_formerHome;
+    QByteArray m_formerDataHome;
+    QByteArray m_formerConfigHome;
 };
 
 } // namespace quilmora::test

@@ -1,3 +1,5 @@
+#include "support/TestProgram.h"
+
 #include <QCryptographicHash>
 #include <QDir>
 #include <QHash>
@@ -145,5 +147,5 @@ void GalleryTest::whatIsLeftOfAnEarlierGalleryGoes()
     QVERIFY(!folder.exists(u"of-old.png"_s));
 }
 
-QTEST_GUILESS_MAIN(GalleryTest)
+QUILMORA_TEST(GalleryTest, quilmora::test::runCoreTest)
 #include "GalleryTest.moc"

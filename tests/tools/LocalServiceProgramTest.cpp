@@ -1,3 +1,4 @@
+#include "support/TestProgram.h"
 #include "tools/ServiceClient.h"
 
 #include <QProcess>
@@ -61,10 +62,8 @@ class LocalServiceProgramTest final : public QObject
 private Q_SLOTS:
     void itAnswersAndCounts();
     void itTakesKeyAndModels();
-    void itEndsOnSignals_data();
     void itEndsOnSignals();
     void aWaitingRequestDoesNotHoldTheEndUp();
-    void badArgumentsAreRefused_data();
     void badArgumentsAreRefused();
     void aTakenPortIsReported();
 };
@@ -96,21 +95,15 @@ void LocalServiceProgramTest::itTakesKeyAndModels()
     }
 }
 
-void LocalServiceProgramTest::itEndsOnSignals_data()
-{
-    QTest::addColumn<int>("number");
-    QTest::newRow("SIGTERM") << SIGTERM;
-    QTest::newRow("SIGINT") << SIGINT;
-}
-
 void LocalServiceProgramTest::itEndsOnSignals()
 {
-    QFETCH(const int, number);
-    Program program{{}};
-    QVERIFY(!program.endpoint().isEmpty());
-    program.signal(number);
-    QCOMPARE(program.exitCode(), 0);
-    QCOMPARE(program.output(), QByteArray{});
+    for (const int number : {SIGTERM, SIGINT}) {
+        Program program{{}};
+        QVERIFY(!program.endpoint().isEmpty());
+        program.signal(number);
+        QCOMPARE(program.exitCode(), 0);
+        QCOMPARE(program.output(), QByteArray{});
+    }
 }
 
 void LocalServiceProgramTest::aWaitingRequestDoesNotHoldTheEndUp()
@@ -125,21 +118,13 @@ void LocalServiceProgramTest::aWaitingRequestDoesNotHoldTheEndUp()
     QCOMPARE(program.exitCode(), 0);
 }
 
-void LocalServiceProgramTest::badArgumentsAreRefused_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::newRow("port no number") << QStringList{u"--port"_s, u"x"_s};
-    QTest::newRow("port too large") << QStringList{u"--port"_s, u"65536"_s};
-    QTest::newRow("delay negative") << QStringList{u"--delay"_s, u"-1"_s};
-    QTest::newRow("something else") << QStringList{u"more"_s};
-}
-
 void LocalServiceProgramTest::badArgumentsAreRefused()
 {
-    QFETCH(const QStringList, arguments);
-    Program program{arguments};
-    QCOMPARE(program.exitCode(), 2);
-    QCOMPARE(program.output(), QByteArray{});
+    for (const QString &argument : {u"--port=x"_s, u"--port=65536"_s, u"--delay=-1"_s, u"more"_s}) {
+        Program program{{argument}};
+        QCOMPARE(program.exitCode(), 2);
+        QCOMPARE(program.output(), QByteArray{});
+    }
 }
 
 void LocalServiceProgramTest::aTakenPortIsReported()
@@ -150,6 +135,6 @@ void LocalServiceProgramTest::aTakenPortIsReported()
     QCOMPARE(second.exitCode(), 1);
 }
 
-QTEST_MAIN(LocalServiceProgramTest)
+QUILMORA_TEST(LocalServiceProgramTest, runGuiTest)
 
 #include "LocalServiceProgramTest.moc"

@@ -34,6 +34,17 @@ QJsonObject ServiceReply::json() const
     return QJsonDocument::fromJson(body).object();
 }
 
+QString ServiceReply::error() const
+{
+    const QStringList members = json().value(u"error"_s).toObject().keys();
+    if (json().size() != 1 || members != QStringList{u"code"_s, u"message"_s, u"param"_s, u"type"_s} ||
+        !contentType.startsWith("application/json") || !error(u"message"_s).contains(u" Request id: "_s)) {
+        return u"no error envelope: "_s + QString::fromUtf8(contentType + ' ' + body);
+    }
+    return u"%1 %2 %3 %4"_s.arg(QString::number(status), error(u"code"_s), error(u"param"_s),
+                                error(u"type"_s));
+}
+
 QString ServiceReply::error(const QString &member) const
 {
     return json().value(u"error"_s).toObject().value(member).toString();

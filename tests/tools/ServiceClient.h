@@ -20,6 +20,9 @@ struct ServiceReply {
     QByteArray body;
 
     QJsonObject json() const;
+    /// Status, code, parameter and type of the error envelope, with one blank between; else what is wrong
+    /// with it.
+    QString error() const;
     /// A text member of the error envelope.
     QString error(const QString &member) const;
     /// The first element of "data".

@@ -14,14 +14,14 @@ using namespace Qt::StringLiterals;
 namespace quilmora
 {
 
-DemoFolder::DemoFolder(const QString &path) : root{QFileInfo{path}.absoluteFilePath()}
+DemoFolder::DemoFolder(const QString &path) : m_root{QFileInfo{path}.absoluteFilePath()}
 {
     QDir{home()}.removeRecursively();
     for (const QString &own : {presenterPhoto(), sampleCover(), exportedCover()}) {
         QFile::remove(own);
     }
     if (!QDir{}.mkpath(home())) {
-        qFatal("Cannot create %s", qUtf8Printable(root));
+        qFatal("Cannot create %s", qUtf8Printable(m_root));
     }
 }
 
@@ -55,7 +55,7 @@ void DemoFolder::configure(const QUrl &service, const QString &key) const
 
 QString DemoFolder::file(const QString &name) const
 {
-    return root + u'/' + name;
+    return m_root + u'/' + name;
 }
 
 } // namespace quilmora

@@ -34,7 +34,7 @@ public:
 private:
     QString home() const { return file(QStringLiteral("quilmora-demo-home")); }
 
-    QString root;
+    QString m_root;
 };
 
 } // namespace quilmora

@@ -51,11 +51,11 @@ private:
     void addHistorySteps();
     void advance();
 
-    const DemoFolder &folder;
-    const bool wholeWay;
-    QList<Step> steps;
-    qsizetype next = 0;
-    QDeadlineTimer deadline;
+    const DemoFolder &m_folder;
+    const bool m_wholeWay;
+    QList<Step> m_steps;
+    qsizetype m_next = 0;
+    QDeadlineTimer m_deadline;
 };
 
 } // namespace quilmora

@@ -32,26 +32,26 @@ void tieToThisProcess([[maybe_unused]] QProcess &process)
 
 LocalServiceProcess::~LocalServiceProcess()
 {
-    if (process.state() != QProcess::NotRunning) {
-        process.terminate();
-        process.waitForFinished();
+    if (m_process.state() != QProcess::NotRunning) {
+        m_process.terminate();
+        m_process.waitForFinished();
     }
 }
 
 QUrl LocalServiceProcess::start(const QString &key)
 {
-    tieToThisProcess(process);
-    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    tieToThisProcess(m_process);
+    m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     const QString program =
         QCoreApplication::applicationDirPath() + u"/../local_service/quilmora-local-service"_s;
-    process.start(program, {u"--key"_s, key, u"--delay"_s, u"2500"_s});
+    m_process.start(program, {u"--key"_s, key, u"--delay"_s, u"2500"_s});
     const QByteArray announcement = "listening on ";
-    while (!process.canReadLine()) {
-        if (!process.waitForReadyRead()) {
+    while (!m_process.canReadLine()) {
+        if (!m_process.waitForReadyRead()) {
             return {};
         }
     }
-    const QByteArray line = process.readLine().trimmed();
+    const QByteArray line = m_process.readLine().trimmed();
     return line.startsWith(announcement) ? QUrl{QString::fromUtf8(line.sliced(announcement.size()))} : QUrl{};
 }
 

@@ -20,7 +20,7 @@ public:
     QUrl start(const QString &key);
 
 private:
-    QProcess process;
+    QProcess m_process;
 };
 
 } // namespace quilmora

@@ -90,7 +90,7 @@ bool filePanelIsOpen()
     return panel != nullptr && panel->windowHandle() != nullptr && panel->windowHandle()->isExposed();
 }
 
-void answerFilePanel(const QString &path)
+void answerFileDialog(const QString &path)
 {
     QFileDialog *panel = filePanel();
     // Set at once: typed, it would bring up a list of suggestions, which takes the next key or click for

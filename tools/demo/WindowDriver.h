@@ -29,7 +29,7 @@ void type(const QString &accessibleName, const QString &text);
 bool filePanelIsOpen();
 
 /// Names `path` in the open file panel and confirms it.
-void answerFilePanel(const QString &path);
+void answerFileDialog(const QString &path);
 
 /// Whether the history is shown with the pictures of all covers in sight.
 bool historyIsFilled();

@@ -4,8 +4,8 @@
 #include "app/QuilmoraApp.h"
 #include "platform/Console.h"
 #include "platform/UserFolders.h"
-#include "screens/common/Theme.h"
 #include "store/DatabaseManager.h"
+#include "ui/theme/Theme.h"
 
 #include <QFile>
 #include <QFileInfo>

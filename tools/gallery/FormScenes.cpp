@@ -1,6 +1,6 @@
-#include "gallery/Backstage.h"
+#include "gallery/ApplicationFixture.h"
 #include "gallery/Scene.h"
-#include "gallery/Stage.h"
+#include "gallery/SceneResources.h"
 
 using namespace Qt::StringLiterals;
 
@@ -34,40 +34,40 @@ QString advancedRow()
     return u"高级选项"_s;
 }
 
-void openEmpty(Stage &stage, Backstage & /*backstage*/)
+void openEmpty(ApplicationFixture &stage, SceneResources & /*resources*/)
 {
     stage.open();
 }
 
-void fill(Stage &stage, Backstage &backstage)
+void fill(ApplicationFixture &stage, SceneResources &resources)
 {
     stage.open();
     stage.type(titleField(), u"这个秘密改变了一切"_s);
     stage.type(sceneField(), u"未来科技感"_s);
-    stage.upload(faceCard(), backstage.presenterPhoto());
-    stage.upload(styleCard(), backstage.sampleCover());
+    stage.upload(faceCard(), resources.presenterPhoto());
+    stage.upload(styleCard(), resources.sampleCover());
     stage.click(u"惊喜"_s);
 }
 
-void chooseCustomExpression(Stage &stage, Backstage & /*backstage*/)
+void chooseCustomExpression(ApplicationFixture &stage, SceneResources & /*resources*/)
 {
     stage.open();
     stage.click(u"自定义..."_s);
     stage.type(u"请输入自定义表情描述"_s, u"挑眉，嘴角微微上扬"_s);
 }
 
-void foldAdvanced(Stage &stage, Backstage & /*backstage*/)
+void foldAdvanced(ApplicationFixture &stage, SceneResources & /*resources*/)
 {
     stage.open();
     stage.click(advancedRow());
 }
 
-void uploadTooLargePhoto(Stage &stage, Backstage &backstage)
+void uploadTooLargePhoto(ApplicationFixture &stage, SceneResources &resources)
 {
     stage.open();
-    stage.upload(faceCard(), backstage.hugePhoto());
-    stage.upload(styleCard(), backstage.sampleCover());
-    stage.upload(styleCard(), backstage.hugePhoto());
+    stage.upload(faceCard(), resources.hugePhoto());
+    stage.upload(styleCard(), resources.sampleCover());
+    stage.upload(styleCard(), resources.hugePhoto());
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "gallery/PicturePlan.h"
+#include "gallery/ScreenshotPlan.h"
 
 #include <QDir>
 
@@ -12,7 +12,7 @@ namespace quilmora::gallery
 /// What the program was asked for on its command line.
 struct GalleryArguments {
     QDir folder;
-    PicturePlan plan;
+    ScreenshotPlan plan;
     /// The part of the work that falls to this process: of every `shares` scenes the one with number `share`.
     /// Without shares it divides the work among others.
     int share = 0;

@@ -1,6 +1,6 @@
-#include "gallery/Backstage.h"
+#include "gallery/ApplicationFixture.h"
 #include "gallery/Scene.h"
-#include "gallery/Stage.h"
+#include "gallery/SceneResources.h"
 #include "generation/CoverInputs.h"
 #include "generation/CoverPrompt.h"
 
@@ -59,45 +59,45 @@ QString promptOf(const Words &what)
                           .advancedText = {}});
 }
 
-Stage::Cover coverOf(Backstage &backstage, int number, int side)
+ApplicationFixture::Cover coverOf(SceneResources &resources, int number, int side)
 {
     const Words &what = words().at(number % words().size());
-    return {promptOf(what), backstage.cover(what.title, what.scene, coverSize(number, side)),
+    return {promptOf(what), resources.cover(what.title, what.scene, coverSize(number, side)),
             newest - number * betweenTwo, VolcengineConfig::defaultModelID()};
 }
 
-void openHistory(Stage &stage)
+void openHistory(ApplicationFixture &stage)
 {
     stage.open();
     stage.click(u"已生成列表"_s);
 }
 
-void showNone(Stage &stage, Backstage & /*backstage*/)
+void showNone(ApplicationFixture &stage, SceneResources & /*resources*/)
 {
     openHistory(stage);
 }
 
-void showOne(Stage &stage, Backstage &backstage)
+void showOne(ApplicationFixture &stage, SceneResources &resources)
 {
-    stage.addCovers({coverOf(backstage, 0, tileSide)});
+    stage.addCovers({coverOf(resources, 0, tileSide)});
     openHistory(stage);
 }
 
-void showMany(Stage &stage, Backstage &backstage)
+void showMany(ApplicationFixture &stage, SceneResources &resources)
 {
-    QList<Stage::Cover> covers;
+    QList<ApplicationFixture::Cover> covers;
     for (int number = 0; number < many; ++number) {
-        covers.append(coverOf(backstage, number, tileSide));
+        covers.append(coverOf(resources, number, tileSide));
     }
     stage.addCovers(covers);
     openHistory(stage);
 }
 
-void showMissing(Stage &stage, Backstage &backstage)
+void showMissing(ApplicationFixture &stage, SceneResources &resources)
 {
-    QList<Stage::Cover> covers;
+    QList<ApplicationFixture::Cover> covers;
     for (int number = 0; number < 6; ++number) {
-        covers.append(coverOf(backstage, number, tileSide));
+        covers.append(coverOf(resources, number, tileSide));
         if (number % 2 == 1) {
             covers.last().file.clear();
         }
@@ -106,29 +106,29 @@ void showMissing(Stage &stage, Backstage &backstage)
     openHistory(stage);
 }
 
-void listOne(Stage &stage, Backstage &backstage, int number)
+void listOne(ApplicationFixture &stage, SceneResources &resources, int number)
 {
-    stage.addCovers({coverOf(backstage, number, previewSide)});
+    stage.addCovers({coverOf(resources, number, previewSide)});
     openHistory(stage);
 }
 
-void listLandscape(Stage &stage, Backstage &backstage)
+void listLandscape(ApplicationFixture &stage, SceneResources &resources)
 {
-    listOne(stage, backstage, 0);
+    listOne(stage, resources, 0);
 }
 
-void listPortrait(Stage &stage, Backstage &backstage)
+void listPortrait(ApplicationFixture &stage, SceneResources &resources)
 {
-    listOne(stage, backstage, 3);
+    listOne(stage, resources, 3);
 }
 
-void listMissing(Stage &stage, Backstage & /*backstage*/)
+void listMissing(ApplicationFixture &stage, SceneResources & /*resources*/)
 {
     stage.addCovers({{promptOf(words().constFirst()), {}, newest, VolcengineConfig::defaultModelID()}});
     openHistory(stage);
 }
 
-void openFirst(Stage &stage)
+void openFirst(ApplicationFixture &stage)
 {
     stage.openCover(0);
 }

@@ -1,6 +1,6 @@
 #include "gallery/IndexPage.h"
 
-#include "gallery/PicturePlan.h"
+#include "gallery/ScreenshotPlan.h"
 
 #include <QStringList>
 
@@ -48,7 +48,7 @@ QString sizeText(const View &view)
 }
 
 /// One picture, the finest behind the one that fits the screen.
-QString figure(const PicturePlan &plan, const Scene &scene, const View &view, ColorScheme scheme)
+QString figure(const ScreenshotPlan &plan, const Scene &scene, const View &view, ColorScheme scheme)
 {
     QStringList sources;
     for (const int ratio : plan.ratios) {
@@ -61,7 +61,7 @@ QString figure(const PicturePlan &plan, const Scene &scene, const View &view, Co
         look);
 }
 
-QString section(const PicturePlan &plan, const Scene &scene)
+QString section(const ScreenshotPlan &plan, const Scene &scene)
 {
     QString html = u"<section id=\"%1\">\n<h2>%2<small>%1</small></h2>\n"_s.arg(scene.name, scene.caption);
     for (const View &view : plan.views(scene)) {
@@ -76,7 +76,7 @@ QString section(const PicturePlan &plan, const Scene &scene)
 
 } // namespace
 
-QString indexPage(const PicturePlan &plan)
+QString indexPage(const ScreenshotPlan &plan)
 {
     QString links;
     QString sections;

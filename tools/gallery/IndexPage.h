@@ -5,9 +5,9 @@
 namespace quilmora::gallery
 {
 
-struct PicturePlan;
+struct ScreenshotPlan;
 
 /// The page that shows all pictures of the plan, as HTML. It is meant to lie in their folder.
-QString indexPage(const PicturePlan &plan);
+QString indexPage(const ScreenshotPlan &plan);
 
 } // namespace quilmora::gallery

@@ -1,5 +1,5 @@
+#include "gallery/ApplicationFixture.h"
 #include "gallery/Scene.h"
-#include "gallery/Stage.h"
 
 using namespace Qt::StringLiterals;
 
@@ -24,37 +24,37 @@ QString message()
 }
 
 /// Types into a field and copies it, so that there is something to paste.
-void write(Stage &stage, const QString &field, const QString &text)
+void write(ApplicationFixture &stage, const QString &field, const QString &text)
 {
     stage.type(field, text);
     stage.press(QKeySequence::SelectAll);
     stage.press(QKeySequence::Copy);
 }
 
-void selectTitle(Stage &stage, Backstage & /*backstage*/)
+void selectTitle(ApplicationFixture &stage, SceneResources & /*resources*/)
 {
     stage.open();
     write(stage, titleField(), u"这个秘密改变了一切"_s);
 }
 
-void openFieldMenu(Stage &stage)
+void openFieldMenu(ApplicationFixture &stage)
 {
     stage.openMenu(titleField(), u"复制"_s);
 }
 
-void writeInstructions(Stage &stage, Backstage & /*backstage*/)
+void writeInstructions(ApplicationFixture &stage, SceneResources & /*resources*/)
 {
     stage.open();
     write(stage, styleEditor(), u"使用蓝金配色，更戏剧化，保留原来的穿着"_s);
     stage.press(QKeySequence::MoveToEndOfLine);
 }
 
-void openEditorMenu(Stage &stage)
+void openEditorMenu(ApplicationFixture &stage)
 {
     stage.openMenu(styleEditor(), u"粘贴"_s);
 }
 
-void selectMessage(Stage &stage, Backstage & /*backstage*/)
+void selectMessage(ApplicationFixture &stage, SceneResources & /*resources*/)
 {
     stage.open();
     stage.type(titleField(), u"这个秘密改变了一切"_s);
@@ -62,7 +62,7 @@ void selectMessage(Stage &stage, Backstage & /*backstage*/)
     stage.waitFor(message());
 }
 
-void openMessageMenu(Stage &stage)
+void openMessageMenu(ApplicationFixture &stage)
 {
     stage.openMenu(message(), u"全选"_s);
 }

@@ -1,6 +1,6 @@
-#include "gallery/Backstage.h"
+#include "gallery/ApplicationFixture.h"
 #include "gallery/Scene.h"
-#include "gallery/Stage.h"
+#include "gallery/SceneResources.h"
 
 using namespace Qt::StringLiterals;
 
@@ -14,42 +14,42 @@ QString saveButton()
     return u"保存设置"_s;
 }
 
-void openSettings(Stage &stage, Backstage & /*backstage*/)
+void openSettings(ApplicationFixture &stage, SceneResources & /*resources*/)
 {
     stage.open();
     stage.click(u"功能设置"_s);
     stage.waitFor(saveButton());
 }
 
-void fillSettings(Stage &stage, Backstage &backstage)
+void fillSettings(ApplicationFixture &stage, SceneResources &resources)
 {
-    openSettings(stage, backstage);
-    stage.type(u"API Key"_s, Backstage::key());
+    openSettings(stage, resources);
+    stage.type(u"API Key"_s, SceneResources::key());
 }
 
-void saveWithoutKey(Stage &stage, Backstage &backstage)
+void saveWithoutKey(ApplicationFixture &stage, SceneResources &resources)
 {
-    openSettings(stage, backstage);
+    openSettings(stage, resources);
     stage.click(saveButton());
     stage.waitFor(u"请填写 API Key"_s);
 }
 
-void save(Stage &stage)
+void save(ApplicationFixture &stage)
 {
     stage.click(saveButton());
     stage.waitFor(u"好的"_s);
 }
 
-void openHelp(Stage &stage, Backstage & /*backstage*/)
+void openHelp(ApplicationFixture &stage, SceneResources & /*resources*/)
 {
     stage.open();
     stage.click(u"帮助说明"_s);
 }
 
-void copyAnAddress(Stage &stage, Backstage &backstage)
+void copyAnAddress(ApplicationFixture &stage, SceneResources &resources)
 {
-    openHelp(stage, backstage);
-    stage.click(u"客服邮箱："_s + HelpContents::ofThisBuild().email);
+    openHelp(stage, resources);
+    stage.click(u"客服邮箱："_s + AboutInformation::current().email);
 }
 
 } // namespace

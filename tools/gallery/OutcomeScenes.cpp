@@ -1,6 +1,6 @@
-#include "gallery/Backstage.h"
+#include "gallery/ApplicationFixture.h"
 #include "gallery/Scene.h"
-#include "gallery/Stage.h"
+#include "gallery/SceneResources.h"
 #include "support/ScriptedHttpServer.h"
 
 using namespace Qt::StringLiterals;
@@ -20,53 +20,53 @@ QString backButton()
     return u"返回表单"_s;
 }
 
-void pressTheButton(Stage &stage)
+void pressTheButton(ApplicationFixture &stage)
 {
     stage.open();
     stage.type(u"视频封面标题文本"_s, u"这个秘密改变了一切"_s);
     stage.type(u"背景场景"_s, u"未来科技感"_s);
 }
 
-void waitForTheCover(Stage &stage, Backstage &backstage)
+void waitForTheCover(ApplicationFixture &stage, SceneResources &resources)
 {
-    stage.configure(backstage.slowService(), Backstage::key());
+    stage.configure(resources.slowService(), SceneResources::key());
     pressTheButton(stage);
     stage.click(u"开始生成封面"_s);
     stage.waitFor(u"正在生成封面..."_s);
 }
 
-void makeACover(Stage &stage, Backstage &backstage, const QString &size)
+void makeACover(ApplicationFixture &stage, SceneResources &resources, const QString &size)
 {
-    stage.configure(backstage.service(), Backstage::key());
+    stage.configure(resources.service(), SceneResources::key());
     pressTheButton(stage);
-    stage.upload(u"人脸形象（必填）"_s, backstage.presenterPhoto());
-    stage.upload(u"风格参考（上传示例封面，非必填）"_s, backstage.sampleCover());
+    stage.upload(u"人脸形象（必填）"_s, resources.presenterPhoto());
+    stage.upload(u"风格参考（上传示例封面，非必填）"_s, resources.sampleCover());
     stage.click(size);
     stage.click(u"惊喜"_s);
     stage.click(u"开始生成封面"_s);
     stage.waitFor(saveButton());
 }
 
-void makeALandscapeCover(Stage &stage, Backstage &backstage)
+void makeALandscapeCover(ApplicationFixture &stage, SceneResources &resources)
 {
-    makeACover(stage, backstage, u"YouTube"_s);
+    makeACover(stage, resources, u"YouTube"_s);
 }
 
-void makeAPortraitCover(Stage &stage, Backstage &backstage)
+void makeAPortraitCover(ApplicationFixture &stage, SceneResources &resources)
 {
-    makeACover(stage, backstage, u"抖音 / TikTok"_s);
+    makeACover(stage, resources, u"抖音 / TikTok"_s);
 }
 
-void failWithoutKey(Stage &stage, Backstage & /*backstage*/)
+void failWithoutKey(ApplicationFixture &stage, SceneResources & /*resources*/)
 {
     pressTheButton(stage);
     stage.click(u"开始生成封面"_s);
     stage.waitFor(backButton());
 }
 
-void failWithWrongKey(Stage &stage, Backstage &backstage)
+void failWithWrongKey(ApplicationFixture &stage, SceneResources &resources)
 {
-    stage.configure(backstage.service(), u"another-key"_s);
+    stage.configure(resources.service(), u"another-key"_s);
     pressTheButton(stage);
     stage.click(u"开始生成封面"_s);
     stage.waitFor(backButton());
@@ -85,12 +85,12 @@ QByteArray gatewayPage()
     return page + "</body>\n</html>\n";
 }
 
-void failAtLength(Stage &stage, Backstage & /*backstage*/)
+void failAtLength(ApplicationFixture &stage, SceneResources & /*resources*/)
 {
     const test::ScriptedHttpServer gateway{[](const test::ReceivedRequest &) {
-        return test::ScriptedAnswer::whole(gatewayPage(), "502 Bad Gateway");
+        return test::ScriptedResponse::whole(gatewayPage(), "502 Bad Gateway");
     }};
-    stage.configure(gateway.url(), Backstage::key());
+    stage.configure(gateway.url(), SceneResources::key());
     pressTheButton(stage);
     stage.click(u"开始生成封面"_s);
     stage.waitFor(backButton());

@@ -8,8 +8,8 @@
 namespace quilmora::gallery
 {
 
-class Backstage;
-class Stage;
+class SceneResources;
+class ApplicationFixture;
 
 /// One state of one screen, and how a user comes to it.
 struct Scene {
@@ -25,9 +25,9 @@ struct Scene {
     QString lookAt; ///< Control to be scrolled into sight; empty for the start of the page.
 
     /// Opens the window and works it up to the state.
-    std::function<void(Stage &, Backstage &)> prepare;
+    std::function<void(ApplicationFixture &, SceneResources &)> prepare;
     /// What is done last, again for every size of the window: opening a sheet. May be empty.
-    std::function<void(Stage &)> finish = {};
+    std::function<void(ApplicationFixture &)> finish = {};
 };
 
 /// All scenes, in the order in which a user may meet them.

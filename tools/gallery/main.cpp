@@ -1,7 +1,7 @@
-#include "gallery/Backstage.h"
 #include "gallery/GalleryArguments.h"
 #include "gallery/IndexPage.h"
-#include "gallery/Photographer.h"
+#include "gallery/SceneResources.h"
+#include "gallery/ScreenshotWriter.h"
 #include "platform/Console.h"
 #include "support/ScreenTest.h"
 
@@ -24,10 +24,10 @@ int work(int argc, char **argv)
     const GalleryArguments arguments = GalleryArguments::of(*QCoreApplication::instance());
     // A blinking cursor would be in some pictures and not in others.
     QApplication::setCursorFlashTime(0);
-    Backstage backstage;
+    SceneResources resources;
     const QList<Scene> scenes = allScenes();
     for (qsizetype number = arguments.share; number < scenes.size(); number += arguments.shares) {
-        takePictures(scenes.at(number), arguments.plan, backstage, arguments.folder.path());
+        takePictures(scenes.at(number), arguments.plan, resources, arguments.folder.path());
         console::printLine(scenes.at(number).name);
     }
     return 0;

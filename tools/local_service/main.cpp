@@ -10,7 +10,7 @@
 #include <pthread.h>
 
 using namespace Qt::StringLiterals;
-using namespace quilmora;
+using namespace quilmora::localservice;
 
 namespace
 {

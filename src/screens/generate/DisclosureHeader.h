@@ -1,32 +1,30 @@
 #pragma once
 
-#include "screens/common/PaintedButton.h"
+#include "ui/widgets/PaintedButton.h"
 
 namespace quilmora
 {
 
-/// A row that opens and closes what lies below it, wherever on it the user clicks.
+/// A row that expands and collapses what is below it.
 class DisclosureHeader final : public PaintedButton
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(DisclosureHeader)
 
 public:
     DisclosureHeader(QString iconName, const QString &title, bool expanded, QWidget *parent = nullptr);
-    ~DisclosureHeader() override = default;
 
     QSize sizeHint() const override;
-    bool isExpanded() const { return expanded; }
+    bool isExpanded() const { return m_expanded; }
 
 Q_SIGNALS:
     void expandedChanged(bool expanded);
 
 protected:
-    void paintEvent(QPaintEvent *event) override;
+    void paint(QPainter &painter) override;
 
 private:
-    const QString iconName;
-    bool expanded;
+    const QString m_iconName;
+    bool m_expanded;
 };
 
 } // namespace quilmora

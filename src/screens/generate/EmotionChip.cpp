@@ -1,10 +1,10 @@
 #include "screens/generate/EmotionChip.h"
 
-#include "screens/common/FocusRing.h"
-#include "screens/common/Fonts.h"
-#include "screens/common/PixelGrid.h"
-#include "screens/common/Shapes.h"
-#include "screens/common/Theme.h"
+#include "ui/style/FocusRing.h"
+#include "ui/theme/Fonts.h"
+#include "ui/theme/PixelSnapper.h"
+#include "ui/theme/Shapes.h"
+#include "ui/theme/Theme.h"
 
 #include <QFontMetrics>
 #include <QPainter>
@@ -23,25 +23,23 @@ QFont chipFont(bool selected)
 
 } // namespace
 
-EmotionChip::EmotionChip(const QString &text, QWidget *parent) : OptionButton{text, parent}, name{text}
+EmotionChip::EmotionChip(const QString &name, QWidget *parent) : OptionButton{name, parent}, m_name{name}
 {
-    // The selected chip's heavier text is wider, and the chips after it have to move.
+    // The text of the selected chip is bolder, thus wider.
     connect(this, &EmotionChip::toggled, this, &EmotionChip::updateGeometry);
 }
 
 QSize EmotionChip::sizeHint() const
 {
     const QFontMetrics metrics{chipFont(isChecked())};
-    return QSize{metrics.horizontalAdvance(name), metrics.height()} + 2 * padding;
+    return QSize{metrics.horizontalAdvance(m_name), metrics.height()} + 2 * padding;
 }
 
-void EmotionChip::paintEvent(QPaintEvent * /*event*/)
+void EmotionChip::paint(QPainter &painter)
 {
-    QPainter painter{this};
-    painter.setRenderHint(QPainter::Antialiasing);
     const bool selected = isChecked();
-    const PixelGrid grid{painter};
-    const double lineWidth = grid.lineWidth(Theme::current().borderWidth(1));
+    const PixelSnapper grid{painter};
+    const double lineWidth = grid.borderWidth();
     const QRectF whole = grid.aligned(rect());
     const QPainterPath outline = capsule(insideLine(whole, lineWidth));
     painter.fillPath(outline, themeColor(selected ? ColorRole::selectedFill : ColorRole::controlBackground));
@@ -51,7 +49,7 @@ void EmotionChip::paintEvent(QPaintEvent * /*event*/)
     }
     painter.setFont(chipFont(selected));
     painter.setPen(themeColor(selected ? ColorRole::selectedChipText : ColorRole::primaryText));
-    painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine, name);
+    painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine, m_name);
 }
 
 } // namespace quilmora

@@ -1,27 +1,25 @@
 #pragma once
 
-#include "screens/common/OptionButton.h"
+#include "ui/widgets/OptionButton.h"
 
 namespace quilmora
 {
 
-/// One facial expression to choose.
+/// The button of one facial expression.
 class EmotionChip final : public OptionButton
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(EmotionChip)
 
 public:
     explicit EmotionChip(const QString &name, QWidget *parent = nullptr);
-    ~EmotionChip() override = default;
 
     QSize sizeHint() const override;
 
 protected:
-    void paintEvent(QPaintEvent *event) override;
+    void paint(QPainter &painter) override;
 
 private:
-    const QString name;
+    const QString m_name;
 };
 
 } // namespace quilmora

@@ -1,11 +1,11 @@
 #include "screens/generate/ErrorSection.h"
 
-#include "platform/WellFormedText.h"
-#include "screens/common/ActionButton.h"
-#include "screens/common/MessageView.h"
-#include "screens/common/NotificationLabel.h"
-#include "screens/common/ReadingOrder.h"
-#include "screens/common/SymbolLabel.h"
+#include "platform/UnicodeText.h"
+#include "screens/generate/MessageView.h"
+#include "ui/accessibility/Accessibility.h"
+#include "ui/widgets/ActionButton.h"
+#include "ui/widgets/SymbolLabel.h"
+#include "ui/widgets/TextLabel.h"
 
 #include <QVBoxLayout>
 
@@ -19,12 +19,12 @@ namespace
 constexpr int verticalPadding = 30;
 constexpr int spacing = 16;
 constexpr int messagePadding = 26;
-/// Screen readers speak a notification in one go; the rest of a longer message can be read in the view.
+/// Screen readers cannot interrupt a notification; the rest can be read in the view.
 constexpr qsizetype longestSpoken = 1200;
 
 QString spokenPart(const QString &message)
 {
-    const QString part = wellFormedText::from(message.left(longestSpoken));
+    const QString part = unicodeText::sanitize(message.left(longestSpoken));
     return message.size() <= longestSpoken ? part : part + u'…';
 }
 
@@ -32,9 +32,9 @@ QString spokenPart(const QString &message)
 
 ErrorSection::ErrorSection(const QString &message, QWidget *parent) : QWidget{parent}
 {
-    auto *heading = new NotificationLabel{
-        u"生成失败"_s, spokenPart(message), {16, QFont::DemiBold, ColorRole::redText}, this};
-    // Made before the button: the Tab key goes in the order of making.
+    auto *heading =
+        makeNotification(u"生成失败"_s, spokenPart(message), {16, QFont::DemiBold, ColorRole::redText}, this);
+    // Created before the button for the tab order.
     auto *reason = new MessageView{message, 13, u"错误信息"_s, this};
     auto *back = new ActionButton{u"arrow.counterclockwise"_s,
                                   u"返回表单"_s,

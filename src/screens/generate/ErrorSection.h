@@ -5,16 +5,14 @@
 namespace quilmora
 {
 
-/// What the generate screen shows when a generation has failed.
+/// Shows a failed generation.
 class ErrorSection final : public QWidget
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(ErrorSection)
 
 public:
-    /// `message` is shown whole and as plain text, however long it is.
+    /// `message` is plain text of any length.
     explicit ErrorSection(const QString &message, QWidget *parent = nullptr);
-    ~ErrorSection() override = default;
 
 Q_SIGNALS:
     void returnRequested();

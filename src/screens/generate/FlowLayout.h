@@ -10,8 +10,7 @@
 namespace quilmora
 {
 
-/// Places children of given sizes from left to right in rows, and starts a new row when the next one no
-/// longer fits. Lengths in device-independent pixels. Knows no widgets and keeps nothing between calls.
+/// Arranges rectangles from left to right in rows. Lengths in device-independent pixels.
 struct FlowLayout {
     double spacing = 8;     ///< Gap after each child in a row.
     double lineSpacing = 8; ///< Gap between two rows.

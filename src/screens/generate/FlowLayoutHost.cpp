@@ -5,21 +5,19 @@
 namespace quilmora
 {
 
-FlowLayoutHost::FlowLayoutHost(QWidget *parent, FlowLayout layout) : QLayout{parent}, core{layout}
+FlowLayoutHost::FlowLayoutHost(QWidget *parent, FlowLayout layout) : QLayout{parent}, m_core{layout}
 {
     setContentsMargins(0, 0, 0, 0);
 }
 
-FlowLayoutHost::~FlowLayoutHost() = default;
-
 void FlowLayoutHost::addItem(QLayoutItem *item)
 {
-    items.emplace_back(item);
+    m_items.emplace_back(item);
 }
 
 QLayoutItem *FlowLayoutHost::itemAt(int index) const
 {
-    return index >= 0 && index < count() ? items[static_cast<std::size_t>(index)].get() : nullptr;
+    return index >= 0 && index < count() ? m_items[static_cast<std::size_t>(index)].get() : nullptr;
 }
 
 QLayoutItem *FlowLayoutHost::takeAt(int index)
@@ -27,21 +25,21 @@ QLayoutItem *FlowLayoutHost::takeAt(int index)
     if (index < 0 || index >= count()) {
         return nullptr;
     }
-    const auto place = items.begin() + index;
+    const auto place = m_items.begin() + index;
     QLayoutItem *item = place->release();
-    items.erase(place);
+    m_items.erase(place);
     return item;
 }
 
 int FlowLayoutHost::count() const
 {
-    return static_cast<int>(items.size());
+    return static_cast<int>(m_items.size());
 }
 
 QList<QSizeF> FlowLayoutHost::idealSizes() const
 {
     QList<QSizeF> sizes;
-    for (const auto &item : items) {
+    for (const auto &item : m_items) {
         sizes.append(item->sizeHint());
     }
     return sizes;
@@ -49,14 +47,14 @@ QList<QSizeF> FlowLayoutHost::idealSizes() const
 
 QSize FlowLayoutHost::sizeHint() const
 {
-    const QSizeF size = core.sizeThatFits(FlowLayout::unlimited, idealSizes());
+    const QSizeF size = m_core.sizeThatFits(FlowLayout::unlimited, idealSizes());
     return {static_cast<int>(std::ceil(size.width())), static_cast<int>(std::ceil(size.height()))};
 }
 
 QSize FlowLayoutHost::minimumSize() const
 {
     QSize widest;
-    for (const auto &item : items) {
+    for (const auto &item : m_items) {
         widest = widest.expandedTo(item->sizeHint());
     }
     return widest;
@@ -64,15 +62,15 @@ QSize FlowLayoutHost::minimumSize() const
 
 int FlowLayoutHost::heightForWidth(int width) const
 {
-    return static_cast<int>(std::ceil(core.sizeThatFits(width, idealSizes()).height()));
+    return static_cast<int>(std::ceil(m_core.sizeThatFits(width, idealSizes()).height()));
 }
 
 void FlowLayoutHost::setGeometry(const QRect &bounds)
 {
     QLayout::setGeometry(bounds);
-    const QList<QPointF> corners = core.placeSubviews(bounds, idealSizes());
-    for (std::size_t i = 0; i < items.size(); ++i) {
-        items[i]->setGeometry({corners[static_cast<qsizetype>(i)].toPoint(), items[i]->sizeHint()});
+    const QList<QPointF> corners = m_core.placeSubviews(bounds, idealSizes());
+    for (std::size_t i = 0; i < m_items.size(); ++i) {
+        m_items[i]->setGeometry({corners[static_cast<qsizetype>(i)].toPoint(), m_items[i]->sizeHint()});
     }
 }
 

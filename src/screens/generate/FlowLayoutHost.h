@@ -10,15 +10,13 @@
 namespace quilmora
 {
 
-/// Lets a widget's children be placed by a FlowLayout, each at its size hint.
+/// A QLayout that arranges its items by a FlowLayout, each at its size hint.
 class FlowLayoutHost final : public QLayout
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(FlowLayoutHost)
 
 public:
     explicit FlowLayoutHost(QWidget *parent, FlowLayout core = {});
-    ~FlowLayoutHost() override;
 
     void addItem(QLayoutItem *item) override;
     QLayoutItem *itemAt(int index) const override;
@@ -35,8 +33,8 @@ public:
 private:
     QList<QSizeF> idealSizes() const;
 
-    const FlowLayout core;
-    std::vector<std::unique_ptr<QLayoutItem>> items;
+    const FlowLayout m_core;
+    std::vector<std::unique_ptr<QLayoutItem>> m_items;
 };
 
 } // namespace quilmora

@@ -1,10 +1,9 @@
 #include "screens/generate/GenerateButton.h"
 
-#include "screens/common/FocusRing.h"
-#include "screens/common/Fonts.h"
-#include "screens/common/PixelGrid.h"
-#include "screens/common/Shapes.h"
-#include "screens/common/Theme.h"
+#include "ui/style/ButtonFace.h"
+#include "ui/theme/Fonts.h"
+#include "ui/theme/Measures.h"
+#include "ui/theme/Theme.h"
 
 #include <QFontMetrics>
 #include <QPainter>
@@ -17,17 +16,14 @@ namespace
 {
 
 constexpr int verticalPadding = 14;
-constexpr double cornerRadius = 10;
 constexpr double disabledOpacity = 0.5;
 
 } // namespace
 
-GenerateButton::GenerateButton(QWidget *parent) : PaintedButton{parent}
+GenerateButton::GenerateButton(QWidget *parent) : PaintedButton{u"开始生成封面"_s, parent}
 {
-    setText(u"开始生成封面"_s);
-    setAccessibleName(text());
+    setText(accessibleName());
     setFont(systemFont(15, QFont::Bold));
-    setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
@@ -37,16 +33,12 @@ QSize GenerateButton::sizeHint() const
     return {metrics.horizontalAdvance(text()) + 2 * verticalPadding, metrics.height() + 2 * verticalPadding};
 }
 
-void GenerateButton::paintEvent(QPaintEvent * /*event*/)
+void GenerateButton::paint(QPainter &painter)
 {
-    QPainter painter{this};
-    painter.setRenderHint(QPainter::Antialiasing);
     painter.setOpacity(isEnabled() ? 1.0 : disabledOpacity);
-    const QPainterPath outline = continuousRoundedRect(PixelGrid{painter}.aligned(rect()), cornerRadius);
-    painter.fillPath(outline, Theme::accentGradient(rect()));
-    if (showsFocus()) {
-        drawFocusRing(painter, outline, ColorRole::onAccent);
-    }
+    ButtonFace{
+        .kind = ButtonFace::Kind::gradient, .cornerRadius = measures::cardRadius, .isFocused = showsFocus()}
+        .draw(painter, rect());
     painter.setFont(font());
     painter.setPen(themeColor(ColorRole::onAccent));
     painter.drawText(rect(), Qt::AlignCenter, text());

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "screens/common/PaintedButton.h"
+#include "ui/widgets/PaintedButton.h"
 
 namespace quilmora
 {
@@ -9,16 +9,14 @@ namespace quilmora
 class GenerateButton final : public PaintedButton
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(GenerateButton)
 
 public:
     explicit GenerateButton(QWidget *parent = nullptr);
-    ~GenerateButton() override = default;
 
     QSize sizeHint() const override;
 
 protected:
-    void paintEvent(QPaintEvent *event) override;
+    void paint(QPainter &painter) override;
 };
 
 } // namespace quilmora

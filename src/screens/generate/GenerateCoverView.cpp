@@ -1,12 +1,13 @@
 #include "screens/generate/GenerateCoverView.h"
 
 #include "generation/CoverGenerationFlow.h"
-#include "platform/PointInTime.h"
-#include "screens/common/CoverExport.h"
+#include "platform/Timestamp.h"
 #include "screens/generate/ErrorSection.h"
 #include "screens/generate/GenerateForm.h"
 #include "screens/generate/LoadingSection.h"
 #include "screens/generate/ResultSection.h"
+#include "ui/dialogs/CoverExport.h"
+#include "ui/theme/Measures.h"
 
 #include <QApplication>
 #include <QScrollBar>
@@ -16,63 +17,57 @@
 
 namespace quilmora
 {
-namespace
-{
-
-constexpr int padding = 32;
-
-} // namespace
-
-GenerateCoverView::GenerateCoverView(std::shared_ptr<CoverGenerationFlow> theFlow, FilePanels &thePanels,
+GenerateCoverView::GenerateCoverView(std::shared_ptr<CoverGenerationFlow> flow, FileDialogs &dialogs,
                                      QWidget *parent)
     : ScrollPage{parent},
-      flow{std::move(theFlow)},
-      panels{thePanels},
-      form{new GenerateForm{thePanels, content()}},
-      column{new QVBoxLayout{content()}}
+      m_flow{std::move(flow)},
+      m_dialogs{dialogs},
+      m_form{new GenerateForm{dialogs, content()}},
+      m_column{new QVBoxLayout{content()}}
 {
-    column->setContentsMargins(padding, padding, padding, padding);
-    column->setSpacing(0);
-    column->addWidget(form);
-    column->addStretch();
-    connect(form, &GenerateForm::generateRequested, this, &GenerateCoverView::start);
-    connect(flow.get(), &CoverGenerationFlow::generationStateChanged, this, &GenerateCoverView::showState);
+    m_column->setContentsMargins(measures::pagePadding, measures::pagePadding, measures::pagePadding,
+                                 measures::pagePadding);
+    m_column->setSpacing(0);
+    m_column->addWidget(m_form);
+    m_column->addStretch();
+    connect(m_form, &GenerateForm::generateRequested, this, &GenerateCoverView::start);
+    connect(m_flow.get(), &CoverGenerationFlow::generationStateChanged, this, &GenerateCoverView::showState);
 }
 
 void GenerateCoverView::start()
 {
-    flow->startGeneration(form->inputs());
+    m_flow->startGeneration(m_form->inputs());
 }
 
 void GenerateCoverView::showState()
 {
-    // A result may arrive while the user is at the tabs.
+    // A result may arrive while a tab has the focus.
     const QWidget *focused = QApplication::focusWidget();
     const bool takesFocus = focused == nullptr || isAncestorOf(focused);
-    if (section != nullptr) {
-        section->hide();
-        // Later: the change may come from one of its own buttons.
-        section->deleteLater();
+    if (m_section != nullptr) {
+        m_section->hide();
+        // Later, since one of its buttons may have caused the change.
+        m_section->deleteLater();
     }
-    section = makeSection(flow->generationState());
-    form->setVisible(section == nullptr);
-    if (section == nullptr) {
-        form->focusTitle();
+    m_section = makeSection(m_flow->generationState());
+    m_form->setVisible(m_section == nullptr);
+    if (m_section == nullptr) {
+        m_form->focusTitle();
         return;
     }
-    column->insertWidget(0, section, 1);
+    m_column->insertWidget(0, m_section, 1);
     verticalScrollBar()->setValue(0);
     showAtOnce();
     if (takesFocus) {
-        section->setFocus();
+        m_section->setFocus();
     }
 }
 
 void GenerateCoverView::showAtOnce()
 {
-    // Encoding the pictures, which comes next, keeps the main thread for a while. Layouts show what is put
-    // into them, and pass on changed sizes, only later.
-    section->show();
+    // Encoding the pictures, which comes next, blocks the main thread for a while. Layouts show new widgets
+    // and apply changed sizes only later.
+    m_section->show();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
     repaint();
 }
@@ -84,12 +79,12 @@ QWidget *GenerateCoverView::makeSection(const CoverGenerationState &state)
     }
     if (const auto *failure = std::get_if<generationState::Failure>(&state)) {
         auto *error = new ErrorSection{failure->message, content()};
-        connect(error, &ErrorSection::returnRequested, flow.get(), &CoverGenerationFlow::reset);
+        connect(error, &ErrorSection::returnRequested, m_flow.get(), &CoverGenerationFlow::reset);
         return error;
     }
     if (const auto *success = std::get_if<generationState::Success>(&state)) {
         auto *result = new ResultSection{success->image, content()};
-        connect(result, &ResultSection::returnRequested, flow.get(), &CoverGenerationFlow::reset);
+        connect(result, &ResultSection::returnRequested, m_flow.get(), &CoverGenerationFlow::reset);
         connect(result, &ResultSection::saveRequested, this, &GenerateCoverView::saveImage);
         return result;
     }
@@ -98,10 +93,10 @@ QWidget *GenerateCoverView::makeSection(const CoverGenerationState &state)
 
 void GenerateCoverView::saveImage()
 {
-    const auto *success = std::get_if<generationState::Success>(&flow->generationState());
-    const QImage &latest = flow->generatedImage();
+    const auto *success = std::get_if<generationState::Success>(&m_flow->generationState());
+    const QImage &latest = m_flow->generatedImage();
     const QImage image = latest.isNull() && success != nullptr ? success->image : latest;
-    exportCover(image, now(), panels, this);
+    exportCover(image, now(), m_dialogs, this);
 }
 
 } // namespace quilmora

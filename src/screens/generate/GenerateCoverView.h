@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/CoverGenerationState.h"
-#include "screens/common/ScrollPage.h"
+#include "ui/widgets/ScrollPage.h"
 
 #include <memory>
 
@@ -11,21 +11,19 @@ namespace quilmora
 {
 
 class CoverGenerationFlow;
-class FilePanels;
+class FileDialogs;
 class GenerateForm;
 
-/// The screen on which a cover is described, made and saved. In place of the form it shows the progress, the
-/// result or the error of a generation; the form keeps its inputs meanwhile.
+/// The screen on which a cover is described, generated and saved. The progress, the result or the error of a
+/// generation replaces the form, which keeps its inputs.
 class GenerateCoverView final : public ScrollPage
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(GenerateCoverView)
 
 public:
-    /// `panels` must outlive the screen. A generation under way goes on when the screen is destroyed.
-    GenerateCoverView(std::shared_ptr<CoverGenerationFlow> flow, FilePanels &panels,
+    /// `dialogs` must outlive the screen. A running generation continues when the screen is destroyed.
+    GenerateCoverView(std::shared_ptr<CoverGenerationFlow> flow, FileDialogs &dialogs,
                       QWidget *parent = nullptr);
-    ~GenerateCoverView() override = default;
 
 private:
     void start();
@@ -34,11 +32,11 @@ private:
     QWidget *makeSection(const CoverGenerationState &state);
     void saveImage();
 
-    const std::shared_ptr<CoverGenerationFlow> flow;
-    FilePanels &panels;
-    GenerateForm *form;
-    QWidget *section = nullptr; ///< What stands in place of the form, if anything.
-    QVBoxLayout *column;
+    const std::shared_ptr<CoverGenerationFlow> m_flow;
+    FileDialogs &m_dialogs;
+    GenerateForm *m_form;
+    QWidget *m_section = nullptr; ///< Replaces the form; null while the form is visible.
+    QVBoxLayout *m_column;
 };
 
 } // namespace quilmora

@@ -1,8 +1,7 @@
 #include "screens/generate/LoadingSection.h"
 
-#include "screens/common/NotificationLabel.h"
-#include "screens/common/ProgressSpinner.h"
-#include "screens/common/TextLabel.h"
+#include "screens/generate/ProgressSpinner.h"
+#include "ui/widgets/TextLabel.h"
 
 #include <QVBoxLayout>
 
@@ -29,7 +28,7 @@ LoadingSection::LoadingSection(QWidget *parent) : QWidget{parent}
     column->setSpacing(spacing);
     column->addStretch();
     column->addWidget(new ProgressSpinner{spinnerDiameter, title, this}, 0, Qt::AlignHCenter);
-    column->addWidget(new NotificationLabel{title, hint, {16, QFont::Medium}, this}, 0, Qt::AlignHCenter);
+    column->addWidget(makeNotification(title, hint, {16, QFont::Medium}, this), 0, Qt::AlignHCenter);
     column->addWidget(new TextLabel{hint, {12}, this}, 0, Qt::AlignHCenter);
     column->addStretch();
 }

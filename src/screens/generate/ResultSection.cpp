@@ -1,9 +1,10 @@
 #include "screens/generate/ResultSection.h"
 
-#include "screens/common/GradientButton.h"
-#include "screens/common/NotificationLabel.h"
-#include "screens/common/PictureView.h"
-#include "screens/common/ReadingOrder.h"
+#include "ui/accessibility/Accessibility.h"
+#include "ui/theme/Measures.h"
+#include "ui/widgets/GradientButton.h"
+#include "ui/widgets/PictureView.h"
+#include "ui/widgets/TextLabel.h"
 
 #include <QVBoxLayout>
 
@@ -18,18 +19,16 @@ namespace
 
 constexpr int verticalPadding = 30;
 constexpr int spacing = 18;
-constexpr int buttonSpacing = 14;
 constexpr double buttonShadowOpacity = 0.25;
 constexpr QSize pictureBox{600, 500};
 
 } // namespace
 
-ResultSection::ResultSection(const QImage &image, QWidget *parent) : ShadowGround{parent}
+ResultSection::ResultSection(const QImage &image, QWidget *parent) : ShadowHost{parent}
 {
-    auto *heading =
-        new NotificationLabel{u"生成成功"_s, {}, {16, QFont::DemiBold, ColorRole::greenText}, this};
+    auto *heading = makeNotification(u"生成成功"_s, {}, {16, QFont::DemiBold, ColorRole::greenText}, this);
     const Shadow shadow{themeColor(ColorRole::pictureShadow), 10, {0, 4}};
-    picture = new PictureView{image, u"生成的封面"_s, {pictureBox, 10, shadow}, this};
+    m_picture = new PictureView{image, u"生成的封面"_s, {pictureBox, measures::cardRadius, shadow}, this};
     auto *back = new GradientButton{u"arrow.counterclockwise"_s, u"返回表单"_s, buttonShadowOpacity, this};
     auto *save = new GradientButton{u"square.and.arrow.down"_s, u"保存图片"_s, buttonShadowOpacity, this};
     connect(back, &GradientButton::clicked, this, &ResultSection::returnRequested);
@@ -37,7 +36,7 @@ ResultSection::ResultSection(const QImage &image, QWidget *parent) : ShadowGroun
     setFocusProxy(save);
 
     auto *buttons = new QHBoxLayout;
-    buttons->setSpacing(buttonSpacing);
+    buttons->setSpacing(measures::buttonSpacing);
     buttons->addStretch();
     buttons->addWidget(back);
     buttons->addWidget(save);
@@ -47,7 +46,7 @@ ResultSection::ResultSection(const QImage &image, QWidget *parent) : ShadowGroun
     column->setContentsMargins(0, verticalPadding, 0, verticalPadding);
     column->setSpacing(spacing);
     column->addWidget(heading, 0, Qt::AlignHCenter);
-    column->addWidget(picture, 0, Qt::AlignHCenter);
+    column->addWidget(m_picture, 0, Qt::AlignHCenter);
     column->addLayout(buttons);
     column->addStretch();
     readInLayoutOrder(*column);
@@ -55,8 +54,8 @@ ResultSection::ResultSection(const QImage &image, QWidget *parent) : ShadowGroun
 
 void ResultSection::resizeEvent(QResizeEvent *event)
 {
-    ShadowGround::resizeEvent(event);
-    picture->setBox({std::min(pictureBox.width(), width()), pictureBox.height()});
+    ShadowHost::resizeEvent(event);
+    m_picture->setBox({std::min(pictureBox.width(), width()), pictureBox.height()});
 }
 
 } // namespace quilmora

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "screens/common/ShadowGround.h"
+#include "ui/widgets/ShadowHost.h"
 
 #include <QImage>
 
@@ -9,15 +9,13 @@ namespace quilmora
 
 class PictureView;
 
-/// What the generate screen shows when a cover has been made.
-class ResultSection final : public ShadowGround
+/// Shows a generated cover.
+class ResultSection final : public ShadowHost
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(ResultSection)
 
 public:
     explicit ResultSection(const QImage &image, QWidget *parent = nullptr);
-    ~ResultSection() override = default;
 
 Q_SIGNALS:
     void returnRequested();
@@ -27,7 +25,7 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    PictureView *picture;
+    PictureView *m_picture;
 };
 
 } // namespace quilmora

@@ -1,11 +1,12 @@
 #include "screens/generate/SizeCard.h"
 
-#include "screens/common/FocusRing.h"
-#include "screens/common/Fonts.h"
-#include "screens/common/PixelGrid.h"
-#include "screens/common/Shapes.h"
-#include "screens/common/Symbol.h"
-#include "screens/common/Theme.h"
+#include "ui/style/FocusRing.h"
+#include "ui/theme/Fonts.h"
+#include "ui/theme/Measures.h"
+#include "ui/theme/PixelSnapper.h"
+#include "ui/theme/Shapes.h"
+#include "ui/theme/Symbol.h"
+#include "ui/theme/Theme.h"
 
 #include <QFontMetrics>
 #include <QPainter>
@@ -18,7 +19,6 @@ namespace
 constexpr int verticalPadding = 14;
 constexpr int spacing = 6;
 constexpr int narrowestCard = 120;
-constexpr double cornerRadius = 10;
 
 QFont nameFont()
 {
@@ -37,38 +37,37 @@ Symbol symbolOf(const CoverSize &size)
 
 } // namespace
 
-SizeCard::SizeCard(const CoverSize &preset, QWidget *parent)
-    : OptionButton{preset.name, parent},
-      coverSize{preset}
+SizeCard::SizeCard(const CoverSize &size, QWidget *parent)
+    : OptionButton{size.name, parent},
+      m_coverSize{size}
 {
-    setAccessibleDescription(coverSize.ratio);
+    setAccessibleDescription(m_coverSize.ratio);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
 QSize SizeCard::sizeHint() const
 {
     const int texts = QFontMetrics{nameFont()}.height() + QFontMetrics{ratioFont()}.height();
-    return {narrowestCard, 2 * verticalPadding + symbolOf(coverSize).extent() + texts + 2 * spacing};
+    return {narrowestCard, 2 * verticalPadding + symbolOf(m_coverSize).extent() + texts + 2 * spacing};
 }
 
-void SizeCard::paintEvent(QPaintEvent * /*event*/)
+void SizeCard::paint(QPainter &painter)
 {
-    QPainter painter{this};
-    painter.setRenderHint(QPainter::Antialiasing);
     const bool selected = isChecked();
-    const PixelGrid grid{painter};
-    const double lineWidth = grid.lineWidth(Theme::current().borderWidth(selected ? 1.5 : 1.0));
+    const PixelSnapper grid{painter};
+    const double lineWidth = grid.borderWidth(selected ? 1.5 : 1.0);
     const QRectF whole = grid.aligned(rect());
-    const QPainterPath outline = roundedRect(insideLine(whole, lineWidth), cornerRadius - lineWidth / 2);
+    const QPainterPath outline =
+        roundedRect(insideLine(whole, lineWidth), measures::cardRadius - lineWidth / 2);
     painter.fillPath(outline, themeColor(selected ? ColorRole::selectedFill : ColorRole::controlBackground));
     painter.strokePath(
         outline, QPen{themeColor(selected ? ColorRole::selectedBorder : ColorRole::optionBorder), lineWidth});
     if (showsFocus()) {
-        drawFocusRing(painter, roundedRect(whole, cornerRadius));
+        drawFocusRing(painter, roundedRect(whole, measures::cardRadius));
     }
 
     const QColor primary = themeColor(selected ? ColorRole::selectedPrimaryText : ColorRole::primaryText);
-    const Symbol symbol = symbolOf(coverSize);
+    const Symbol symbol = symbolOf(m_coverSize);
     QRectF line{0, verticalPadding, static_cast<double>(width()), static_cast<double>(symbol.extent())};
     symbol.draw(painter, line, primary);
 
@@ -78,9 +77,9 @@ void SizeCard::paintEvent(QPaintEvent * /*event*/)
         painter.setPen(color);
         painter.drawText(line, Qt::AlignCenter | Qt::TextSingleLine, text);
     };
-    drawLine(nameFont(), primary, coverSize.name);
+    drawLine(nameFont(), primary, m_coverSize.name);
     drawLine(ratioFont(), themeColor(selected ? ColorRole::selectedSecondaryText : ColorRole::secondaryText),
-             coverSize.ratio);
+             m_coverSize.ratio);
 }
 
 } // namespace quilmora

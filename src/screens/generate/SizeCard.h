@@ -1,28 +1,26 @@
 #pragma once
 
 #include "model/CoverSize.h"
-#include "screens/common/OptionButton.h"
+#include "ui/widgets/OptionButton.h"
 
 namespace quilmora
 {
 
-/// One cover size to choose.
+/// The button of one cover size.
 class SizeCard final : public OptionButton
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(SizeCard)
 
 public:
     explicit SizeCard(const CoverSize &size, QWidget *parent = nullptr);
-    ~SizeCard() override = default;
 
     QSize sizeHint() const override;
 
 protected:
-    void paintEvent(QPaintEvent *event) override;
+    void paint(QPainter &painter) override;
 
 private:
-    const CoverSize coverSize;
+    const CoverSize m_coverSize;
 };
 
 } // namespace quilmora

@@ -10,22 +10,21 @@ namespace quilmora
 
 class ActionButton;
 class ErrorLine;
-class FilePanels;
-class UploadFace;
+class FileDialogs;
+class UploadButton;
 
-/// Lets the user pick one reference picture from a file, shows it, and takes it away again.
+/// Lets the user choose and remove one reference picture.
 class UploadCard final : public QWidget
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(UploadCard)
 
 public:
-    /// `panels` must outlive the card.
-    UploadCard(const QString &title, const QString &iconName, FilePanels &panels, QWidget *parent = nullptr);
-    ~UploadCard() override = default;
+    /// `dialogs` must outlive the card.
+    UploadCard(const QString &title, const QString &iconName, FileDialogs &dialogs,
+               QWidget *parent = nullptr);
 
     /// The picture, upright and in sRGB; null for none.
-    const QImage &image() const { return picture; }
+    const QImage &image() const { return m_picture; }
 
 private:
     void chooseFile();
@@ -33,11 +32,11 @@ private:
     void setImage(const QImage &image, const QString &fileName);
     void removeImage();
 
-    FilePanels &panels;
-    QImage picture;
-    UploadFace *face;
-    ErrorLine *errorLine;
-    ActionButton *removeButton;
+    FileDialogs &m_dialogs;
+    QImage m_picture;
+    UploadButton *m_face;
+    ErrorLine *m_errorLine;
+    ActionButton *m_removeButton;
 };
 
 } // namespace quilmora

@@ -1,7 +1,7 @@
 #include "screens/help/ContactLine.h"
 
-#include "screens/common/Fonts.h"
-#include "screens/common/Theme.h"
+#include "ui/theme/Fonts.h"
+#include "ui/theme/Theme.h"
 
 #include <QPainter>
 
@@ -16,13 +16,12 @@ constexpr int pixelSize = 13;
 
 } // namespace
 
-// The text is not the button's own, which would take an "&" in an address for a key.
+// Not by setText(), which makes a mnemonic of "&".
 ContactLine::ContactLine(const QString &text, QWidget *parent)
-    : PaintedButton{parent},
-      line{text, systemFont(pixelSize)}
+    : PaintedButton{text, parent},
+      m_line{text, systemFont(pixelSize)}
 {
-    setFont(line.font());
-    setAccessibleName(text);
+    setFont(m_line.font());
     setCursor(Qt::PointingHandCursor);
     setFocusPolicy(Qt::TabFocus);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
@@ -30,19 +29,18 @@ ContactLine::ContactLine(const QString &text, QWidget *parent)
 
 QSize ContactLine::sizeHint() const
 {
-    const QSizeF size = line.size(QWIDGETSIZE_MAX);
+    const QSizeF size = m_line.size(QWIDGETSIZE_MAX);
     return {static_cast<int>(std::ceil(size.width())), static_cast<int>(size.height())};
 }
 
 int ContactLine::heightForWidth(int width) const
 {
-    return static_cast<int>(line.size(width).height());
+    return static_cast<int>(m_line.size(width).height());
 }
 
-void ContactLine::paintEvent(QPaintEvent * /*event*/)
+void ContactLine::paint(QPainter &painter)
 {
-    QPainter painter{this};
-    line.draw(painter, rect(), themeColor(ColorRole::primaryText));
+    m_line.draw(painter, rect(), themeColor(ColorRole::primaryText));
 }
 
 void ContactLine::focusInEvent(QFocusEvent *event)

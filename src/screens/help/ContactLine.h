@@ -1,21 +1,18 @@
 #pragma once
 
-#include "screens/common/PaintedButton.h"
-#include "screens/help/CentredText.h"
+#include "screens/help/CenteredText.h"
+#include "ui/widgets/PaintedButton.h"
 
 namespace quilmora
 {
 
-/// A line of text that acts wherever in its rectangle it is clicked. It is as large as its text: the mark of
-/// the keyboard focus lies around it, and is drawn by the page.
+/// A text that can be clicked. The page draws the focus ring around it.
 class ContactLine final : public PaintedButton
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(ContactLine)
 
 public:
     explicit ContactLine(const QString &text, QWidget *parent = nullptr);
-    ~ContactLine() override = default;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return {0, 0}; }
@@ -27,12 +24,12 @@ Q_SIGNALS:
     void focusChanged();
 
 protected:
-    void paintEvent(QPaintEvent *event) override;
+    void paint(QPainter &painter) override;
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
 
 private:
-    const CentredText line;
+    const CenteredText m_line;
 };
 
 } // namespace quilmora

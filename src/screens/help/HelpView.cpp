@@ -1,11 +1,12 @@
 #include "screens/help/HelpView.h"
 
-#include "screens/common/FocusRing.h"
-#include "screens/common/LogoView.h"
-#include "screens/common/PixelGrid.h"
-#include "screens/common/Shapes.h"
-#include "screens/common/TextLabel.h"
+#include "screens/help/BuildConfiguration.h"
 #include "screens/help/ContactLine.h"
+#include "ui/style/FocusRing.h"
+#include "ui/theme/PixelSnapper.h"
+#include "ui/theme/Shapes.h"
+#include "ui/widgets/LogoView.h"
+#include "ui/widgets/TextLabel.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -28,7 +29,14 @@ constexpr double ringRadius = 7;
 
 } // namespace
 
-HelpView::HelpView(const HelpContents &contents, QWidget *parent) : QWidget{parent}
+AboutInformation AboutInformation::current()
+{
+    return {.version = buildConfiguration::version.toString(),
+            .email = buildConfiguration::supportEmail.toString(),
+            .website = buildConfiguration::website.toString()};
+}
+
+HelpView::HelpView(const AboutInformation &contents, QWidget *parent) : QWidget{parent}
 {
     auto *column = new QVBoxLayout{this};
     column->setContentsMargins(sideMargin, 0, sideMargin, 0);
@@ -43,7 +51,7 @@ HelpView::HelpView(const HelpContents &contents, QWidget *parent) : QWidget{pare
     addContactLine(*column, u"服务帮助："_s + contents.website + u"（仅技术支持与使用说明）"_s,
                    contents.website);
     column->addStretch();
-    toast = new Toast{this, contents.toastStay};
+    m_toast = new Toast{this, contents.toastStay};
 }
 
 void HelpView::addContactLine(QVBoxLayout &column, const QString &text, const QString &value)
@@ -57,13 +65,13 @@ void HelpView::addContactLine(QVBoxLayout &column, const QString &text, const QS
 void HelpView::copyToClipboard(const QString &text)
 {
     QGuiApplication::clipboard()->setText(text);
-    toast->showMessage(u"已复制："_s + text);
+    m_toast->showMessage(u"已复制："_s + text);
 }
 
 void HelpView::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    toast->place();
+    m_toast->place();
 }
 
 void HelpView::paintEvent(QPaintEvent * /*event*/)
@@ -72,9 +80,9 @@ void HelpView::paintEvent(QPaintEvent * /*event*/)
     painter.setRenderHint(QPainter::Antialiasing);
     for (const auto *line : findChildren<ContactLine *>()) {
         if (line->showsFocus()) {
-            drawFocusRing(
-                painter,
-                roundedRect(PixelGrid{painter}.aligned(QRectF{line->geometry()} + ringMargins), ringRadius));
+            drawFocusRing(painter,
+                          roundedRect(PixelSnapper{painter}.aligned(QRectF{line->geometry()} + ringMargins),
+                                      ringRadius));
         }
     }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "screens/help/HelpContents.h"
+#include "screens/help/Toast.h"
+#include "ui/theme/LogoImage.h"
 
 #include <QWidget>
 
@@ -9,26 +10,37 @@ class QVBoxLayout;
 namespace quilmora
 {
 
-/// The screen that says which program this is and how to reach its support. A click on an address copies it.
+/// The content of the help screen.
+struct AboutInformation {
+    QString version; ///< "1.0.0"
+    QString email;
+    QString website;
+    LogoFiles logo{};
+    std::chrono::milliseconds toastStay = Toast::usualStay;
+
+    /// As configured for the build.
+    static AboutInformation current();
+};
+
+/// The screen with the version and the addresses of the support. A click on an address copies it.
 class HelpView final : public QWidget
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(HelpView)
 
 public:
-    explicit HelpView(const HelpContents &contents = HelpContents::ofThisBuild(), QWidget *parent = nullptr);
-    ~HelpView() override = default;
+    explicit HelpView(const AboutInformation &contents = AboutInformation::current(),
+                      QWidget *parent = nullptr);
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    /// Adds a line that copies `value`.
+    /// A click on it copies `value`.
     void addContactLine(QVBoxLayout &column, const QString &text, const QString &value);
     void copyToClipboard(const QString &text);
 
-    Toast *toast;
+    Toast *m_toast;
 };
 
 } // namespace quilmora

@@ -1,10 +1,10 @@
 #include "screens/help/Toast.h"
 
-#include "screens/common/AccessiblePart.h"
-#include "screens/common/Fonts.h"
-#include "screens/common/PixelGrid.h"
-#include "screens/common/Shapes.h"
-#include "screens/common/Theme.h"
+#include "ui/accessibility/Accessibility.h"
+#include "ui/theme/Fonts.h"
+#include "ui/theme/PixelSnapper.h"
+#include "ui/theme/Shapes.h"
+#include "ui/theme/Theme.h"
 
 #include <QPainter>
 #include <QTimerEvent>
@@ -22,76 +22,75 @@ constexpr int pixelSize = 13;
 constexpr QSize padding{18, 10};
 constexpr int bottomPadding = 60;
 constexpr int sideMargin = 40;
-/// Beyond it the ends of many lines would lie outside the capsule.
-constexpr double greatestRadius = 40;
+/// With a larger radius the ends of many lines would lie outside.
+constexpr double maximumRadius = 40;
 
 } // namespace
 
-Toast::Toast(QWidget *parent, std::chrono::milliseconds theStay)
+Toast::Toast(QWidget *parent, std::chrono::milliseconds stay)
     : QWidget{parent},
-      stay{theStay},
-      fade{new QVariantAnimation{this}}
+      m_stay{stay},
+      m_fade{new QVariantAnimation{this}}
 {
-    setAccessiblePart(this, {QAccessible::Notification});
+    setAccessibleRole(this, {QAccessible::Notification});
     setFont(systemFont(pixelSize, QFont::Medium));
     setAttribute(Qt::WA_TransparentForMouseEvents);
     hide();
-    fade->setEasingCurve(QEasingCurve::InOutSine);
-    connect(fade, &QVariantAnimation::valueChanged, this, qOverload<>(&Toast::update));
-    connect(fade, &QVariantAnimation::finished, this, [this] { setVisible(up); });
+    m_fade->setEasingCurve(QEasingCurve::InOutSine);
+    connect(m_fade, &QVariantAnimation::valueChanged, this, qOverload<>(&Toast::update));
+    connect(m_fade, &QVariantAnimation::finished, this, [this] { setVisible(m_up); });
 }
 
 void Toast::showMessage(const QString &message)
 {
-    line = CentredText{message, font()};
+    m_line = CenteredText{message, font()};
     setAccessibleName(message);
     place();
     update();
     if (isVisible()) {
         announceAgain(this);
     }
-    if (!up) {
-        up = true;
+    if (!m_up) {
+        m_up = true;
         raise();
         show();
         fadeTo(1.0, fadeInTime);
     }
-    startTimer(stay, Qt::PreciseTimer);
+    startTimer(m_stay, Qt::PreciseTimer);
 }
 
 void Toast::timerEvent(QTimerEvent *event)
 {
     killTimer(event->timerId());
-    if (up) {
-        up = false;
+    if (m_up) {
+        m_up = false;
         fadeTo(0.0, fadeOutTime);
     }
 }
 
 void Toast::place()
 {
-    const QSize ground = parentWidget()->size();
-    const int room = std::max(1, ground.width() - 2 * (sideMargin + padding.width()));
-    const QSizeF text = line.size(room);
+    const QSize page = parentWidget()->size();
+    const int room = std::max(1, page.width() - 2 * (sideMargin + padding.width()));
+    const QSizeF text = m_line.size(room);
     const QSize size =
         QSize{static_cast<int>(std::ceil(text.width())), static_cast<int>(text.height())} + 2 * padding;
-    setGeometry(
-        {{(ground.width() - size.width()) / 2, ground.height() - bottomPadding - size.height()}, size});
+    setGeometry({{(page.width() - size.width()) / 2, page.height() - bottomPadding - size.height()}, size});
 }
 
 void Toast::fadeTo(double target, std::chrono::milliseconds time)
 {
     const double start = opacity();
-    fade->stop();
-    fade->setDuration(static_cast<int>(time.count()));
-    fade->setStartValue(start);
-    fade->setEndValue(target);
-    fade->start();
+    m_fade->stop();
+    m_fade->setDuration(static_cast<int>(time.count()));
+    m_fade->setStartValue(start);
+    m_fade->setEndValue(target);
+    m_fade->start();
 }
 
 double Toast::opacity() const
 {
-    return fade->currentValue().toDouble();
+    return m_fade->currentValue().toDouble();
 }
 
 void Toast::paintEvent(QPaintEvent * /*event*/)
@@ -100,11 +99,12 @@ void Toast::paintEvent(QPaintEvent * /*event*/)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setOpacity(opacity());
     painter.fillPath(
-        roundedRect(PixelGrid{painter}.aligned(rect()), std::min(height() / 2.0, greatestRadius)),
+        roundedRect(PixelSnapper{painter}.aligned(rect()), std::min(height() / 2.0, maximumRadius)),
         themeColor(ColorRole::toastBackground));
-    line.draw(painter,
-              QRectF{rect()}.adjusted(padding.width(), padding.height(), -padding.width(), -padding.height()),
-              themeColor(ColorRole::toastText));
+    m_line.draw(
+        painter,
+        QRectF{rect()}.adjusted(padding.width(), padding.height(), -padding.width(), -padding.height()),
+        themeColor(ColorRole::toastText));
 }
 
 } // namespace quilmora

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "screens/help/CentredText.h"
+#include "screens/help/CenteredText.h"
 
 #include <QWidget>
 
@@ -11,33 +11,30 @@ class QVariantAnimation;
 namespace quilmora
 {
 
-/// A short message that fades in over the bottom of its parent and goes by itself. The pointer passes through
-/// it; screen readers are told of it.
+/// A short message that fades in above the bottom of its parent, and out by itself. It takes no mouse events;
+/// screen readers announce it.
 class Toast final : public QWidget
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(Toast)
 
 public:
     static constexpr std::chrono::milliseconds usualStay{1500};
     static constexpr std::chrono::milliseconds fadeInTime{200};
     static constexpr std::chrono::milliseconds fadeOutTime{300};
 
-    /// Every message begins to fade out `stay` after it came.
+    /// Messages start to fade out after `stay`.
     explicit Toast(QWidget *parent, std::chrono::milliseconds stay = usualStay);
-    ~Toast() override = default;
 
-    /// Shows the message, at once in place of one that is up. The end of the earlier message's stay then
-    /// takes this one away too.
+    /// A visible message is replaced at once, and its timer then also ends the new one.
     void showMessage(const QString &message);
 
-    /// The last message, also when it has gone.
-    const QString &message() const { return line.text(); }
+    /// The last message, visible or not.
+    const QString &message() const { return m_line.text(); }
 
-    /// Whether the message is up: not from the moment on at which it begins to fade out.
-    bool isUp() const { return up; }
+    /// Until the message starts to fade out.
+    bool isUp() const { return m_up; }
 
-    /// Moves to its place above the bottom of the parent; to be called when the parent's size has changed.
+    /// To be called when the size of the parent has changed.
     void place();
 
 protected:
@@ -48,10 +45,10 @@ private:
     void fadeTo(double opacity, std::chrono::milliseconds time);
     double opacity() const;
 
-    const std::chrono::milliseconds stay;
-    CentredText line;
-    QVariantAnimation *fade;
-    bool up = false;
+    const std::chrono::milliseconds m_stay;
+    CenteredText m_line;
+    QVariantAnimation *m_fade;
+    bool m_up = false;
 };
 
 } // namespace quilmora

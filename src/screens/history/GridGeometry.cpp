@@ -19,15 +19,15 @@ double columnWidthIn(int width)
 
 } // namespace
 
-GridGeometry::GridGeometry(int width, std::vector<int> heights)
-    : columnWidth{columnWidthIn(width)},
-      textHeights{std::move(heights)}
+GridGeometry::GridGeometry(int width, std::vector<int> textHeights)
+    : m_columnWidth{columnWidthIn(width)},
+      m_textHeights{std::move(textHeights)}
 {
-    rowTops.reserve(textHeights.size() / columns + 2);
-    rowTops.push_back(0);
-    for (auto first = textHeights.begin(); first != textHeights.end();) {
-        const auto end = first + std::min<std::ptrdiff_t>(columns, textHeights.end() - first);
-        rowTops.push_back(rowTops.back() + tileWidth() + *std::max_element(first, end) + spacing);
+    m_rowTops.reserve(m_textHeights.size() / columns + 2);
+    m_rowTops.push_back(0);
+    for (auto first = m_textHeights.begin(); first != m_textHeights.end();) {
+        const auto end = first + std::min<std::ptrdiff_t>(columns, m_textHeights.end() - first);
+        m_rowTops.push_back(m_rowTops.back() + tileWidth() + *std::max_element(first, end) + spacing);
         first = end;
     }
 }
@@ -39,31 +39,32 @@ int GridGeometry::tileWidth(int width)
 
 int GridGeometry::tileWidth() const
 {
-    return static_cast<int>(std::floor(columnWidth));
+    return static_cast<int>(std::floor(m_columnWidth));
 }
 
 int GridGeometry::contentHeight() const
 {
-    return rowCount() == 0 ? 0 : rowTops.back() - spacing + bottomPadding;
+    return rowCount() == 0 ? 0 : m_rowTops.back() - spacing + bottomPadding;
 }
 
 QRect GridGeometry::tile(int position) const
 {
     const int left =
-        sidePadding + static_cast<int>(std::lround((position % columns) * (columnWidth + spacing)));
+        sidePadding + static_cast<int>(std::lround((position % columns) * (m_columnWidth + spacing)));
     const auto index = static_cast<std::size_t>(position);
-    return {left, rowTops[index / columns], tileWidth(), tileWidth() + textHeights[index]};
+    return {left, m_rowTops[index / columns], tileWidth(), tileWidth() + m_textHeights[index]};
 }
 
 int GridGeometry::rowHeight(int row) const
 {
     const auto index = static_cast<std::size_t>(row);
-    return rowTops[index + 1] - rowTops[index];
+    return m_rowTops[index + 1] - m_rowTops[index];
 }
 
 int GridGeometry::rowAt(int y) const
 {
-    return static_cast<int>(std::upper_bound(rowTops.begin() + 1, rowTops.end(), y) - rowTops.begin()) - 1;
+    return static_cast<int>(std::upper_bound(m_rowTops.begin() + 1, m_rowTops.end(), y) - m_rowTops.begin()) -
+           1;
 }
 
 int GridGeometry::positionAt(QPoint place) const
@@ -93,7 +94,7 @@ double GridGeometry::rowsAbove(int y) const
 int GridGeometry::heightOf(double rows) const
 {
     const int whole = std::clamp(static_cast<int>(rows), 0, rowCount());
-    const int top = rowTops[static_cast<std::size_t>(whole)];
+    const int top = m_rowTops[static_cast<std::size_t>(whole)];
     return whole == rowCount() ? top : top + qRound((rows - whole) * rowHeight(whole));
 }
 

@@ -1,8 +1,8 @@
 #include "screens/history/HistoryGrid.h"
 
-#include "screens/common/KeyboardFocus.h"
 #include "screens/history/HistoryGridAccessible.h"
 #include "screens/history/HistoryThumbnail.h"
+#include "ui/style/FocusRing.h"
 
 #include <QKeyEvent>
 #include <QPainter>
@@ -20,32 +20,32 @@ namespace quilmora
 namespace
 {
 
-/// Reading waits for so long after the last scrolling, which it would hold up.
-constexpr auto restAfterScrolling = 60ms;
-/// Events wait no longer than this for a picture that is being read.
+/// Delays reading after scrolling, which it would disturb.
+constexpr auto delayAfterScrolling = 60ms;
+/// Maximum time without event processing.
 constexpr auto slice = 4ms;
 constexpr int scrollStep = 40;
 
 } // namespace
 
-HistoryGrid::HistoryGrid(HistoryModel &model, ThumbnailCache &cache, QWidget *parent)
+HistoryGrid::HistoryGrid(HistoryModel &model, ThumbnailCache &thumbnails, QWidget *parent)
     : QAbstractItemView{parent},
-      records{model},
-      pictures{cache},
-      reader{cache}
+      m_records{model},
+      m_thumbnails{thumbnails},
+      m_reader{thumbnails}
 {
-    HistoryGridAccessible::install();
-    setModel(&records);
-    setItemDelegate(new HistoryThumbnail{records, pictures, this});
+    historyGridAccessible::install();
+    setModel(&m_records);
+    setItemDelegate(new HistoryThumbnail{m_records, m_thumbnails, this});
     setFrameShape(QFrame::NoFrame);
     setSelectionMode(NoSelection);
     setEditTriggers(NoEditTriggers);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollMode(ScrollPerPixel);
-    // The window's background shows through.
+    // Shows the background of the window.
     viewport()->setAutoFillBackground(false);
-    fillTimer.setSingleShot(true);
-    connect(&fillTimer, &QTimer::timeout, this, &HistoryGrid::fillNext);
+    m_fillTimer.setSingleShot(true);
+    connect(&m_fillTimer, &QTimer::timeout, this, &HistoryGrid::fillNext);
     connect(this, &HistoryGrid::clicked, this,
             [this](const QModelIndex &index) { Q_EMIT opened(index.row()); });
 }
@@ -57,13 +57,13 @@ int HistoryGrid::verticalOffset() const
 
 QRect HistoryGrid::visualRect(const QModelIndex &index) const
 {
-    return index.isValid() ? tiles.tile(index.row()).translated(0, -verticalOffset()) : QRect{};
+    return index.isValid() ? m_tiles.tile(index.row()).translated(0, -verticalOffset()) : QRect{};
 }
 
 QModelIndex HistoryGrid::indexAt(const QPoint &point) const
 {
-    const int position = tiles.positionAt(point + QPoint{0, verticalOffset()});
-    return position < 0 ? QModelIndex{} : records.index(position);
+    const int position = m_tiles.positionAt(point + QPoint{0, verticalOffset()});
+    return position < 0 ? QModelIndex{} : m_records.index(position);
 }
 
 void HistoryGrid::scrollTo(const QModelIndex &index, ScrollHint hint)
@@ -91,15 +91,15 @@ void HistoryGrid::reset()
 
 QModelIndex HistoryGrid::moveCursor(CursorAction action, Qt::KeyboardModifiers /*modifiers*/)
 {
-    const int last = records.rowCount() - 1;
+    const int last = m_records.rowCount() - 1;
     if (last < 0) {
         return {};
     }
     if (!currentIndex().isValid()) {
-        return records.index(positionsInSight().first);
+        return m_records.index(visiblePositions().first);
     }
     const int current = currentIndex().row();
-    const int page = std::max(1, viewport()->height() / tiles.rowHeight(current / GridGeometry::columns)) *
+    const int page = std::max(1, viewport()->height() / m_tiles.rowHeight(current / GridGeometry::columns)) *
                      GridGeometry::columns;
     const auto upBy = [&](int step) {
         return current < step ? current % GridGeometry::columns : current - step;
@@ -107,22 +107,22 @@ QModelIndex HistoryGrid::moveCursor(CursorAction action, Qt::KeyboardModifiers /
     switch (action) {
     case MoveLeft:
     case MovePrevious:
-        return records.index(std::max(0, current - 1));
+        return m_records.index(std::max(0, current - 1));
     case MoveRight:
     case MoveNext:
-        return records.index(std::min(last, current + 1));
+        return m_records.index(std::min(last, current + 1));
     case MoveUp:
-        return records.index(upBy(GridGeometry::columns));
+        return m_records.index(upBy(GridGeometry::columns));
     case MoveDown:
-        return records.index(std::min(last, current + GridGeometry::columns));
+        return m_records.index(std::min(last, current + GridGeometry::columns));
     case MovePageUp:
-        return records.index(upBy(page));
+        return m_records.index(upBy(page));
     case MovePageDown:
-        return records.index(std::min(last, current + page));
+        return m_records.index(std::min(last, current + page));
     case MoveHome:
-        return records.index(0);
+        return m_records.index(0);
     case MoveEnd:
-        return records.index(last);
+        return m_records.index(last);
     }
     return currentIndex();
 }
@@ -139,9 +139,10 @@ void HistoryGrid::updateGeometries()
 {
     QAbstractItemView::updateGeometries();
     const int width = viewport()->width();
-    tiles = GridGeometry{width, HistoryThumbnail::textHeights(records.all(), GridGeometry::tileWidth(width))};
+    m_tiles =
+        GridGeometry{width, HistoryThumbnail::textHeights(m_records.all(), GridGeometry::tileWidth(width))};
     const int height = viewport()->height();
-    verticalScrollBar()->setRange(0, std::max(0, tiles.contentHeight() - height));
+    verticalScrollBar()->setRange(0, std::max(0, m_tiles.contentHeight() - height));
     verticalScrollBar()->setPageStep(height);
     verticalScrollBar()->setSingleStep(scrollStep);
 }
@@ -149,8 +150,8 @@ void HistoryGrid::updateGeometries()
 void HistoryGrid::scrollContentsBy(int /*dx*/, int /*dy*/)
 {
     viewport()->update();
-    if (fillTimer.isActive()) {
-        fillTimer.start(restAfterScrolling);
+    if (m_fillTimer.isActive()) {
+        m_fillTimer.start(delayAfterScrolling);
     }
 }
 
@@ -163,15 +164,15 @@ void HistoryGrid::currentChanged(const QModelIndex &current, const QModelIndex &
 
 void HistoryGrid::resizeEvent(QResizeEvent *event)
 {
-    // Keeps the tiles in sight that are.
-    const double rows = tiles.rowsAbove(verticalOffset());
+    // The same tiles stay visible.
+    const double rows = m_tiles.rowsAbove(verticalOffset());
     QAbstractItemView::resizeEvent(event);
-    verticalScrollBar()->setValue(tiles.heightOf(rows));
+    verticalScrollBar()->setValue(m_tiles.heightOf(rows));
 }
 
 void HistoryGrid::keyPressEvent(QKeyEvent *event)
 {
-    focusByKeyboard = true;
+    m_focusByKeyboard = true;
     viewport()->update();
     const int key = event->key();
     if (currentIndex().isValid() && (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space)) {
@@ -183,7 +184,7 @@ void HistoryGrid::keyPressEvent(QKeyEvent *event)
 
 void HistoryGrid::focusInEvent(QFocusEvent *event)
 {
-    focusByKeyboard = isKeyboardFocus(event->reason(), focusByKeyboard);
+    m_focusByKeyboard = showsFocusRing(event->reason(), m_focusByKeyboard);
     QAbstractItemView::focusInEvent(event);
     // Queued: Qt reports the focus of the grid itself after this event.
     QMetaObject::invokeMethod(this, &HistoryGrid::notifyFocus, Qt::QueuedConnection);
@@ -192,7 +193,7 @@ void HistoryGrid::focusInEvent(QFocusEvent *event)
 void HistoryGrid::notifyFocus()
 {
     if (hasFocus() && currentIndex().isValid()) {
-        HistoryGridAccessible::notifyFocus(*this, currentIndex().row());
+        historyGridAccessible::notifyFocus(*this, currentIndex().row());
     }
 }
 
@@ -200,50 +201,49 @@ void HistoryGrid::paintEvent(QPaintEvent *event)
 {
     const int offset = verticalOffset();
     const QRect exposed = event->rect();
-    const auto [first, end] = tiles.positionsIn(exposed.top() + offset, exposed.bottom() + 1 + offset);
+    const auto [first, end] = m_tiles.positionsIn(exposed.top() + offset, exposed.bottom() + 1 + offset);
     QPainter painter{viewport()};
     QStyleOptionViewItem option;
     initViewItemOption(&option);
     for (int position = first; position < end; ++position) {
-        option.rect = tiles.tile(position).translated(0, -offset);
-        const bool focused = hasFocus() && focusByKeyboard && currentIndex().row() == position;
+        option.rect = m_tiles.tile(position).translated(0, -offset);
+        const bool focused = hasFocus() && m_focusByKeyboard && currentIndex().row() == position;
         option.state.setFlag(QStyle::State_HasFocus, focused);
-        itemDelegate()->paint(&painter, option, records.index(position));
+        itemDelegate()->paint(&painter, option, m_records.index(position));
     }
-    // Files may have changed, so every drawing looks for pictures to load.
-    filled = false;
-    if (!fillTimer.isActive()) {
-        fillTimer.start(0ms);
+    // Files may have changed since the last painting.
+    m_filled = false;
+    if (!m_fillTimer.isActive()) {
+        m_fillTimer.start(0ms);
     }
 }
 
-std::pair<int, int> HistoryGrid::positionsInSight() const
+std::pair<int, int> HistoryGrid::visiblePositions() const
 {
-    return tiles.positionsIn(verticalOffset(), verticalOffset() + viewport()->height());
+    return m_tiles.positionsIn(verticalOffset(), verticalOffset() + viewport()->height());
 }
 
 ThumbnailCache::Square HistoryGrid::square() const
 {
-    return {tiles.tileWidth(), HistoryThumbnail::cornerRadius, devicePixelRatioF()};
+    return {m_tiles.tileWidth(), HistoryThumbnail::cornerRadius, devicePixelRatioF()};
 }
 
-/// The picture that was begun before any other, otherwise the one nearest to the middle; -1 when all are
-/// there.
+/// The picture that is partly read, else the one nearest to the center; -1 when all are ready.
 int HistoryGrid::nextToRead(int first, int end)
 {
     const QPoint middle{viewport()->width() / 2, verticalOffset() + viewport()->height() / 2};
     int nearest = -1;
     int distance = 0;
     for (int position = first; position < end; ++position) {
-        const QString &path = records.record(position).imagePath;
-        const auto state = pictures.find(path, square()).state;
+        const QString &path = m_records.record(position).imagePath;
+        const auto state = m_thumbnails.find(path, square()).state;
         if (state != ThumbnailCache::State::unknown && state != ThumbnailCache::State::outdated) {
             continue;
         }
-        if (path == reader.begunPath()) {
+        if (path == m_reader.currentPath()) {
             return position;
         }
-        const int away = (tiles.tile(position).center() - middle).manhattanLength();
+        const int away = (m_tiles.tile(position).center() - middle).manhattanLength();
         if (nearest < 0 || away < distance) {
             nearest = position;
             distance = away;
@@ -254,26 +254,26 @@ int HistoryGrid::nextToRead(int first, int end)
 
 void HistoryGrid::fillNext()
 {
-    const auto [first, end] = positionsInSight();
+    const auto [first, end] = visiblePositions();
     const int next = nextToRead(first, end);
     if (next < 0) {
-        reader.drop();
-        filled = true;
+        m_reader.drop();
+        m_filled = true;
         return;
     }
-    const QString path = records.record(next).imagePath;
-    if (reader.advance(path, square(), QDeadlineTimer{slice, Qt::PreciseTimer})) {
-        QSet<QString> inSight;
+    const QString path = m_records.record(next).imagePath;
+    if (m_reader.advance(path, square(), QDeadlineTimer{slice, Qt::PreciseTimer})) {
+        QSet<QString> visible;
         for (int position = first; position < end; ++position) {
-            const QString &shown = records.record(position).imagePath;
-            inSight.insert(shown);
+            const QString &shown = m_records.record(position).imagePath;
+            visible.insert(shown);
             if (shown == path) {
-                viewport()->update(visualRect(records.index(position)));
+                viewport()->update(visualRect(m_records.index(position)));
             }
         }
-        pictures.trim(inSight);
+        m_thumbnails.trim(visible);
     }
-    fillTimer.start(0ms);
+    m_fillTimer.start(0ms);
 }
 
 } // namespace quilmora

@@ -11,28 +11,26 @@
 namespace quilmora
 {
 
-/// The covers of the history as a scrolling grid of tiles. Only the tiles in sight are drawn, and their
-/// pictures are read one at a time, in slices between events.
+/// The covers of the history as a scrolling grid of tiles. Only visible tiles are painted, and their pictures
+/// are read one at a time between events.
 class HistoryGrid final : public QAbstractItemView
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(HistoryGrid)
 
 public:
     /// Both must outlive the grid.
-    HistoryGrid(HistoryModel &model, ThumbnailCache &pictures, QWidget *parent = nullptr);
-    ~HistoryGrid() override = default;
+    HistoryGrid(HistoryModel &model, ThumbnailCache &thumbnails, QWidget *parent = nullptr);
 
     QRect visualRect(const QModelIndex &index) const override;
     void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
     QModelIndex indexAt(const QPoint &point) const override;
     void reset() override;
 
-    /// Whether what was drawn last showed every picture in sight, decoded for its present size.
-    bool isFilled() const { return filled; }
+    /// Whether the last painting showed every visible picture in its size.
+    bool isFilled() const { return m_filled; }
 
 Q_SIGNALS:
-    /// A tile was clicked, or Return or Space was pressed on it, or a screen reader pressed it.
+    /// By a click, by Return or Space, or by a screen reader.
     void opened(int position);
 
 protected:
@@ -51,20 +49,20 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    std::pair<int, int> positionsInSight() const;
+    std::pair<int, int> visiblePositions() const;
     ThumbnailCache::Square square() const;
     int nextToRead(int first, int end);
     void fillNext();
-    /// Reports the tile that has the focus, if any, to screen readers.
+    /// Reports the focused tile, if any, to screen readers.
     void notifyFocus();
 
-    HistoryModel &records;
-    ThumbnailCache &pictures;
-    ThumbnailReader reader;
-    GridGeometry tiles;
-    QTimer fillTimer;
-    bool filled = false;
-    bool focusByKeyboard = false;
+    HistoryModel &m_records;
+    ThumbnailCache &m_thumbnails;
+    ThumbnailReader m_reader;
+    GridGeometry m_tiles;
+    QTimer m_fillTimer;
+    bool m_filled = false;
+    bool m_focusByKeyboard = false;
 };
 
 } // namespace quilmora

@@ -13,23 +13,21 @@ namespace quilmora
 {
 
 class DatabaseManager;
-class FilePanels;
+class FileDialogs;
 class HistoryGrid;
 class HistoryModel;
 class Sheet;
 class ThumbnailCache;
 
-/// The screen with all covers that were made, newest first. A click on one shows it large.
+/// The screen with all generated covers, newest first. A click on one shows it large.
 class HistoryListView final : public QWidget
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(HistoryListView)
 
 public:
-    /// All three must outlive the screen; `thumbnails` keeps its pictures for the next one.
-    HistoryListView(DatabaseManager &store, FilePanels &panels, ThumbnailCache &thumbnails,
+    /// All three must outlive the screen. The next one reuses `thumbnails`.
+    HistoryListView(DatabaseManager &database, FileDialogs &dialogs, ThumbnailCache &thumbnails,
                     QWidget *parent = nullptr);
-    ~HistoryListView() override = default;
 
 protected:
     void showEvent(QShowEvent *event) override;
@@ -41,15 +39,15 @@ private:
     void openPreview(int position);
     void closePreview();
 
-    DatabaseManager &database;
-    FilePanels &panels;
-    ThumbnailCache &thumbnails;
-    HistoryModel *const records;
-    QVBoxLayout *const column;
-    QPointer<HistoryGrid> grid;
-    QPointer<QWidget> body;
-    std::optional<HistoryRecord> selectedRecord;
-    QPointer<Sheet> sheet;
+    DatabaseManager &m_database;
+    FileDialogs &m_dialogs;
+    ThumbnailCache &m_thumbnails;
+    HistoryModel *const m_records;
+    QVBoxLayout *const m_column;
+    QPointer<HistoryGrid> m_grid;
+    QPointer<QWidget> m_body;
+    std::optional<HistoryRecord> m_selectedRecord;
+    QPointer<Sheet> m_sheet;
 };
 
 } // namespace quilmora

@@ -5,10 +5,10 @@ using namespace Qt::StringLiterals;
 namespace quilmora
 {
 
-void HistoryModel::setRecords(const QList<HistoryRecord> &newRecords)
+void HistoryModel::setRecords(const QList<HistoryRecord> &records)
 {
     beginResetModel();
-    records = newRecords;
+    m_records = records;
     endResetModel();
 }
 
@@ -19,7 +19,7 @@ QString HistoryModel::timeText(const HistoryRecord &record)
 
 int HistoryModel::rowCount(const QModelIndex &parent) const
 {
-    return parent.isValid() ? 0 : static_cast<int>(records.size());
+    return parent.isValid() ? 0 : static_cast<int>(m_records.size());
 }
 
 QVariant HistoryModel::data(const QModelIndex &index, int role) const

@@ -1,14 +1,14 @@
 #include "screens/history/HistoryThumbnail.h"
 
-#include "screens/common/ClampedText.h"
-#include "screens/common/FocusRing.h"
-#include "screens/common/Fonts.h"
-#include "screens/common/PixelGrid.h"
-#include "screens/common/Shapes.h"
-#include "screens/common/Symbol.h"
-#include "screens/common/Theme.h"
 #include "screens/history/HistoryModel.h"
 #include "screens/history/ThumbnailCache.h"
+#include "ui/style/FocusRing.h"
+#include "ui/theme/Fonts.h"
+#include "ui/theme/PixelSnapper.h"
+#include "ui/theme/Shapes.h"
+#include "ui/theme/Symbol.h"
+#include "ui/theme/Theme.h"
+#include "ui/widgets/ElidedText.h"
 
 #include <QFontMetrics>
 #include <QHash>
@@ -36,14 +36,14 @@ void paintPicture(QPainter &painter, const QRect &square, const ThumbnailCache::
     if (scaled) {
         size.scale(square.size(), Qt::KeepAspectRatio);
     }
-    // Qt copies pixel for pixel only where it is not asked for smoothness.
+    // Without it Qt copies unscaled pictures pixel by pixel.
     painter.setRenderHint(QPainter::SmoothPixmapTransform, scaled);
     const QPointF corner = QRectF{square}.center() - QPointF{size.width(), size.height()} / 2;
-    painter.drawPixmap(QRectF{PixelGrid{painter}.aligned(corner), size}, picture.pixmap,
+    painter.drawPixmap(QRectF{PixelSnapper{painter}.aligned(corner), size}, picture.pixmap,
                        picture.pixmap.rect());
 }
 
-/// Without shaping: it would take other digits, lower by a pixel, beside Latin letters than in a time.
+/// Shaping would select other digits, lower by a pixel, beside Latin letters.
 QFont footerFont()
 {
     QFont font = systemFont(footerPixelSize);
@@ -53,12 +53,12 @@ QFont footerFont()
 
 int paintPrompt(QPainter &painter, const QRect &place, const QString &prompt)
 {
-    const ClampedText text{prompt, systemFont(promptPixelSize), promptLines};
+    const ElidedText text{prompt, systemFont(promptPixelSize), promptLines};
     return text.draw(painter, place, themeColor(ColorRole::secondaryText));
 }
 
 /// Whether a prompt is certainly too long for one line, without a layout. Chinese characters are as wide as
-/// high, and hardly any other is narrower than a quarter of that.
+/// high, others hardly narrower than a quarter of that.
 bool isWiderThan(int width, const QString &prompt)
 {
     int quarters = 4 * width / promptPixelSize;
@@ -79,27 +79,27 @@ void paintFooter(QPainter &painter, const QRect &place, const HistoryRecord &rec
     const QString time = HistoryModel::timeText(record);
     const int timeWidth = metrics.horizontalAdvance(time);
     const QRect left = place.adjusted(0, 0, -timeWidth - footerSpacing, 0);
-    // Drawn alike, so that the two stand on one line.
+    // Drawn alike for the same baseline.
     const QColor color = themeColor(ColorRole::tertiaryText);
-    ClampedText{record.modelID, font, 1}.draw(painter, left, color);
-    ClampedText{time, font, 1, Qt::AlignRight}.draw(painter, place, color);
+    ElidedText{record.modelID, font, 1}.draw(painter, left, color);
+    ElidedText{time, font, 1, Qt::AlignRight}.draw(painter, place, color);
 }
 
 } // namespace
 
-HistoryThumbnail::HistoryThumbnail(const HistoryModel &shown, ThumbnailCache &cache, QObject *parent)
+HistoryThumbnail::HistoryThumbnail(const HistoryModel &model, ThumbnailCache &thumbnails, QObject *parent)
     : QAbstractItemDelegate{parent},
-      model{shown},
-      pictures{cache}
+      m_model{model},
+      m_thumbnails{thumbnails}
 {
 }
 
 std::vector<int> HistoryThumbnail::textHeights(const QList<HistoryRecord> &records, int width)
 {
     const QFont promptFont = systemFont(promptPixelSize);
-    const int others = 2 * spacing + ClampedText::heightOfLines(footerFont(), 1);
-    const int full = ClampedText::heightOfLines(promptFont, promptLines) + others;
-    // Covers that were found without a row all have the same short prompt.
+    const int others = 2 * spacing + ElidedText::heightOfLines(footerFont(), 1);
+    const int full = ElidedText::heightOfLines(promptFont, promptLines) + others;
+    // Covers without a database row all have the same short prompt.
     QHash<QString, int> heights;
     std::vector<int> result;
     result.reserve(static_cast<std::size_t>(records.size()));
@@ -110,7 +110,7 @@ std::vector<int> HistoryThumbnail::textHeights(const QList<HistoryRecord> &recor
         }
         auto height = heights.find(record.prompt);
         if (height == heights.end()) {
-            const ClampedText text{record.prompt, promptFont, promptLines};
+            const ElidedText text{record.prompt, promptFont, promptLines};
             height = heights.insert(record.prompt, text.height(width) + others);
         }
         result.push_back(*height);
@@ -121,28 +121,27 @@ std::vector<int> HistoryThumbnail::textHeights(const QList<HistoryRecord> &recor
 void HistoryThumbnail::paintSquare(QPainter &painter, const QRect &square, const QString &path,
                                    bool focused) const
 {
-    const PixelGrid grid{painter};
-    const QRectF ground = grid.aligned(square);
-    frame.prepare(ground.size(), grid.lineWidth(Theme::current().borderWidth(1)),
-                  painter.device()->devicePixelRatioF());
-    painter.drawPixmap(ground.topLeft(), frame.ground());
+    const PixelSnapper grid{painter};
+    const QRectF background = grid.aligned(square);
+    m_frame.prepare(background.size(), grid.borderWidth(), painter.device()->devicePixelRatioF());
+    painter.drawPixmap(background.topLeft(), m_frame.background());
     const auto picture =
-        pictures.find(path, {square.width(), cornerRadius, painter.device()->devicePixelRatioF()});
+        m_thumbnails.find(path, {square.width(), cornerRadius, painter.device()->devicePixelRatioF()});
     if (!picture.pixmap.isNull()) {
         paintPicture(painter, square, picture);
     } else if (picture.state == ThumbnailCache::State::absent) {
         Symbol{u"photo"_s, placeholderPixelSize}.draw(painter, square, themeColor(ColorRole::tertiaryText));
     }
-    painter.drawPixmap(ground.topLeft(), frame.outline());
+    painter.drawPixmap(background.topLeft(), m_frame.outline());
     if (focused) {
-        drawFocusRing(painter, continuousRoundedRect(ground, cornerRadius));
+        drawFocusRing(painter, continuousRoundedRect(background, cornerRadius));
     }
 }
 
 void HistoryThumbnail::paint(QPainter *painter, const QStyleOptionViewItem &option,
                              const QModelIndex &index) const
 {
-    const HistoryRecord &record = model.record(index.row());
+    const HistoryRecord &record = m_model.record(index.row());
     const QRect tile = option.rect;
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
@@ -151,7 +150,7 @@ void HistoryThumbnail::paint(QPainter *painter, const QStyleOptionViewItem &opti
 
     QRect below = tile.adjusted(0, square.height() + spacing, 0, 0);
     below.translate(0, paintPrompt(*painter, below, record.prompt) + spacing);
-    below.setHeight(ClampedText::heightOfLines(footerFont(), 1));
+    below.setHeight(ElidedText::heightOfLines(footerFont(), 1));
     paintFooter(*painter, below, record);
     painter->restore();
 }
@@ -159,7 +158,7 @@ void HistoryThumbnail::paint(QPainter *painter, const QStyleOptionViewItem &opti
 QSize HistoryThumbnail::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
     const int width = option.rect.width();
-    return {width, width + textHeights({model.record(index.row())}, width).front()};
+    return {width, width + textHeights({m_model.record(index.row())}, width).front()};
 }
 
 } // namespace quilmora

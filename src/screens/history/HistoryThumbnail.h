@@ -14,21 +14,18 @@ class HistoryModel;
 struct HistoryRecord;
 class ThumbnailCache;
 
-/// Draws the tiles of the history grid: the picture in its square, the start of the prompt, the model and the
-/// time.
+/// Paints a tile of the history grid: the picture in its square, the elided prompt, the model and the time.
 class HistoryThumbnail final : public QAbstractItemDelegate
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(HistoryThumbnail)
 
 public:
     static constexpr double cornerRadius = 8; ///< Of the square, in device-independent pixels.
 
-    /// Both must outlive the delegate. Pictures that are not in `pictures` yet are left out.
-    HistoryThumbnail(const HistoryModel &model, ThumbnailCache &pictures, QObject *parent = nullptr);
-    ~HistoryThumbnail() override = default;
+    /// Both must outlive the delegate. Only pictures in `thumbnails` are painted.
+    HistoryThumbnail(const HistoryModel &model, ThumbnailCache &thumbnails, QObject *parent = nullptr);
 
-    /// How much higher than wide each tile is at that width, in device-independent pixels.
+    /// Of the texts below the squares, at that width of the tiles.
     static std::vector<int> textHeights(const QList<HistoryRecord> &records, int width);
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option,
@@ -38,9 +35,9 @@ public:
 private:
     void paintSquare(QPainter &painter, const QRect &square, const QString &path, bool focused) const;
 
-    const HistoryModel &model;
-    ThumbnailCache &pictures;
-    mutable TileFrame frame{cornerRadius};
+    const HistoryModel &m_model;
+    ThumbnailCache &m_thumbnails;
+    mutable TileFrame m_frame{cornerRadius};
 };
 
 } // namespace quilmora

@@ -1,17 +1,21 @@
 #include "screens/history/ImagePreviewView.h"
 
-#include "screens/common/ClampedLabel.h"
-#include "screens/common/CoverExport.h"
-#include "screens/common/Fonts.h"
-#include "screens/common/GradientButton.h"
-#include "screens/common/PictureView.h"
-#include "screens/common/ReadingOrder.h"
-#include "screens/common/Sheet.h"
-#include "screens/common/SymbolButton.h"
-#include "screens/common/TextLabel.h"
+#include "screens/history/ElidedLabel.h"
+#include "ui/accessibility/Accessibility.h"
+#include "ui/dialogs/CoverExport.h"
+#include "ui/dialogs/Sheet.h"
+#include "ui/style/FocusRing.h"
+#include "ui/theme/Fonts.h"
+#include "ui/theme/Measures.h"
+#include "ui/theme/PixelSnapper.h"
+#include "ui/theme/Shapes.h"
+#include "ui/widgets/GradientButton.h"
+#include "ui/widgets/PictureView.h"
+#include "ui/widgets/TextLabel.h"
 
 #include <QFontMetrics>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -32,10 +36,8 @@ constexpr int textSpacing = 6;
 constexpr int promptPadding = 24;
 constexpr int promptLines = 3;
 constexpr int actionRowPadding = 6;
-constexpr int buttonSpacing = 14;
 constexpr double buttonShadowOpacity = 0.30;
 constexpr QSize pictureBox{800, 540};
-constexpr double pictureCornerRadius = 10;
 constexpr int metaPixelSize = 11;
 
 QString modelText(const HistoryRecord &record)
@@ -48,19 +50,18 @@ QString timeText(const HistoryRecord &record)
     return u" · "_s + localDateText(record.createdAt, u"yyyy-MM-dd HH:mm"_s);
 }
 
-/// Model and time on one line. A long model is cut off, so that the time stays in sight.
+/// The name of a long model is elided, so that the time is visible.
 QString metaLine(const HistoryRecord &record, const QFont &font, int width)
 {
     const QString time = timeText(record);
-    // The two widths and that of both together are rounded each by itself.
-    constexpr int roundings = 2;
+    constexpr int roundings = 2; // Of the widths of both texts.
     const int room = width - QFontMetrics{font}.horizontalAdvance(time) - roundings;
-    return ClampedText{modelText(record), font, 1}.lines(room).constFirst() + time;
+    return ElidedText{modelText(record), font, 1}.lines(room).constFirst() + time;
 }
 
-/// The window's background below the backdrop. As one colour: laid over each other at the soft corners, the
-/// lower one would shine through.
-QColor ground()
+/// The backdrop over the background of the window, as one color: two antialiased corners on top of each other
+/// would not look like one.
+QColor backgroundColor()
 {
     const QColor below = themeColor(ColorRole::windowBackground);
     const QColor above = themeColor(ColorRole::previewBackdrop);
@@ -71,7 +72,40 @@ QColor ground()
                             mixed(below.blueF(), above.blueF()));
 }
 
-/// A widget whose clicks do not reach what lies behind it.
+/// A symbol without any frame.
+class SymbolButton final : public PaintedButton
+{
+public:
+    SymbolButton(Symbol symbol, ColorRole color, const QString &accessibleName, QWidget *parent)
+        : PaintedButton{accessibleName, parent},
+          m_symbol{std::move(symbol)},
+          m_color{color}
+    {
+        setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    }
+
+    QSize sizeHint() const override { return {m_symbol.extent(), m_symbol.extent()}; }
+
+protected:
+    void paint(QPainter &painter) override
+    {
+        QColor color = themeColor(m_color);
+        if (isDown()) {
+            constexpr float pressedShare = 0.6F;
+            color.setAlphaF(color.alphaF() * pressedShare);
+        }
+        m_symbol.draw(painter, rect(), color);
+        if (showsFocus()) {
+            drawFocusRing(painter, capsule(PixelSnapper{painter}.aligned(rect())));
+        }
+    }
+
+private:
+    const Symbol m_symbol;
+    const ColorRole m_color;
+};
+
+/// A click on it does not close the preview.
 template <typename Widget>
 Widget *inFront(Widget *widget)
 {
@@ -81,17 +115,17 @@ Widget *inFront(Widget *widget)
 
 } // namespace
 
-ImagePreviewView::ImagePreviewView(HistoryRecord shown, std::function<void()> close, FilePanels &filePanels,
+ImagePreviewView::ImagePreviewView(HistoryRecord record, std::function<void()> onClose, FileDialogs &dialogs,
                                    QWidget *parent)
-    : ShadowGround{parent},
-      record{std::move(shown)},
-      onClose{std::move(close)},
-      panels{filePanels}
+    : ShadowHost{parent},
+      m_record{std::move(record)},
+      m_onClose{std::move(onClose)},
+      m_dialogs{dialogs}
 {
     auto *column = new QVBoxLayout{this};
     column->setContentsMargins(padding, padding, padding, padding);
     column->setSpacing(0);
-    // The picture is fitted to the view, not the view to the picture.
+    // The size of the picture depends on that of the view.
     column->setSizeConstraint(QLayout::SetNoConstraint);
     column->addStretch();
     column->addLayout(makeCloseRow());
@@ -100,7 +134,7 @@ ImagePreviewView::ImagePreviewView(HistoryRecord shown, std::function<void()> cl
     column->addSpacing(spacing);
     column->addLayout(makeActionRow());
     column->addStretch();
-    if (const QImage image = record.image(); !image.isNull()) {
+    if (const QImage image = m_record.image(); !image.isNull()) {
         insertPicture(*column, image);
     }
     readInLayoutOrder(*column);
@@ -110,7 +144,7 @@ QLayout *ImagePreviewView::makeCloseRow()
 {
     auto *close =
         new SymbolButton{Symbol{u"xmark.circle.fill"_s, 22}, ColorRole::onBackdropSecondary, u"关闭"_s, this};
-    connect(close, &SymbolButton::clicked, this, [this] { onClose(); });
+    connect(close, &SymbolButton::clicked, this, [this] { m_onClose(); });
     auto *row = new QHBoxLayout;
     row->setContentsMargins(closeRowPadding, 0, closeRowPadding, 0);
     row->addStretch();
@@ -121,41 +155,41 @@ QLayout *ImagePreviewView::makeCloseRow()
 /// Below the close row.
 void ImagePreviewView::insertPicture(QVBoxLayout &column, const QImage &image)
 {
-    picture = new PictureView{
+    m_picture = new PictureView{
         image,
         u"封面"_s,
-        {pictureBox, pictureCornerRadius, {themeColor(ColorRole::previewPictureShadow), 14, {0, 6}}},
+        {pictureBox, measures::cardRadius, {themeColor(ColorRole::previewPictureShadow), 14, {0, 6}}},
         this};
     constexpr int afterCloseRow = 2;
     column.insertSpacing(afterCloseRow, spacing);
-    column.insertWidget(afterCloseRow + 1, inFront(picture), 0, Qt::AlignHCenter);
+    column.insertWidget(afterCloseRow + 1, inFront(m_picture), 0, Qt::AlignHCenter);
 }
 
 void ImagePreviewView::fitContents()
 {
     const int contentWidth = width() - 2 * padding;
-    meta->setText(metaLine(record, systemFont(metaPixelSize), contentWidth));
-    if (picture != nullptr) {
-        const int taken = layout()->totalHeightForWidth(width()) - picture->sizeHint().height();
+    m_meta->setText(metaLine(m_record, systemFont(metaPixelSize), contentWidth));
+    if (m_picture != nullptr) {
+        const int taken = layout()->totalHeightForWidth(width()) - m_picture->sizeHint().height();
         const QSize room{contentWidth, std::max(1, height() - taken)};
-        picture->setBox(pictureBox.boundedTo(room));
+        m_picture->setBox(pictureBox.boundedTo(room));
     }
-    // Now, not at the next turn: the picture would be drawn once at its old size.
+    // Before the picture is painted at its old size.
     layout()->activate();
 }
 
 QLayout *ImagePreviewView::makeTexts()
 {
-    auto *prompt = new ClampedLabel{record.prompt, systemFont(14), ColorRole::onBackdrop, promptLines, this};
+    auto *prompt = new ElidedLabel{m_record.prompt, systemFont(14), ColorRole::onBackdrop, promptLines, this};
     auto *promptRow = new QHBoxLayout;
     promptRow->setContentsMargins(promptPadding, 0, promptPadding, 0);
     promptRow->addWidget(inFront(prompt));
-    meta = new TextLabel{{}, {metaPixelSize, QFont::Normal, ColorRole::onBackdropSecondary}, this};
-    meta->setAccessibleName(modelText(record) + timeText(record));
+    m_meta = new TextLabel{{}, {metaPixelSize, QFont::Normal, ColorRole::onBackdropSecondary}, this};
+    m_meta->setAccessibleName(modelText(m_record) + timeText(m_record));
     auto *texts = new QVBoxLayout;
     texts->setSpacing(textSpacing);
     texts->addLayout(promptRow);
-    texts->addWidget(inFront(meta), 0, Qt::AlignHCenter);
+    texts->addWidget(inFront(m_meta), 0, Qt::AlignHCenter);
     return texts;
 }
 
@@ -164,11 +198,11 @@ QLayout *ImagePreviewView::makeActionRow()
     auto *save = new GradientButton{u"square.and.arrow.down"_s, u"保存图片"_s, buttonShadowOpacity, this};
     auto *close = new GradientButton{u"xmark"_s, u"关闭预览"_s, buttonShadowOpacity, this};
     connect(save, &GradientButton::clicked, this, &ImagePreviewView::saveImage);
-    connect(close, &GradientButton::clicked, this, [this] { onClose(); });
+    connect(close, &GradientButton::clicked, this, [this] { m_onClose(); });
     setFocusProxy(save);
     auto *row = new QHBoxLayout;
     row->setContentsMargins(0, actionRowPadding, 0, 0);
-    row->setSpacing(buttonSpacing);
+    row->setSpacing(measures::buttonSpacing);
     row->addStretch();
     row->addWidget(inFront(save));
     row->addWidget(inFront(close));
@@ -178,8 +212,8 @@ QLayout *ImagePreviewView::makeActionRow()
 
 void ImagePreviewView::saveImage()
 {
-    if (const QImage image = record.image(); !image.isNull()) {
-        exportCover(image, record.createdAt, panels, this);
+    if (const QImage image = m_record.image(); !image.isNull()) {
+        exportCover(image, m_record.createdAt, m_dialogs, this);
     }
 }
 
@@ -190,27 +224,27 @@ QSize ImagePreviewView::sizeHint() const
 
 void ImagePreviewView::resizeEvent(QResizeEvent *event)
 {
-    ShadowGround::resizeEvent(event);
+    ShadowHost::resizeEvent(event);
     fitContents();
 }
 
 void ImagePreviewView::paintEvent(QPaintEvent *event)
 {
-    Sheet::paintGround(*this, ground());
-    ShadowGround::paintEvent(event);
+    Sheet::paintBackground(*this, backgroundColor());
+    ShadowHost::paintEvent(event);
 }
 
 void ImagePreviewView::mousePressEvent(QMouseEvent *event)
 {
-    pressedOnBackdrop = event->button() == Qt::LeftButton;
+    m_pressedOnBackdrop = event->button() == Qt::LeftButton;
 }
 
 void ImagePreviewView::mouseReleaseEvent(QMouseEvent *event)
 {
-    const bool clicked = std::exchange(pressedOnBackdrop, false) && event->button() == Qt::LeftButton &&
+    const bool clicked = std::exchange(m_pressedOnBackdrop, false) && event->button() == Qt::LeftButton &&
                          rect().contains(event->position().toPoint());
     if (clicked && childAt(event->position().toPoint()) == nullptr) {
-        onClose();
+        m_onClose();
     }
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/HistoryRecord.h"
-#include "screens/common/ShadowGround.h"
+#include "ui/widgets/ShadowHost.h"
 
 #include <functional>
 
@@ -10,23 +10,20 @@ class QVBoxLayout;
 namespace quilmora
 {
 
-class FilePanels;
+class FileDialogs;
 class PictureView;
 class TextLabel;
 
-/// One cover of the history shown large, with its prompt, and a button that saves a copy of the picture. The
-/// picture takes the room that the other items leave. The view asks its owner to close it when its symbol,
-/// its button or its empty parts are clicked.
-class ImagePreviewView final : public ShadowGround
+/// One cover of the history, large, with its prompt and a button that saves the picture, which is as large as
+/// the other items permit. A click on the close buttons or on the background calls `onClose`.
+class ImagePreviewView final : public ShadowHost
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(ImagePreviewView)
 
 public:
-    /// `panels` must outlive the view.
-    ImagePreviewView(HistoryRecord record, std::function<void()> onClose, FilePanels &panels,
+    /// `dialogs` must outlive the view.
+    ImagePreviewView(HistoryRecord record, std::function<void()> onClose, FileDialogs &dialogs,
                      QWidget *parent = nullptr);
-    ~ImagePreviewView() override = default;
 
     QSize sizeHint() const override;
 
@@ -44,12 +41,12 @@ private:
     void fitContents();
     void saveImage();
 
-    const HistoryRecord record;
-    const std::function<void()> onClose;
-    FilePanels &panels;
-    TextLabel *meta = nullptr;
-    PictureView *picture = nullptr; ///< Null when there is no picture.
-    bool pressedOnBackdrop = false;
+    const HistoryRecord m_record;
+    const std::function<void()> m_onClose;
+    FileDialogs &m_dialogs;
+    TextLabel *m_meta = nullptr;
+    PictureView *m_picture = nullptr; ///< Null when there is no picture.
+    bool m_pressedOnBackdrop = false;
 };
 
 } // namespace quilmora

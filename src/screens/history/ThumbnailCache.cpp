@@ -16,56 +16,56 @@ qsizetype bytesOf(const QPixmap &pixmap)
 
 ThumbnailCache::Thumbnail ThumbnailCache::find(const QString &path, const Square &square)
 {
-    const auto stamp = fileStamp(userFolders::expandTilde(path));
+    const auto stamp = fileFingerprint(userFolders::expandTilde(path));
     if (!stamp) {
-        entries.remove(path);
+        m_entries.remove(path);
         return {State::absent, {}};
     }
-    const auto entry = entries.find(path);
-    if (entry == entries.end() || entry->stamp != *stamp) {
+    const auto entry = m_entries.find(path);
+    if (entry == m_entries.end() || entry->stamp != *stamp) {
         return {State::unknown, {}};
     }
-    entry->lastUse = ++uses;
+    entry->lastUse = ++m_uses;
     if (entry->pixmap.isNull()) {
         return {State::absent, {}};
     }
     return {entry->square == square ? State::ready : State::outdated, entry->pixmap};
 }
 
-void ThumbnailCache::keep(const QString &path, const FileStamp &stamp, const Square &square,
+void ThumbnailCache::keep(const QString &path, const FileFingerprint &stamp, const Square &square,
                           const QPixmap &pixmap)
 {
-    entries.insert(path, {stamp, square, pixmap, ++uses});
+    m_entries.insert(path, {stamp, square, pixmap, ++m_uses});
 }
 
 void ThumbnailCache::forget(const QString &path)
 {
-    entries.remove(path);
+    m_entries.remove(path);
 }
 
 void ThumbnailCache::trim(const QSet<QString> &inUse)
 {
     qsizetype total = bytes();
     while (total > maximumBytes) {
-        auto oldest = entries.cend();
-        for (auto entry = entries.cbegin(); entry != entries.cend(); ++entry) {
+        auto oldest = m_entries.cend();
+        for (auto entry = m_entries.cbegin(); entry != m_entries.cend(); ++entry) {
             if (!inUse.contains(entry.key()) &&
-                (oldest == entries.cend() || entry->lastUse < oldest->lastUse)) {
+                (oldest == m_entries.cend() || entry->lastUse < oldest->lastUse)) {
                 oldest = entry;
             }
         }
-        if (oldest == entries.cend()) {
+        if (oldest == m_entries.cend()) {
             return;
         }
         total -= bytesOf(oldest->pixmap);
-        entries.erase(oldest);
+        m_entries.erase(oldest);
     }
 }
 
 qsizetype ThumbnailCache::bytes() const
 {
     qsizetype total = 0;
-    for (const Entry &entry : entries) {
+    for (const Entry &entry : m_entries) {
         total += bytesOf(entry.pixmap);
     }
     return total;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/FileStamp.h"
+#include "platform/FileFingerprint.h"
 
 #include <QHash>
 #include <QPixmap>
@@ -10,12 +10,12 @@
 namespace quilmora
 {
 
-/// The pictures of covers, made ready for the squares of tiles and kept as long as their files stay as they
-/// are. Bounded in memory. Made to outlive the screen, so that its next visit finds them. Main thread only.
+/// The scaled pictures of covers, until their files change. Bounded in memory. Outlives the history screen.
+/// Main thread only.
 class ThumbnailCache final
 {
 public:
-    /// A square into which a picture is fitted, and whose corners it must leave free.
+    /// The square with round corners into which a picture is fitted.
     struct Square {
         int side; ///< In device-independent pixels.
         double cornerRadius;
@@ -25,9 +25,9 @@ public:
     };
 
     enum class State {
-        absent,   ///< There is no picture to show.
+        absent,   ///< There is no picture.
         unknown,  ///< To be loaded.
-        outdated, ///< To be loaded for the present square; the pixmap shows the same picture for another one.
+        outdated, ///< To be loaded; the pixmap is for another square.
         ready,
     };
 
@@ -36,37 +36,33 @@ public:
         QPixmap pixmap;
     };
 
-    /// What there is for the picture file at `path`, as its file stands now. Never decodes.
+    /// Looks at the file, but does not decode it.
     Thumbnail find(const QString &path, const Square &square);
 
-    /// Keeps what was made of the file at `path`, which had that stamp, for that square: null when the file
-    /// holds no picture.
-    void keep(const QString &path, const FileStamp &stamp, const Square &square, const QPixmap &pixmap);
+    /// `stamp` is that of the file when it was read; a null pixmap means that it is no picture.
+    void keep(const QString &path, const FileFingerprint &stamp, const Square &square, const QPixmap &pixmap);
 
-    /// Drops what is kept for `path`.
     void forget(const QString &path);
 
-    /// Drops what was not asked for the longest time until the rest is within the bound. What lies at `inUse`
-    /// stays in any case.
+    /// Drops the least recently used pictures above the bound, except those in `inUse`.
     void trim(const QSet<QString> &inUse);
 
-    /// Bytes of all pixmaps kept.
+    /// Of all pixmaps.
     qsizetype bytes() const;
 
-    /// The bound, in bytes: some hundred covers at two pixels for each device-independent one, which is
-    /// several screens.
+    /// Some hundred covers, several screens, at a device pixel ratio of 2.
     static constexpr qsizetype maximumBytes = qsizetype{64} * 1024 * 1024;
 
 private:
     struct Entry {
-        FileStamp stamp;
+        FileFingerprint stamp;
         Square square;
-        QPixmap pixmap; ///< Null when the file holds no picture.
+        QPixmap pixmap; ///< Null when the file is no picture.
         quint64 lastUse;
     };
 
-    QHash<QString, Entry> entries;
-    quint64 uses = 0;
+    QHash<QString, Entry> m_entries;
+    quint64 m_uses = 0;
 };
 
 } // namespace quilmora

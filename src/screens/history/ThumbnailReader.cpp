@@ -1,10 +1,9 @@
 #include "screens/history/ThumbnailReader.h"
 
 #include "platform/UserFolders.h"
-#include "screens/common/Shapes.h"
+#include "ui/theme/Shapes.h"
 
 #include <QImage>
-#include <QPainter>
 
 namespace quilmora
 {
@@ -17,25 +16,16 @@ QSize pixelsOf(const ThumbnailCache::Square &square)
     return QSizeF{pixels, pixels}.toSize();
 }
 
-/// `image` as large as fits into the square; where it reaches the square's corners they are cut. Not by a
-/// clip when painting: clips have jagged edges.
+/// As large as fits into the square, without the corners of the square.
 QPixmap fitted(const QImage &image, const ThumbnailCache::Square &square)
 {
     const QSize box = pixelsOf(square);
     const QSize size = image.size().scaled(box, Qt::KeepAspectRatio).expandedTo({1, 1});
-    const QImage scaled = image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-
-    QPixmap pixmap{size};
-    pixmap.fill(Qt::transparent);
-    QPainter painter{&pixmap};
-    painter.setRenderHint(QPainter::Antialiasing);
     QRectF outline{QPointF{}, QSizeF{box}};
     outline.moveCenter(QRectF{QPointF{}, QSizeF{size}}.center());
-    painter.fillPath(continuousRoundedRect(outline, square.cornerRadius * square.devicePixelRatio),
-                     QBrush{scaled});
-    painter.end();
-    pixmap.setDevicePixelRatio(square.devicePixelRatio);
-    return pixmap;
+    return cutPixmap(image, size,
+                     continuousRoundedRect(outline, square.cornerRadius * square.devicePixelRatio),
+                     square.devicePixelRatio);
 }
 
 } // namespace
@@ -43,21 +33,21 @@ QPixmap fitted(const QImage &image, const ThumbnailCache::Square &square)
 bool ThumbnailReader::advance(const QString &path, const ThumbnailCache::Square &square, QDeadlineTimer until)
 {
     const QString file = userFolders::expandTilde(path);
-    // Taken first: a file that changes while it is read gets another one.
-    const auto stamp = fileStamp(file);
+    // Before reading, so that a change meanwhile is noticed.
+    const auto stamp = fileFingerprint(file);
     if (!stamp) {
         drop();
-        pictures.forget(path);
+        m_cache.forget(path);
         return true;
     }
-    if (!begun || begun->path != path || begun->square != square || begun->stamp != *stamp) {
-        begun = std::make_unique<Begun>(path, square, *stamp, file, pixelsOf(square));
+    if (!m_current || m_current->path != path || m_current->square != square || m_current->stamp != *stamp) {
+        m_current = std::make_unique<Current>(path, square, *stamp, file, pixelsOf(square));
     }
-    if (!begun->picture.advance(until)) {
+    if (!m_current->picture.advance(until)) {
         return false;
     }
-    const QImage image = begun->picture.image();
-    pictures.keep(path, *stamp, square, image.isNull() ? QPixmap{} : fitted(image, square));
+    const QImage image = m_current->picture.image();
+    m_cache.keep(path, *stamp, square, image.isNull() ? QPixmap{} : fitted(image, square));
     drop();
     return true;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "platform/PictureReduction.h"
+#include "imaging/IncrementalDecoder.h"
+#include "model/PictureLimits.h"
 #include "screens/history/ThumbnailCache.h"
 
 #include <QDeadlineTimer>
@@ -11,44 +12,41 @@
 namespace quilmora
 {
 
-/// Reads pictures into a cache, one at a time and in slices between which events have their turn.
+/// Reads pictures into a cache, one at a time and in short steps.
 class ThumbnailReader final
 {
 public:
     /// `cache` must outlive the reader.
-    explicit ThumbnailReader(ThumbnailCache &cache) : pictures{cache} {}
-    Q_DISABLE_COPY_MOVE(ThumbnailReader)
-    ~ThumbnailReader() = default;
+    explicit ThumbnailReader(ThumbnailCache &cache) : m_cache{cache} {}
 
-    /// Goes on up to `until` with the picture at `path` for that square. Begins it anew when the file has
-    /// changed meanwhile; what was begun of another picture is dropped. True once the cache knows it.
+    /// Reads on until `until`. Restarts when an argument or the file has changed. True once the cache has the
+    /// picture.
     bool advance(const QString &path, const ThumbnailCache::Square &square, QDeadlineTimer until);
 
-    /// The picture that was begun; empty when there is none.
-    QString begunPath() const { return begun ? begun->path : QString{}; }
+    /// The picture that is partly read, or empty.
+    QString currentPath() const { return m_current ? m_current->path : QString{}; }
 
-    /// Drops the picture that was begun.
-    void drop() { begun.reset(); }
+    void drop() { m_current.reset(); }
 
 private:
-    struct Begun {
-        Begun(QString shown, const ThumbnailCache::Square &place, const FileStamp &state, const QString &file,
-              QSize box)
-            : path{std::move(shown)},
-              square{place},
-              stamp{state},
-              picture{file, box}
+    struct Current {
+        Current(QString imagePath, const ThumbnailCache::Square &imageSquare,
+                const FileFingerprint &fileStamp, const QString &file, QSize box)
+            : path{std::move(imagePath)},
+              square{imageSquare},
+              stamp{fileStamp},
+              picture{file, box, pictureLimits::file}
         {
         }
 
         QString path;
         ThumbnailCache::Square square;
-        FileStamp stamp;
-        PictureReduction picture;
+        FileFingerprint stamp;
+        IncrementalDecoder picture;
     };
 
-    ThumbnailCache &pictures;
-    std::unique_ptr<Begun> begun;
+    ThumbnailCache &m_cache;
+    std::unique_ptr<Current> m_current;
 };
 
 } // namespace quilmora

@@ -1,7 +1,7 @@
 #include "screens/history/TileFrame.h"
 
-#include "screens/common/Shapes.h"
-#include "screens/common/Theme.h"
+#include "ui/theme/Shapes.h"
+#include "ui/theme/Theme.h"
 
 #include <QPainter>
 
@@ -30,23 +30,23 @@ void TileFrame::prepare(QSizeF size, double lineWidth, double devicePixelRatio)
 {
     const Look wanted{(size * devicePixelRatio).toSize(), lineWidth, devicePixelRatio,
                       themeColor(ColorRole::controlBackground), themeColor(ColorRole::tileBorder)};
-    if (look == wanted) {
+    if (m_look == wanted) {
         return;
     }
-    look = wanted;
+    m_look = wanted;
     const auto insideBy = [this](const QRectF &square, double inset) {
-        return continuousRoundedRect(square.adjusted(inset, inset, -inset, -inset), radius - inset);
+        return continuousRoundedRect(square.adjusted(inset, inset, -inset, -inset), m_radius - inset);
     };
-    // The line shows because its outer half lies on what is behind the tile; in whole pixels, at least one.
+    // The outer half of the line is visible beside the background; in whole pixels, at least one.
     const double outerHalf = std::ceil(lineWidth * devicePixelRatio / 2) / devicePixelRatio;
-    groundPixmap = drawn(look.pixels, devicePixelRatio, [&](QPainter &painter, const QRectF &square) {
-        painter.fillPath(insideBy(square, outerHalf), look.groundColor);
+    m_background = drawn(m_look.pixels, devicePixelRatio, [&](QPainter &painter, const QRectF &square) {
+        painter.fillPath(insideBy(square, outerHalf), m_look.backgroundColor);
     });
-    outlinePixmap = drawn(look.pixels, devicePixelRatio, [&](QPainter &painter, const QRectF &square) {
-        // Filled, since its outer side is exactly the edge of the picture below it.
+    m_outline = drawn(m_look.pixels, devicePixelRatio, [&](QPainter &painter, const QRectF &square) {
+        // Filled, so that its outer edge is exactly that of the picture.
         QPainterPath line = insideBy(square, 0);
         line.addPath(insideBy(square, lineWidth));
-        painter.fillPath(line, look.lineColor);
+        painter.fillPath(line, m_look.lineColor);
     });
 }
 

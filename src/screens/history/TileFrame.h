@@ -7,36 +7,35 @@
 namespace quilmora
 {
 
-/// The square of a tile without its picture: the ground below it and the line around it. Drawn once for all
-/// tiles, which are alike: drawn for each they would take most of the time of a screenful.
+/// The background and the outline of the squares of tiles. Drawn once for all tiles, since this takes most of
+/// the time of a painting.
 class TileFrame final
 {
 public:
     /// `cornerRadius` in device-independent pixels.
-    explicit TileFrame(double cornerRadius) : radius{cornerRadius} {}
+    explicit TileFrame(double cornerRadius) : m_radius{cornerRadius} {}
 
-    /// Draws the two for squares of that size, `lineWidth` and resolution in the present colours, unless they
-    /// are so already. Sizes in device-independent pixels.
+    /// Draws both again if a size, in device-independent pixels, or a color has changed.
     void prepare(QSizeF size, double lineWidth, double devicePixelRatio);
 
-    const QPixmap &ground() const { return groundPixmap; }
-    const QPixmap &outline() const { return outlinePixmap; }
+    const QPixmap &background() const { return m_background; }
+    const QPixmap &outline() const { return m_outline; }
 
 private:
     struct Look {
         QSize pixels;
         double lineWidth = 0;
         double devicePixelRatio = 0;
-        QColor groundColor;
+        QColor backgroundColor;
         QColor lineColor;
 
         bool operator==(const Look &) const = default;
     };
 
-    const double radius;
-    Look look;
-    QPixmap groundPixmap;
-    QPixmap outlinePixmap;
+    const double m_radius;
+    Look m_look;
+    QPixmap m_background;
+    QPixmap m_outline;
 };
 
 } // namespace quilmora

@@ -1,15 +1,18 @@
 #include "screens/settings/SettingsView.h"
 
 #include "model/VolcengineConfig.h"
-#include "screens/common/ActionButton.h"
-#include "screens/common/AlertPanel.h"
-#include "screens/common/Card.h"
-#include "screens/common/ErrorLine.h"
-#include "screens/common/LabelledField.h"
-#include "screens/common/PageTitle.h"
-#include "screens/common/ReadingOrder.h"
 #include "store/DatabaseManager.h"
+#include "ui/accessibility/Accessibility.h"
+#include "ui/dialogs/AlertDialog.h"
+#include "ui/theme/Measures.h"
+#include "ui/theme/PixelSnapper.h"
+#include "ui/theme/Shapes.h"
+#include "ui/widgets/ActionButton.h"
+#include "ui/widgets/ErrorLine.h"
+#include "ui/widgets/LabeledField.h"
+#include "ui/widgets/PageTitle.h"
 
+#include <QPainter>
 #include <QShowEvent>
 #include <QVBoxLayout>
 
@@ -20,44 +23,59 @@ namespace quilmora
 namespace
 {
 
-constexpr QMargins padding{32, 24, 32, 32};
+constexpr QMargins padding{measures::pagePadding, measures::headerPadding, measures::pagePadding,
+                           measures::pagePadding};
 constexpr int spacing = 12;
 constexpr int titleBottomPadding = 4;
 constexpr int cardPadding = 20;
 constexpr int groupSpacing = 18;
 
-/// For texts of Latin letters. Of all hints fcitx5 and the plugin for ibus heed only that for hidden text: it
-/// alone keeps a pinyin input method from composing.
+/// For Latin texts. Of these hints fcitx5 and ibus obey only ImhHiddenText, which disables pinyin.
 constexpr Qt::InputMethodHints latinHints =
     Qt::ImhHiddenText | Qt::ImhPreferLatin | Qt::ImhNoAutoUppercase | Qt::ImhNoPredictiveText;
 
-LabelledField *makeField(const QString &label, const QString &placeholder, const QString &hint,
-                         bool isMasked = false)
+class Card final : public QWidget
 {
-    return new LabelledField{{label, placeholder, hint},
-                             {.label = {13, QFont::Medium},
-                              .fieldPixelSize = 12,
-                              .hint = {11, QFont::Normal, ColorRole::secondaryText},
-                              .isMasked = isMasked}};
+public:
+    using QWidget::QWidget;
+
+protected:
+    void paintEvent(QPaintEvent * /*event*/) override
+    {
+        QPainter painter{this};
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.fillPath(roundedRect(PixelSnapper{painter}.aligned(rect()), measures::sheetRadius),
+                         themeColor(ColorRole::controlBackground));
+    }
+};
+
+LabeledField *makeField(const QString &label, const QString &placeholder, const QString &hint,
+                        bool isMasked = false)
+{
+    return new LabeledField{{label, placeholder, hint},
+                            {.label = {13, QFont::Medium},
+                             .fieldPixelSize = 12,
+                             .hint = {11, QFont::Normal, ColorRole::secondaryText},
+                             .isMasked = isMasked}};
 }
 
 } // namespace
 
-SettingsView::SettingsView(DatabaseManager &store, QWidget *parent)
+SettingsView::SettingsView(DatabaseManager &database, QWidget *parent)
     : ScrollPage{parent},
-      database{store},
-      url{makeField(u"API URL"_s, VolcengineConfig::defaultURL(),
-                    u"默认："_s + VolcengineConfig::defaultURL())},
-      key{makeField(u"API Key"_s, u"Bearer 长效 API Key"_s,
-                    u"请在火山方舟控制台「获取 API Key」页面创建长效 Key"_s, true)},
-      model{makeField(u"Model ID"_s, VolcengineConfig::defaultModelID(),
-                      u"如：doubao-seedream-4-0-250828、doubao-seedream-3-0-t2i-250415 等"_s)},
-      validationError{new ErrorLine{13, content()}}
+      m_database{database},
+      m_url{makeField(u"API URL"_s, VolcengineConfig::defaultURL(),
+                      u"默认："_s + VolcengineConfig::defaultURL())},
+      m_key{makeField(u"API Key"_s, u"Bearer 长效 API Key"_s,
+                      u"请在火山方舟控制台「获取 API Key」页面创建长效 Key"_s, true)},
+      m_model{makeField(u"Model ID"_s, VolcengineConfig::defaultModelID(),
+                        u"如：doubao-seedream-4-0-250828、doubao-seedream-3-0-t2i-250415 等"_s)},
+      m_validationError{new ErrorLine{13, content()}}
 {
-    url->field()->setInputMethodHints(latinHints | Qt::ImhUrlCharactersOnly);
-    model->field()->setInputMethodHints(latinHints);
+    m_url->field()->setInputMethodHints(latinHints | Qt::ImhUrlCharactersOnly);
+    m_model->field()->setInputMethodHints(latinHints);
     auto *card = makeCard();
-    // Made after the fields: the Tab key goes in the order of making.
+    // Created after the fields for the tab order.
     auto *save = new ActionButton{u"checkmark.circle.fill"_s,
                                   u"保存设置"_s,
                                   {ActionButton::Kind::prominent, 14, QFont::DemiBold, 6, {16, 6}},
@@ -70,7 +88,7 @@ SettingsView::SettingsView(DatabaseManager &store, QWidget *parent)
     column->addWidget(new PageTitle{u"功能设置"_s, content()});
     column->addSpacing(titleBottomPadding);
     column->addWidget(card);
-    column->addWidget(validationError);
+    column->addWidget(m_validationError);
     column->addWidget(save, 0, Qt::AlignLeft);
     column->addStretch(1);
     readInLayoutOrder(*column);
@@ -88,7 +106,7 @@ QWidget *SettingsView::makeCard()
     header->addWidget(new TextLabel{
         u"调用接口：POST /api/v3/images/generations"_s, {11, QFont::Normal, ColorRole::secondaryText}, card});
     column->addLayout(header);
-    for (LabelledField *field : {url, key, model}) {
+    for (LabeledField *field : {m_url, m_key, m_model}) {
         column->addWidget(field);
     }
     readInLayoutOrder(*column);
@@ -98,7 +116,7 @@ QWidget *SettingsView::makeCard()
 void SettingsView::showEvent(QShowEvent *event)
 {
     ScrollPage::showEvent(event);
-    // Not when the window merely comes back from the dock: that would throw away what is being typed.
+    // Not when a minimized window is restored, which would discard the inputs.
     if (!event->spontaneous()) {
         load();
     }
@@ -106,36 +124,36 @@ void SettingsView::showEvent(QShowEvent *event)
 
 void SettingsView::load()
 {
-    const VolcengineConfig config = database.getConfig();
-    url->field()->setText(config.apiURL);
-    key->field()->setText(config.apiKey);
-    model->field()->setText(config.modelID);
-    for (LabelledField *field : {url, key, model}) {
+    const VolcengineConfig config = m_database.getConfig();
+    m_url->field()->setText(config.apiURL);
+    m_key->field()->setText(config.apiKey);
+    m_model->field()->setText(config.modelID);
+    for (LabeledField *field : {m_url, m_key, m_model}) {
         field->field()->setCursorPosition(0);
     }
 }
 
 void SettingsView::saveSettings()
 {
-    validationError->setMessage({});
-    const QString trimmedUrl = url->text().trimmed();
-    const QString trimmedKey = key->text().trimmed();
-    const QString trimmedModel = model->text().trimmed();
-    if (trimmedUrl.isEmpty()) {
-        refuse(u"请填写 API URL"_s, *url);
-    } else if (trimmedKey.isEmpty()) {
-        refuse(u"请填写 API Key"_s, *key);
-    } else if (trimmedModel.isEmpty()) {
-        refuse(u"请填写 Model ID"_s, *model);
+    m_validationError->setMessage({});
+    const QString url = m_url->text().trimmed();
+    const QString key = m_key->text().trimmed();
+    const QString model = m_model->text().trimmed();
+    if (url.isEmpty()) {
+        refuse(u"请填写 API URL"_s, *m_url);
+    } else if (key.isEmpty()) {
+        refuse(u"请填写 API Key"_s, *m_key);
+    } else if (model.isEmpty()) {
+        refuse(u"请填写 Model ID"_s, *m_model);
     } else {
-        database.saveConfig(trimmedUrl, trimmedKey, trimmedModel);
-        AlertPanel::open(u"已保存"_s, u"火山引擎配置已成功保存"_s, u"好的"_s, this);
+        m_database.saveConfig(url, key, model);
+        AlertDialog::open(u"已保存"_s, u"火山引擎配置已成功保存"_s, u"好的"_s, this);
     }
 }
 
-void SettingsView::refuse(const QString &message, const LabelledField &missing)
+void SettingsView::refuse(const QString &message, const LabeledField &missing)
 {
-    validationError->setMessage(message);
+    m_validationError->setMessage(message);
     missing.field()->setInvalid();
     missing.field()->setFocus();
 }

@@ -1,24 +1,22 @@
 #pragma once
 
-#include "screens/common/ScrollPage.h"
+#include "ui/widgets/ScrollPage.h"
 
 namespace quilmora
 {
 
 class DatabaseManager;
 class ErrorLine;
-class LabelledField;
+class LabeledField;
 
 /// The screen on which the address, the key and the model of the image service are entered.
 class SettingsView final : public ScrollPage
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(SettingsView)
 
 public:
-    /// `store` must outlive the screen.
-    explicit SettingsView(DatabaseManager &store, QWidget *parent = nullptr);
-    ~SettingsView() override = default;
+    /// `database` must outlive the screen.
+    explicit SettingsView(DatabaseManager &database, QWidget *parent = nullptr);
 
 protected:
     void showEvent(QShowEvent *event) override;
@@ -27,13 +25,13 @@ private:
     QWidget *makeCard();
     void load();
     void saveSettings();
-    void refuse(const QString &message, const LabelledField &missing);
+    void refuse(const QString &message, const LabeledField &missing);
 
-    DatabaseManager &database;
-    LabelledField *url;
-    LabelledField *key;
-    LabelledField *model;
-    ErrorLine *validationError;
+    DatabaseManager &m_database;
+    LabeledField *m_url;
+    LabeledField *m_key;
+    LabeledField *m_model;
+    ErrorLine *m_validationError;
 };
 
 } // namespace quilmora

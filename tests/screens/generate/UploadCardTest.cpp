@@ -3,9 +3,11 @@
 #include "support/AccessibleFinder.h"
 #include "support/SamplePictures.h"
 #include "support/ScreenTest.h"
-#include "support/ScriptedFilePanels.h"
+#include "support/ScriptedFileDialogs.h"
+#include "support/Texts.h"
 
 #include <QAbstractButton>
+#include <QDir>
 #include <QFile>
 #include <QVBoxLayout>
 
@@ -18,268 +20,214 @@ using namespace quilmora::test;
 namespace
 {
 
-const QString &cardTitle()
+constexpr qsizetype megabyte = 1'048'576;
+
+enum class Picture { fresh, former, none };
+
+/// Makes a file, or what else a panel may give the path of, in a folder.
+using Make = std::function<QString(const QDir &folder)>;
+
+Make file(const QByteArray &bytes)
 {
-    static const QString title = u"人脸形象（必填）"_s;
-    return title;
+    return [bytes](const QDir &folder) {
+        return samplePictures::write(folder.filePath(u"b.png"_s), bytes);
+    };
 }
 
-constexpr qsizetype megabyte = 1'048'576;
-constexpr qsizetype tenMegabytes = 10 * megabyte;
+Make linkTo(const Make &make)
+{
+    return [make](const QDir &folder) {
+        const QString link = folder.filePath(u"link.png"_s);
+        return QFile::link(make(folder), link) ? link : QString{};
+    };
+}
 
 } // namespace
 
+/// What becomes of the files that a user picks.
 class UploadCardTest final : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup() { window.reset(); }
-    void aPickedPictureIsShownAndCanBeRemoved();
-    void aFileOfExactlyTenMegabytesIsTaken();
-    void aByteMoreIsRefused();
-    void fifteenMegabytesAreRefusedAndTheFormerPictureStays();
-    void cancellingClearsTheErrorAndKeepsThePicture();
-    void removingKeepsTheErrorLine();
-    void removingKeepsTheFocusOnTheCard();
-    void aNewPickClearsTheErrorBeforeThePanelOpens();
-    void aFileThatIsNoPictureEmptiesTheCardWithoutAMessage();
-    void aFileThatDisappearsIsReportedInChinese();
-    void aFolderEmptiesTheCardWithoutAMessage();
-    void aLinkThatLeadsNowhereEmptiesTheCardWithoutAMessage();
-    void aLinkToAPictureIsFollowed();
-    void theFaceIsNamedAfterTheCard();
-    void theFaceSaysWhichFileItShows();
-    void theRemoveButtonSaysWhoseItIs();
-    void theSpaceKeyOpensThePanel();
-    void aCardThatGoesWhileThePanelIsOpenLoadsNothing();
+    void init()
+    {
+        m_home = std::make_unique<TemporaryHome>();
+        m_panels = std::make_unique<ScriptedFileDialogs>();
+        m_window = std::make_unique<QWidget>();
+        auto *column = new QVBoxLayout{m_window.get()};
+        m_card = new UploadCard{texts::facePhoto, u"square.and.arrow.up"_s, *m_panels, m_window.get()};
+        column->addWidget(m_card);
+        showWindow(*m_window, {480, 320});
+    }
+
+    void cleanup() { m_window.reset(); }
+
+    void aPickedPictureIsShownAndCanBeRemoved()
+    {
+        QVERIFY(m_card->image().isNull());
+        QVERIFY(removeButton() == nullptr);
+        pick(picture());
+        QCOMPARE(m_card->image().convertToFormat(QImage::Format_RGB32), samplePictures::picture({60, 40}));
+        QCOMPARE(otherTexts(), QStringList{});
+        QCOMPARE(accessible::interfaceOf(removeButton())->text(QAccessible::Description), texts::facePhoto);
+        removeButton()->setFocus(Qt::TabFocusReason);
+        QTest::keyClick(removeButton(), Qt::Key_Space);
+        QVERIFY(m_card->image().isNull());
+        QVERIFY(removeButton() == nullptr);
+        QVERIFY(face()->hasFocus());
+    }
+
+    void aFurtherPick_data()
+    {
+        QTest::addColumn<Make>("make");
+        QTest::addColumn<Picture>("shown");
+        QTest::addColumn<QStringList>("message");
+        const QStringList large{u"图片过大（15.0M），不能超过 10M"_s};
+        const Make fifteen = file(samplePictures::pngOfSize(15 * megabyte));
+        const Make missing = [](const QDir &folder) {
+            return folder.filePath(u"missing.png"_s);
+        };
+        const Make small = file(samplePictures::png(samplePictures::picture({30, 20})));
+        QTest::newRow("a picture") << small << Picture::fresh << QStringList{};
+        QTest::newRow("exactly ten megabytes")
+            << file(samplePictures::pngOfSize(10 * megabyte)) << Picture::fresh << QStringList{};
+        QTest::newRow("a byte more") << file(samplePictures::pngOfSize(10 * megabyte + 1)) << Picture::former
+                                     << QStringList{u"图片过大（10.0M），不能超过 10M"_s};
+        QTest::newRow("fifteen megabytes") << fifteen << Picture::former << large;
+        QTest::newRow("a link to them") << linkTo(fifteen) << Picture::former << large;
+        QTest::newRow("a link to a picture") << linkTo(small) << Picture::fresh << QStringList{};
+        QTest::newRow("a link that leads nowhere") << linkTo(missing) << Picture::none << QStringList{};
+        const QByteArray png = samplePictures::png(samplePictures::picture({200, 200}));
+        const QList<std::pair<const char *, QByteArray>> broken{
+            {"0 bytes", {}},
+            {"half a PNG", png.first(png.size() / 2)},
+            {"the first bytes of a PNG", png.first(20)},
+            {"a text", "<svg xmlns='http://www.w3.org/2000/svg'/>"},
+        };
+        for (const auto &[name, bytes] : broken) {
+            QTest::newRow(name) << file(bytes) << Picture::none << QStringList{};
+        }
+        QTest::newRow("a folder") << Make{&QDir::path} << Picture::none << QStringList{};
+        QTest::newRow("missing") << missing << Picture::former
+                                 << QStringList{u"读取文件失败：此文件或目录不存在"_s};
+    }
+
+    void aFurtherPick()
+    {
+        QFETCH(const Make, make);
+        QFETCH(const Picture, shown);
+        QFETCH(const QStringList, message);
+        pick(picture(u"照片 1.png"_s));
+        const qint64 former = m_card->image().cacheKey();
+        const QString path = make(QDir{m_home->path()});
+        QVERIFY(!path.isEmpty());
+        pick(path);
+        QCOMPARE(otherTexts(), message);
+        QCOMPARE(m_card->image().isNull(), shown == Picture::none);
+        QCOMPARE(m_card->image().cacheKey() == former, shown == Picture::former);
+        QCOMPARE(removeButton() == nullptr, shown == Picture::none);
+        QCOMPARE(description(), shown == Picture::none     ? texts::upload
+                                : shown == Picture::former ? u"已选择 照片 1.png"_s
+                                                           : u"已选择 "_s + QFileInfo{path}.fileName());
+    }
+
+    void cancellingClearsTheErrorAndKeepsThePicture()
+    {
+        pick(picture());
+        const qint64 former = m_card->image().cacheKey();
+        pick(m_home->path(u"missing.png"_s));
+        QCOMPARE(otherTexts().size(), 1);
+        pick(std::nullopt);
+        QCOMPARE(otherTexts(), QStringList{});
+        QCOMPARE(m_card->image().cacheKey(), former);
+    }
+
+    void removingKeepsTheErrorLine()
+    {
+        pick(picture());
+        pick(m_home->path(u"missing.png"_s));
+        const QStringList before = otherTexts();
+        click(removeButton());
+        QVERIFY(m_card->image().isNull());
+        QCOMPARE(otherTexts(), before);
+        QCOMPARE(before.size(), 1);
+    }
+
+    void aNewPickClearsTheErrorBeforeThePanelOpens()
+    {
+        pick(m_home->path(u"missing.png"_s));
+        QStringList duringPanel{u"the panel did not open"_s};
+        m_panels->answerReference(std::nullopt, [&] { duringPanel = otherTexts(); });
+        click(face());
+        QCOMPARE(duringPanel, QStringList{});
+    }
+
+    void aFileThatGoesWhileThePanelIsOpenIsReported()
+    {
+        const QString path = picture();
+        m_panels->answerReference(path, [&] { QVERIFY(QFile::remove(path)); });
+        click(face());
+        QCOMPARE(otherTexts(), QStringList{u"读取文件失败：此文件或目录不存在"_s});
+    }
+
+    void theFaceIsAButtonNamedAfterTheCard()
+    {
+        QCOMPARE(accessible::interfaceOf(face())->role(), QAccessible::PushButton);
+        QCOMPARE(description(), texts::upload);
+        pick(picture());
+        QCOMPARE(accessible::interfaceOf(face())->text(QAccessible::Name), texts::facePhoto);
+        click(removeButton());
+        QCOMPARE(description(), texts::upload);
+        face()->setFocus(Qt::TabFocusReason);
+        QTest::keyClick(face(), Qt::Key_Space);
+        QCOMPARE(m_panels->referencePanelCount(), 2);
+    }
+
+    void aCardThatGoesWhileThePanelIsOpenLoadsNothing()
+    {
+        QPointer<UploadCard> watched{m_card};
+        m_panels->answerReference(picture(), [&] { delete m_card; });
+        // By a posted event, so that the button does not go in the middle of its mouse event.
+        QMetaObject::invokeMethod(face(), &QAbstractButton::click, Qt::QueuedConnection);
+        QTRY_VERIFY(watched.isNull());
+        QCOMPARE(m_panels->referencePanelCount(), 1);
+    }
 
 private:
-    QAbstractButton *face() { return accessible::find<QAbstractButton>(window.get(), cardTitle()); }
-    QAbstractButton *removeButton() { return accessible::find<QAbstractButton>(window.get(), u"移除"_s); }
-    /// Every visible text beside the card's own.
-    QStringList otherTexts();
-    void pick(const ScriptedFilePanels::Answer &answer);
-    QString file(const QString &name, const QByteArray &bytes);
+    QAbstractButton *face() { return accessible::find<QAbstractButton>(m_window.get(), texts::facePhoto); }
+    QAbstractButton *removeButton()
+    {
+        return accessible::find<QAbstractButton>(m_window.get(), texts::remove);
+    }
+    QString description() { return accessible::interfaceOf(face())->text(QAccessible::Description); }
 
-    const TemporaryHome home;
-    std::unique_ptr<ScriptedFilePanels> panels;
-    std::unique_ptr<QWidget> window;
-    UploadCard *card = nullptr;
+    /// Every visible text beside the card's own.
+    QStringList otherTexts()
+    {
+        QStringList texts = accessible::names(m_window.get());
+        texts.removeAll(texts::facePhoto);
+        texts.removeAll(texts::remove);
+        return texts;
+    }
+
+    void pick(const ScriptedFileDialogs::Answer &answer)
+    {
+        m_panels->answerReference(answer);
+        click(face());
+    }
+
+    QString picture(const QString &name = u"a.png"_s)
+    {
+        return samplePictures::writePng(m_home->path(name), samplePictures::picture({60, 40}));
+    }
+
+    std::unique_ptr<TemporaryHome> m_home;
+    std::unique_ptr<ScriptedFileDialogs> m_panels;
+    std::unique_ptr<QWidget> m_window;
+    UploadCard *m_card = nullptr;
 };
 
-void UploadCardTest::init()
-{
-    panels = std::make_unique<ScriptedFilePanels>();
-    window = std::make_unique<QWidget>();
-    auto *column = new QVBoxLayout{window.get()};
-    card = new UploadCard{cardTitle(), u"square.and.arrow.up"_s, *panels, window.get()};
-    column->addWidget(card);
-    showWindow(*window, {480, 320});
-}
-
-QStringList UploadCardTest::otherTexts()
-{
-    QStringList texts = accessible::names(window.get());
-    texts.removeAll(cardTitle());
-    texts.removeAll(u"移除"_s);
-    return texts;
-}
-
-void UploadCardTest::pick(const ScriptedFilePanels::Answer &answer)
-{
-    panels->answerReference(answer);
-    click(face());
-}
-
-QString UploadCardTest::file(const QString &name, const QByteArray &bytes)
-{
-    return samplePictures::write(home.path(name), bytes);
-}
-
-void UploadCardTest::aPickedPictureIsShownAndCanBeRemoved()
-{
-    QVERIFY(card->image().isNull());
-    QVERIFY(removeButton() == nullptr);
-    const QImage picture = samplePictures::picture({60, 40});
-    pick(file(u"a.png"_s, samplePictures::png(picture)));
-    QCOMPARE(card->image().convertToFormat(QImage::Format_RGB32), picture);
-    QVERIFY(removeButton() != nullptr);
-    QVERIFY(otherTexts().isEmpty());
-    click(removeButton());
-    QVERIFY(card->image().isNull());
-    QVERIFY(removeButton() == nullptr);
-}
-
-void UploadCardTest::aFileOfExactlyTenMegabytesIsTaken()
-{
-    pick(file(u"exact.png"_s, samplePictures::pngOfSize(tenMegabytes)));
-    QVERIFY(!card->image().isNull());
-    QVERIFY(otherTexts().isEmpty());
-}
-
-void UploadCardTest::aByteMoreIsRefused()
-{
-    pick(file(u"more.png"_s, samplePictures::pngOfSize(tenMegabytes + 1)));
-    QVERIFY(card->image().isNull());
-    QCOMPARE(otherTexts(), QStringList{u"图片过大（10.0M），不能超过 10M"_s});
-}
-
-void UploadCardTest::fifteenMegabytesAreRefusedAndTheFormerPictureStays()
-{
-    pick(file(u"a.png"_s, samplePictures::png(samplePictures::picture({60, 40}))));
-    const qint64 former = card->image().cacheKey();
-    pick(file(u"large.png"_s, samplePictures::pngOfSize(15 * megabyte)));
-    QCOMPARE(otherTexts(), QStringList{u"图片过大（15.0M），不能超过 10M"_s});
-    QCOMPARE(card->image().cacheKey(), former);
-    QVERIFY(removeButton() != nullptr);
-}
-
-void UploadCardTest::cancellingClearsTheErrorAndKeepsThePicture()
-{
-    pick(file(u"a.png"_s, samplePictures::png(samplePictures::picture({60, 40}))));
-    const qint64 former = card->image().cacheKey();
-    pick(home.path(u"missing.png"_s));
-    QCOMPARE(otherTexts().size(), 1);
-    pick(std::nullopt);
-    QVERIFY(otherTexts().isEmpty());
-    QCOMPARE(card->image().cacheKey(), former);
-}
-
-void UploadCardTest::removingKeepsTheErrorLine()
-{
-    pick(file(u"a.png"_s, samplePictures::png(samplePictures::picture({60, 40}))));
-    pick(home.path(u"missing.png"_s));
-    const QStringList before = otherTexts();
-    click(removeButton());
-    QVERIFY(card->image().isNull());
-    QCOMPARE(otherTexts(), before);
-    QCOMPARE(before.size(), 1);
-}
-
-void UploadCardTest::removingKeepsTheFocusOnTheCard()
-{
-    pick(file(u"a.png"_s, samplePictures::png(samplePictures::picture({60, 40}))));
-    removeButton()->setFocus(Qt::TabFocusReason);
-    QTest::keyClick(removeButton(), Qt::Key_Space);
-    QVERIFY(card->image().isNull());
-    QVERIFY(face()->hasFocus());
-}
-
-void UploadCardTest::aNewPickClearsTheErrorBeforeThePanelOpens()
-{
-    pick(home.path(u"missing.png"_s));
-    QStringList duringPanel{u"the panel did not open"_s};
-    panels->answerReference(std::nullopt, [&] { duringPanel = otherTexts(); });
-    click(face());
-    QVERIFY(duringPanel.isEmpty());
-}
-
-void UploadCardTest::aFileThatIsNoPictureEmptiesTheCardWithoutAMessage()
-{
-    pick(file(u"a.png"_s, samplePictures::png(samplePictures::picture({60, 40}))));
-    pick(file(u"text.png"_s, "not a picture"));
-    QVERIFY(card->image().isNull());
-    QVERIFY(otherTexts().isEmpty());
-    QVERIFY(removeButton() == nullptr);
-}
-
-void UploadCardTest::aFileThatDisappearsIsReportedInChinese()
-{
-    const QString path = file(u"a.png"_s, samplePictures::png(samplePictures::picture({60, 40})));
-    pick(path);
-    const qint64 former = card->image().cacheKey();
-    panels->answerReference(path, [&] { QVERIFY(QFile::remove(path)); });
-    click(face());
-    QCOMPARE(otherTexts(), QStringList{u"读取文件失败：此文件或目录不存在"_s});
-    QCOMPARE(card->image().cacheKey(), former);
-}
-
-void UploadCardTest::aFolderEmptiesTheCardWithoutAMessage()
-{
-    pick(home.path());
-    QVERIFY(card->image().isNull());
-    QVERIFY(otherTexts().isEmpty());
-}
-
-void UploadCardTest::aLinkThatLeadsNowhereEmptiesTheCardWithoutAMessage()
-{
-    pick(file(u"a.png"_s, samplePictures::png(samplePictures::picture({60, 40}))));
-    const QString link = home.path(u"dangling.png"_s);
-    QVERIFY(QFile::link(home.path(u"missing.png"_s), link));
-    pick(link);
-    QVERIFY(card->image().isNull());
-    QVERIFY(otherTexts().isEmpty());
-}
-
-void UploadCardTest::aLinkToAPictureIsFollowed()
-{
-    const QString link = home.path(u"link.png"_s);
-    QVERIFY(QFile::link(file(u"a.png"_s, samplePictures::png(samplePictures::picture({60, 40}))), link));
-    pick(link);
-    QCOMPARE(card->image().size(), QSize(60, 40));
-    const QString large = home.path(u"link to large.png"_s);
-    QVERIFY(QFile::link(file(u"large.png"_s, samplePictures::pngOfSize(15 * megabyte)), large));
-    pick(large);
-    QCOMPARE(otherTexts(), QStringList{u"图片过大（15.0M），不能超过 10M"_s});
-}
-
-void UploadCardTest::theFaceIsNamedAfterTheCard()
-{
-    const QAccessibleInterface *interface = accessible::interfaceOf(face());
-    QCOMPARE(interface->text(QAccessible::Name), cardTitle());
-    QCOMPARE(interface->role(), QAccessible::PushButton);
-    pick(file(u"a.png"_s, samplePictures::png(samplePictures::picture({60, 40}))));
-    QCOMPARE(accessible::interfaceOf(face())->text(QAccessible::Name), cardTitle());
-}
-
-void UploadCardTest::theFaceSaysWhichFileItShows()
-{
-    const auto description = [this] {
-        return accessible::interfaceOf(face())->text(QAccessible::Description);
-    };
-    QCOMPARE(description(), u"点击上传"_s);
-    pick(file(u"照片 1.png"_s, samplePictures::png(samplePictures::picture({60, 40}))));
-    QCOMPARE(description(), u"已选择 照片 1.png"_s);
-    pick(file(u"large.png"_s, samplePictures::pngOfSize(15 * megabyte)));
-    QCOMPARE(description(), u"已选择 照片 1.png"_s);
-    click(removeButton());
-    QCOMPARE(description(), u"点击上传"_s);
-    pick(file(u"照片 2.png"_s, samplePictures::png(samplePictures::picture({60, 40}))));
-    QCOMPARE(description(), u"已选择 照片 2.png"_s);
-    pick(file(u"text.png"_s, "not a picture"));
-    QCOMPARE(description(), u"点击上传"_s);
-}
-
-void UploadCardTest::theRemoveButtonSaysWhoseItIs()
-{
-    pick(file(u"a.png"_s, samplePictures::png(samplePictures::picture({60, 40}))));
-    QCOMPARE(accessible::interfaceOf(removeButton())->text(QAccessible::Description), cardTitle());
-}
-
-void UploadCardTest::theSpaceKeyOpensThePanel()
-{
-    face()->setFocus(Qt::TabFocusReason);
-    QTest::keyClick(face(), Qt::Key_Space);
-    QCOMPARE(panels->referencePanelCount(), 1);
-}
-
-void UploadCardTest::aCardThatGoesWhileThePanelIsOpenLoadsNothing()
-{
-    const QString path = file(u"a.png"_s, samplePictures::png(samplePictures::picture({60, 40})));
-    QPointer<UploadCard> watched{card};
-    // Asked through the card's own button as it is: the click is delivered by a posted event, so that
-    // destroying the card inside the panel does not pull the button away from under the mouse event.
-    panels->answerReference(path, [&] { delete card; });
-    QMetaObject::invokeMethod(face(), &QAbstractButton::click, Qt::QueuedConnection);
-    QTRY_VERIFY(watched.isNull());
-    QCOMPARE(panels->referencePanelCount(), 1);
-}
-
-int main(int argc, char *argv[])
-{
-    return runScreenTest<UploadCardTest>(argc, argv);
-}
+QUILMORA_TEST(UploadCardTest, runScreenTest)
 
 #include "UploadCardTest.moc"

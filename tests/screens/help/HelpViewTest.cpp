@@ -1,11 +1,13 @@
-#include "HelpScreen.h"
-#include "screens/common/LogoView.h"
-#include "screens/common/Symbol.h"
 #include "support/CornerShape.h"
 #include "support/Drawing.h"
+#include "support/HelpScreen.h"
 #include "support/ScreenCapture.h"
+#include "support/TestProgram.h"
+#include "ui/theme/Symbol.h"
+#include "ui/widgets/LogoView.h"
 
 #include <QClipboard>
+#include <QMimeData>
 #include <QPaintEvent>
 
 #include <memory>
@@ -13,36 +15,7 @@
 using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
-
-/// How the help screen looks.
-class HelpViewTest final : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void init();
-    void cleanup() { screen.reset(); }
-    void withoutAnyLogoThePageShowsTheSymbolIn96By96();
-    void theTextsComeInTheirOrder();
-    void thePageSaysWhatTheBuildWasGiven();
-    void everyTextHasItsFontAndColour();
-    void theLogoHasItsSizeAndRoundCorners();
-    void theContentIsCentredWithEvenSpaces_data();
-    void theContentIsCentredWithEvenSpaces();
-    void theToastLiesAboveTheBottomAlsoAfterAResize();
-    void theFocusRingShowsOnlyAfterTheTabKey();
-    void theFocusRingIsPaintedAtOnce();
-    void aVeryLongWebsiteIsReadableAsAWhole();
-
-private:
-    void open(const HelpContents &contents)
-    {
-        screen.reset();
-        screen = std::make_unique<HelpScreen>(contents);
-    }
-
-    std::unique_ptr<HelpScreen> screen;
-};
+using namespace std::chrono_literals;
 
 namespace
 {
@@ -69,176 +42,225 @@ QRect placeIn(const QWidget *page, const QWidget *widget)
 
 } // namespace
 
-void HelpViewTest::init()
+/// How the help screen looks, and what a tap on its addresses does.
+class HelpViewTest final : public QObject
 {
-    open(HelpScreen::sample());
-}
+    Q_OBJECT
 
-void HelpViewTest::withoutAnyLogoThePageShowsTheSymbolIn96By96()
-{
-    HelpContents contents = HelpScreen::sample();
-    contents.logo = {{u"/nowhere"_s}, u":/nothing.png"_s};
-    open(contents);
-    auto *logo = accessible::find<LogoView>(screen->window(), u"Quilmora"_s);
-    QCOMPARE(logo->size(), QSize(96, 96));
-    const QImage symbol =
-        Symbol::pixmap(u"sparkles.rectangle.stack.fill"_s, 96, themeColor(ColorRole::primaryText), 1.0)
-            .toImage()
-            .convertToFormat(QImage::Format_ARGB32);
-    QVERIFY(screenCapture::countOf(symbol, Qt::transparent) < 96 * 96 / 2);
-    QCOMPARE(screenCapture::capture(logo), symbol);
-}
-
-void HelpViewTest::theTextsComeInTheirOrder()
-{
-    QCOMPARE(accessible::names(screen->window()),
-             (QStringList{u"Quilmora"_s, u"Quilmora"_s, u"版本号：1.0.0"_s,
-                          u"客服邮箱：someone@quilmora.example"_s,
-                          u"服务帮助：quilmora.example/h?a=1&b=2（仅技术支持与使用说明）"_s}));
-}
-
-void HelpViewTest::thePageSaysWhatTheBuildWasGiven()
-{
-    open(HelpContents::ofThisBuild());
-    const QString email = QString::fromUtf8(SUPPORT_EMAIL);
-    const QString website = QString::fromUtf8(WEBSITE);
-    QVERIFY(screen->label(u"版本号："_s + QString::fromUtf8(PROGRAM_VERSION)) != nullptr);
-    QVERIFY(screen->line(u"客服邮箱："_s + email) != nullptr);
-    QVERIFY(screen->line(u"服务帮助："_s + website + u"（仅技术支持与使用说明）"_s) != nullptr);
-    click(screen->line(u"客服邮箱："_s + email));
-    QCOMPARE(QGuiApplication::clipboard()->text(), email);
-}
-
-void HelpViewTest::everyTextHasItsFontAndColour()
-{
-    const Drawing drawn{screen->view()};
-    const QColor primary = themeColor(ColorRole::primaryText);
-    QCOMPARE(drawn.lookOf(u"Quilmora"_s), Drawing::look(18, QFont::DemiBold, primary));
-    QCOMPARE(drawn.lookOf(u"版本号：1.0.0"_s),
-             Drawing::look(13, QFont::Normal, themeColor(ColorRole::secondaryText)));
-    for (ContactLine *contact : {screen->emailLine(), screen->websiteLine()}) {
-        const QString text = accessible::interfaceOf(contact)->text(QAccessible::Name);
-        QCOMPARE(drawn.lookOf(text), Drawing::look(13, QFont::Normal, primary));
-        // As high as the label of the same font.
-        QCOMPARE(contact->height(), screen->label(u"版本号：1.0.0"_s)->height());
+private Q_SLOTS:
+    void init()
+    {
+        QGuiApplication::clipboard()->clear();
+        open(HelpScreen::sample());
     }
-}
 
-void HelpViewTest::theLogoHasItsSizeAndRoundCorners()
-{
-    auto *logo = accessible::find<LogoView>(screen->window(), u"Quilmora"_s);
-    QCOMPARE(logo->size(), QSize(96, 96));
-    const QImage picture = Drawing{logo}.pixmaps().constFirst().pixmap.toImage();
-    QCOMPARE(picture.size(), QSize(96, 96));
-    QCOMPARE(CornerShape{picture.copy(0, 0, 48, 96)}.differenceFromCircle(20), QString{});
-}
+    void cleanup() { m_screen.reset(); }
 
-void HelpViewTest::theContentIsCentredWithEvenSpaces_data()
-{
-    QTest::addColumn<QSize>("size");
-    QTest::newRow("smallest window") << QSize{1000, 643};
-    QTest::newRow("large window") << QSize{1600, 943};
-}
-
-void HelpViewTest::theContentIsCentredWithEvenSpaces()
-{
-    QFETCH(const QSize, size);
-    screen->window()->resize(size);
-    QTRY_COMPARE(screen->view()->size(), size);
-    const QList<QWidget *> items{accessible::find<LogoView>(screen->window(), u"Quilmora"_s),
-                                 screen->label(u"Quilmora"_s), screen->label(u"版本号：1.0.0"_s),
-                                 screen->emailLine(), screen->websiteLine()};
-    for (const QWidget *item : items) {
-        const QRect place = placeIn(screen->view(), item);
-        QVERIFY(std::abs(2 * place.x() + place.width() - size.width()) <= 1);
-        QCOMPARE(place.size(), item->sizeHint());
+    void aTapCopiesExactlyTheAddress_data()
+    {
+        QTest::addColumn<bool>("isEmail");
+        QTest::addColumn<QString>("address");
+        QTest::newRow("email") << true << HelpScreen::sample().email;
+        QTest::newRow("website") << false << HelpScreen::sample().website;
     }
-    for (int i = 1; i < items.size(); ++i) {
-        const QRect above = placeIn(screen->view(), items.at(i - 1));
-        QCOMPARE(placeIn(screen->view(), items.at(i)).y() - above.y() - above.height(), 16);
+
+    void aTapCopiesExactlyTheAddress()
+    {
+        QFETCH(const bool, isEmail);
+        QFETCH(const QString, address);
+        QVERIFY(!m_screen->toast()->isVisible());
+        QCOMPARE(m_screen->toast()->message(), QString{});
+        auto *former = new QMimeData;
+        former->setHtml(u"<b>former</b>"_s);
+        former->setImageData(QImage{2, 2, QImage::Format_RGB32});
+        former->setUrls({QUrl{u"file:///former"_s}});
+        QGuiApplication::clipboard()->setMimeData(former);
+        click(isEmail ? m_screen->emailLine() : m_screen->websiteLine());
+        const QMimeData *now = QGuiApplication::clipboard()->mimeData();
+        QCOMPARE(now->formats(), QStringList{u"text/plain"_s});
+        QCOMPARE(now->data(u"text/plain"_s), address.toUtf8());
+        QCOMPARE(m_screen->toast()->message(), u"已复制："_s + address);
+        QVERIFY(m_screen->toast()->isUp());
     }
-    const int top = placeIn(screen->view(), items.constFirst()).y();
-    const QRect last = placeIn(screen->view(), items.constLast());
-    QVERIFY(std::abs(top - (size.height() - last.y() - last.height())) <= 1);
-}
 
-void HelpViewTest::theToastLiesAboveTheBottomAlsoAfterAResize()
-{
-    click(screen->emailLine());
-    for (const QSize size : {QSize{1600, 943}, QSize{1000, 643}}) {
-        screen->window()->resize(size);
-        QTRY_COMPARE(screen->view()->size(), size);
-        const QRect place = screen->toast()->geometry();
-        QCOMPARE(place.y() + place.height(), size.height() - 60);
-        QVERIFY(std::abs(2 * place.x() + place.width() - size.width()) <= 1);
-        QVERIFY(place.y() > placeIn(screen->view(), screen->websiteLine()).bottom());
+    void theTabKeyVisitsBothLinesAndReturnCopies()
+    {
+        m_screen->emailLine()->setFocus(Qt::TabFocusReason);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+        QCOMPARE(QGuiApplication::clipboard()->text(), HelpScreen::sample().email);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QVERIFY(m_screen->websiteLine()->hasFocus());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        QCOMPARE(QGuiApplication::clipboard()->text(), HelpScreen::sample().website);
+        QVERIFY2(m_screen->websiteLine()->hasFocus(), "the toast takes no focus");
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QVERIFY(!m_screen->websiteLine()->hasFocus());
     }
-}
 
-void HelpViewTest::theFocusRingShowsOnlyAfterTheTabKey()
-{
-    const auto ringPixels = [this](QWidget *around) {
-        const QColor accent = themeColor(ColorRole::accent);
-        const QColor ring{accent.red(), accent.green(), accent.blue(), 230}; // 90 %
-        const QRect area = placeIn(screen->view(), around).adjusted(-10, -8, 10, 8);
-        return screenCapture::countOf(screenCapture::capture(screen->view()), ring, area, 3);
-    };
-    QCOMPARE(ringPixels(screen->emailLine()), 0);
-    click(screen->emailLine());
-    QCOMPARE(ringPixels(screen->emailLine()), 0);
-    screen->emailLine()->setFocus(Qt::OtherFocusReason);
-    QTest::keyClick(screen->emailLine(), Qt::Key_Tab);
-    QVERIFY(ringPixels(screen->websiteLine()) > screen->websiteLine()->width());
-    QCOMPARE(ringPixels(screen->emailLine()), 0);
-    // It lies around the text, not on it.
-    const QImage inside =
-        screenCapture::capture(screen->view()).copy(placeIn(screen->view(), screen->websiteLine()));
-    const QColor accent = themeColor(ColorRole::accent);
-    QCOMPARE(screenCapture::countOf(inside, {accent.red(), accent.green(), accent.blue(), 230}, {}, 20), 0);
-    screen->websiteLine()->clearFocus();
-    QCOMPARE(ringPixels(screen->websiteLine()), 0);
-}
+    void withoutAnyLogoThePageShowsTheSymbolIn96By96()
+    {
+        AboutInformation contents = HelpScreen::sample();
+        contents.logo = {{u"/nowhere"_s}, u":/nothing.png"_s};
+        open(contents);
+        auto *logo = accessible::find<LogoView>(m_screen->window(), u"Quilmora"_s);
+        QCOMPARE(logo->size(), QSize(96, 96));
+        const QImage symbol =
+            Symbol::pixmap(u"sparkles.rectangle.stack.fill"_s, 96, themeColor(ColorRole::primaryText), 1.0)
+                .toImage()
+                .convertToFormat(QImage::Format_ARGB32);
+        QVERIFY(screenCapture::countOf(symbol, Qt::transparent) < 96 * 96 / 2);
+        QCOMPARE(screenCapture::capture(logo), symbol);
+    }
 
-void HelpViewTest::theFocusRingIsPaintedAtOnce()
-{
-    // The window has drawn itself before.
-    const PaintedArea first{screen->view()};
-    screen->view()->update();
-    QTRY_VERIFY(!first.area.isEmpty());
-    for (const bool comes : {true, false}) {
-        const PaintedArea painted{screen->view()};
-        if (comes) {
-            screen->websiteLine()->setFocus(Qt::TabFocusReason);
-        } else {
-            screen->websiteLine()->clearFocus();
+    void thePageSaysWhatTheBuildWasGiven()
+    {
+        open(AboutInformation::current());
+        const QString email = QString::fromUtf8(SUPPORT_EMAIL);
+        const QString website = QString::fromUtf8(WEBSITE);
+        QVERIFY(m_screen->label(u"版本号："_s + QString::fromUtf8(PROGRAM_VERSION)) != nullptr);
+        QVERIFY(m_screen->line(u"客服邮箱："_s + email) != nullptr);
+        QVERIFY(m_screen->line(u"服务帮助："_s + website + u"（仅技术支持与使用说明）"_s) != nullptr);
+        click(m_screen->line(u"客服邮箱："_s + email));
+        QCOMPARE(QGuiApplication::clipboard()->text(), email);
+        QCOMPARE(AboutInformation::current().toastStay, 1500ms);
+        AboutInformation contents = HelpScreen::sample();
+        contents.toastStay = 1ms;
+        open(contents);
+        click(m_screen->emailLine());
+        QTRY_VERIFY_WITH_TIMEOUT(!m_screen->toast()->isUp(), 1400);
+    }
+
+    void everyTextHasItsFontAndColor()
+    {
+        const Drawing drawn{m_screen->view()};
+        const QColor primary = themeColor(ColorRole::primaryText);
+        QCOMPARE(drawn.lookOf(u"Quilmora"_s), Drawing::look(18, QFont::DemiBold, primary));
+        QCOMPARE(drawn.lookOf(u"版本号：1.0.0"_s),
+                 Drawing::look(13, QFont::Normal, ColorRole::secondaryText));
+        for (ContactLine *contact : {m_screen->emailLine(), m_screen->websiteLine()}) {
+            const QString text = accessible::interfaceOf(contact)->text(QAccessible::Name);
+            QCOMPARE(drawn.lookOf(text), Drawing::look(13, QFont::Normal, primary));
+            // As high as the label of the same font.
+            QCOMPARE(contact->height(), m_screen->label(u"版本号：1.0.0"_s)->height());
         }
-        const QRect ring = placeIn(screen->view(), screen->websiteLine()).adjusted(-5, -5, 5, 5);
-        QTRY_VERIFY(painted.area.intersected(ring) == QRegion{ring});
     }
-}
 
-void HelpViewTest::aVeryLongWebsiteIsReadableAsAWhole()
-{
-    HelpContents contents = HelpScreen::sample();
-    contents.website = u"https://quilmora.example/"_s + QString{175, u'w'};
-    QCOMPARE(contents.website.size(), 200);
-    open(contents);
-    ContactLine *website = screen->line(u"服务帮助："_s + contents.website + u"（仅技术支持与使用说明）"_s);
-    QCOMPARE(screen->window()->size(), QSize(1000, 643));
-    const QRect place = placeIn(screen->view(), website);
-    QVERIFY(screen->view()->rect().adjusted(20, 20, -20, -20).contains(place));
-    QVERIFY(place.height() >= 2 * screen->emailLine()->height());
-    QCOMPARE(website->height(), website->heightForWidth(website->width()));
-    QCOMPARE(place.y() - screen->emailLine()->geometry().bottom() - 1, 16);
-    click(website);
-    QCOMPARE(QGuiApplication::clipboard()->text(), contents.website);
-    QVERIFY(screen->view()->rect().contains(screen->toast()->geometry()));
-    QVERIFY(!screen->toast()->geometry().intersects(place));
-}
+    void theLogoHasItsSizeAndRoundCorners()
+    {
+        auto *logo = accessible::find<LogoView>(m_screen->window(), u"Quilmora"_s);
+        QCOMPARE(logo->size(), QSize(96, 96));
+        const QImage picture = Drawing{logo}.pixmaps().constFirst().pixmap.toImage();
+        QCOMPARE(picture.size(), QSize(96, 96));
+        QCOMPARE(CornerShape{picture.copy(0, 0, 48, 96)}.differenceFromCircle(20), QString{});
+    }
 
-int main(int argc, char *argv[])
-{
-    return runScreenTest<HelpViewTest>(argc, argv);
-}
+    void theContentIsCentredWithEvenSpaces_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::newRow("smallest window") << QSize{1000, 643};
+        QTest::newRow("large window") << QSize{1600, 943};
+    }
+
+    void theContentIsCentredWithEvenSpaces()
+    {
+        QFETCH(const QSize, size);
+        click(m_screen->emailLine());
+        m_screen->window()->resize(size);
+        QTRY_COMPARE(m_screen->view()->size(), size);
+        const QList<QWidget *> items{accessible::find<LogoView>(m_screen->window(), u"Quilmora"_s),
+                                     m_screen->label(u"Quilmora"_s), m_screen->label(u"版本号：1.0.0"_s),
+                                     m_screen->emailLine(), m_screen->websiteLine()};
+        for (const QWidget *item : items) {
+            const QRect place = placeIn(m_screen->view(), item);
+            QVERIFY(std::abs(2 * place.x() + place.width() - size.width()) <= 1);
+            QCOMPARE(place.size(), item->sizeHint());
+        }
+        QVERIFY(m_screen->toast()->y() > placeIn(m_screen->view(), m_screen->websiteLine()).bottom());
+        QCOMPARE(m_screen->toast()->geometry().bottom() + 1, size.height() - 60);
+        QVERIFY(std::abs(m_screen->toast()->x() + m_screen->toast()->geometry().right() + 1 - size.width()) <=
+                1);
+        for (int i = 1; i < items.size(); ++i) {
+            const QRect above = placeIn(m_screen->view(), items.at(i - 1));
+            QCOMPARE(placeIn(m_screen->view(), items.at(i)).y() - above.y() - above.height(), 16);
+        }
+        const int top = placeIn(m_screen->view(), items.constFirst()).y();
+        const QRect last = placeIn(m_screen->view(), items.constLast());
+        QVERIFY(std::abs(top - (size.height() - last.y() - last.height())) <= 1);
+    }
+
+    void theFocusRingShowsOnlyAfterTheTabKey()
+    {
+        const auto ringPixels = [this](QWidget *around) {
+            const QColor accent = themeColor(ColorRole::accent);
+            const QColor ring{accent.red(), accent.green(), accent.blue(), 230}; // 90 %
+            const QRect area = placeIn(m_screen->view(), around).adjusted(-10, -8, 10, 8);
+            return screenCapture::countOf(screenCapture::capture(m_screen->view()), ring, area, 3);
+        };
+        QCOMPARE(ringPixels(m_screen->emailLine()), 0);
+        click(m_screen->emailLine());
+        QCOMPARE(ringPixels(m_screen->emailLine()), 0);
+        m_screen->emailLine()->setFocus(Qt::OtherFocusReason);
+        QTest::keyClick(m_screen->emailLine(), Qt::Key_Tab);
+        QVERIFY(ringPixels(m_screen->websiteLine()) > m_screen->websiteLine()->width());
+        QCOMPARE(ringPixels(m_screen->emailLine()), 0);
+        // It lies around the text, not on it.
+        const QImage inside =
+            screenCapture::capture(m_screen->view()).copy(placeIn(m_screen->view(), m_screen->websiteLine()));
+        const QColor accent = themeColor(ColorRole::accent);
+        QCOMPARE(screenCapture::countOf(inside, {accent.red(), accent.green(), accent.blue(), 230}, {}, 20),
+                 0);
+        m_screen->websiteLine()->clearFocus();
+        QCOMPARE(ringPixels(m_screen->websiteLine()), 0);
+    }
+
+    void theFocusRingIsPaintedAtOnce()
+    {
+        // The window has drawn itself before.
+        const PaintedArea first{m_screen->view()};
+        m_screen->view()->update();
+        QTRY_VERIFY(!first.area.isEmpty());
+        for (const bool comes : {true, false}) {
+            const PaintedArea painted{m_screen->view()};
+            if (comes) {
+                m_screen->websiteLine()->setFocus(Qt::TabFocusReason);
+            } else {
+                m_screen->websiteLine()->clearFocus();
+            }
+            const QRect ring = placeIn(m_screen->view(), m_screen->websiteLine()).adjusted(-5, -5, 5, 5);
+            QTRY_VERIFY(painted.area.intersected(ring) == QRegion{ring});
+        }
+    }
+
+    void aVeryLongWebsiteIsReadableAsAWhole()
+    {
+        AboutInformation contents = HelpScreen::sample();
+        contents.website = u"https://quilmora.example/"_s + QString{175, u'w'};
+        QCOMPARE(contents.website.size(), 200);
+        open(contents);
+        ContactLine *website =
+            m_screen->line(u"服务帮助："_s + contents.website + u"（仅技术支持与使用说明）"_s);
+        QCOMPARE(m_screen->window()->size(), QSize(1000, 643));
+        const QRect place = placeIn(m_screen->view(), website);
+        QVERIFY(m_screen->view()->rect().adjusted(20, 20, -20, -20).contains(place));
+        QVERIFY(place.height() >= 2 * m_screen->emailLine()->height());
+        QCOMPARE(website->height(), website->heightForWidth(website->width()));
+        QCOMPARE(place.y() - m_screen->emailLine()->geometry().bottom() - 1, 16);
+        click(website);
+        QCOMPARE(QGuiApplication::clipboard()->text(), contents.website);
+        QVERIFY(m_screen->view()->rect().contains(m_screen->toast()->geometry()));
+        QVERIFY(!m_screen->toast()->geometry().intersects(place));
+    }
+
+private:
+    void open(const AboutInformation &contents)
+    {
+        m_screen.reset();
+        m_screen = std::make_unique<HelpScreen>(contents);
+    }
+
+    std::unique_ptr<HelpScreen> m_screen;
+};
+
+QUILMORA_TEST(HelpViewTest, runScreenTest)
 
 #include "HelpViewTest.moc"

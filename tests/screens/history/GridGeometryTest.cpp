@@ -1,5 +1,7 @@
 #include "screens/history/GridGeometry.h"
 
+#include "support/TestProgram.h"
+
 #include <QTest>
 
 #include <algorithm>
@@ -7,26 +9,6 @@
 #include <vector>
 
 using namespace quilmora;
-
-class GridGeometryTest final : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void fourEqualColumnsWhateverTheWidth_data();
-    void fourEqualColumnsWhateverTheWidth();
-    void aTileIsAQuarterOfWhatThreeGapsLeave();
-    void theFifthTileStartsTheSecondRow();
-    void theContentEndsBelowTheLastRow_data();
-    void theContentEndsBelowTheLastRow();
-    void everyPlaceOfATileBelongsToItAndGapsToNone();
-    void placesPastTheLastTileBelongToNone();
-    void aBandHoldsTheRowsThatReachIntoIt_data();
-    void aBandHoldsTheRowsThatReachIntoIt();
-    void aWidthThatIsTooSmallGivesNoUpsideDownTiles();
-    void aRowIsAsHighAsItsHighestTile();
-    void aHeightIsFoundAgainInRows();
-};
 
 namespace
 {
@@ -39,148 +21,123 @@ GridGeometry evenGrid(int width, std::size_t count)
 
 } // namespace
 
-void GridGeometryTest::fourEqualColumnsWhateverTheWidth_data()
+class GridGeometryTest final : public QObject
 {
-    QTest::addColumn<int>("width");
-    for (const int width : {1000, 1001, 1002, 1003, 1004, 1111, 1600, 2560, 5120}) {
-        QTest::addRow("%d", width) << width;
+    Q_OBJECT
+
+private Q_SLOTS:
+    void fourEqualColumnsWhateverTheWidth()
+    {
+        for (const int width : {1000, 1001, 1002, 1003, 1004, 1111, 1600, 2560, 5120}) {
+            const GridGeometry grid = evenGrid(width, 8);
+            const int side = (width - 64 - 3 * 16) / 4;
+            QCOMPARE(grid.tile(0), QRect(32, 0, side, side + 50));
+            for (int column = 1; column < 4; ++column) {
+                const QRect before = grid.tile(column - 1);
+                const QRect tile = grid.tile(column);
+                QCOMPARE(tile.size(), before.size());
+                QCOMPARE(tile.top(), 0);
+                // A width that four columns do not share evenly gives some gaps one more.
+                const int gap = tile.left() - before.right() - 1;
+                QVERIFY2(gap == 16 || (gap == 17 && (width - 112) % 4 != 0),
+                         qPrintable(QString::number(gap)));
+            }
+            const int rest = width - 32 - (grid.tile(3).right() + 1);
+            QVERIFY2(rest == 0 || rest == 1, qPrintable(QString::number(rest)));
+            QCOMPARE(grid.tile(4).topLeft(), QPoint(32, side + 50 + 16));
+        }
+        QCOMPARE(evenGrid(0, 4).tile(0).size(), QSize(10, 60));
     }
-}
 
-void GridGeometryTest::fourEqualColumnsWhateverTheWidth()
-{
-    QFETCH(const int, width);
-    const GridGeometry grid = evenGrid(width, 8);
-    QCOMPARE(grid.tile(0).left(), 32);
-    for (int column = 1; column < 4; ++column) {
-        const QRect before = grid.tile(column - 1);
-        const QRect tile = grid.tile(column);
-        QCOMPARE(tile.size(), before.size());
-        QCOMPARE(tile.top(), 0);
-        // A width that four columns do not share evenly gives some gaps one more.
-        const int gap = tile.left() - before.right() - 1;
-        QVERIFY2(gap == 16 || (gap == 17 && (width - 112) % 4 != 0), qPrintable(QString::number(gap)));
+    void theContentEndsBelowTheLastRow()
+    {
+        QCOMPARE(evenGrid(1000, 0).contentHeight(), 0);
+        const QList<std::pair<int, int>> rowsOf{{1, 1}, {4, 1}, {5, 2}, {10'000, 2500}};
+        for (const auto &[count, rows] : rowsOf) {
+            const GridGeometry grid = evenGrid(1000, static_cast<std::size_t>(count));
+            QCOMPARE(grid.contentHeight(), rows * 272 + (rows - 1) * 16 + 32);
+            QCOMPARE(grid.contentHeight(), grid.tile(count - 1).bottom() + 1 + 32);
+        }
     }
-    const int rest = width - 32 - (grid.tile(3).right() + 1);
-    QVERIFY2(rest == 0 || rest == 1, qPrintable(QString::number(rest)));
-}
 
-void GridGeometryTest::aTileIsAQuarterOfWhatThreeGapsLeave()
-{
-    const GridGeometry grid = evenGrid(1000, 1);
-    QCOMPARE(grid.tile(0), QRect(32, 0, (1000 - 64 - 3 * 16) / 4, (1000 - 64 - 3 * 16) / 4 + 50));
-}
-
-void GridGeometryTest::theFifthTileStartsTheSecondRow()
-{
-    const GridGeometry grid = evenGrid(1000, 5);
-    QCOMPARE(grid.tile(4).left(), grid.tile(0).left());
-    QCOMPARE(grid.tile(4).top(), grid.tile(0).bottom() + 1 + 16);
-    QCOMPARE(grid.tile(3).top(), 0);
-}
-
-void GridGeometryTest::theContentEndsBelowTheLastRow_data()
-{
-    QTest::addColumn<std::size_t>("count");
-    QTest::addColumn<int>("rows");
-    QTest::newRow("one") << std::size_t{1} << 1;
-    QTest::newRow("a full row") << std::size_t{4} << 1;
-    QTest::newRow("one more") << std::size_t{5} << 2;
-    QTest::newRow("ten thousand") << std::size_t{10'000} << 2500;
-}
-
-void GridGeometryTest::theContentEndsBelowTheLastRow()
-{
-    QFETCH(const std::size_t, count);
-    QFETCH(const int, rows);
-    const GridGeometry grid = evenGrid(1000, count);
-    QCOMPARE(grid.contentHeight(), rows * 272 + (rows - 1) * 16 + 32);
-    QCOMPARE(grid.contentHeight(), grid.tile(static_cast<int>(count) - 1).bottom() + 1 + 32);
-}
-
-void GridGeometryTest::everyPlaceOfATileBelongsToItAndGapsToNone()
-{
-    const GridGeometry grid = evenGrid(1003, 9);
-    for (int position = 0; position < 9; ++position) {
-        const QRect tile = grid.tile(position);
-        QCOMPARE(grid.positionAt(tile.topLeft()), position);
-        QCOMPARE(grid.positionAt(tile.bottomRight()), position);
-        QCOMPARE(grid.positionAt(tile.topLeft() - QPoint{1, 0}), -1);
-        QCOMPARE(grid.positionAt(tile.bottomRight() + QPoint{0, 1}), -1);
+    void everyPlaceOfATileBelongsToItAndGapsToNone()
+    {
+        const GridGeometry grid = evenGrid(1003, 9);
+        for (int position = 0; position < 9; ++position) {
+            const QRect tile = grid.tile(position);
+            QCOMPARE(grid.positionAt(tile.topLeft()), position);
+            QCOMPARE(grid.positionAt(tile.bottomRight()), position);
+            QCOMPARE(grid.positionAt(tile.topLeft() - QPoint{1, 0}), -1);
+            QCOMPARE(grid.positionAt(tile.bottomRight() + QPoint{0, 1}), -1);
+        }
     }
-}
 
-void GridGeometryTest::placesPastTheLastTileBelongToNone()
-{
-    const GridGeometry grid = evenGrid(1000, 2);
-    const QPoint toNextColumn = grid.tile(1).topLeft() - grid.tile(0).topLeft();
-    QCOMPARE(grid.positionAt(grid.tile(1).center() + toNextColumn), -1);
-    QCOMPARE(grid.positionAt(grid.tile(0).center() + QPoint{0, 288}), -1);
-    QCOMPARE(grid.positionAt({100, -1}), -1);
-    QCOMPARE(evenGrid(1000, 0).positionAt({100, 100}), -1);
-    QCOMPARE(evenGrid(1000, 0).contentHeight(), 0);
-}
-
-void GridGeometryTest::aBandHoldsTheRowsThatReachIntoIt_data()
-{
-    QTest::addColumn<int>("top");
-    QTest::addColumn<int>("bottom");
-    QTest::addColumn<int>("first");
-    QTest::addColumn<int>("end");
-    // A row is 272 high, and 16 lie between rows.
-    QTest::newRow("nothing") << 0 << 0 << 0 << 0;
-    QTest::newRow("one line") << 0 << 1 << 0 << 4;
-    QTest::newRow("the first row") << 0 << 288 << 0 << 4;
-    QTest::newRow("a line of the second") << 0 << 289 << 0 << 8;
-    QTest::newRow("from inside the first") << 271 << 600 << 0 << 10;
-    QTest::newRow("from the second") << 288 << 600 << 4 << 10;
-    QTest::newRow("behind the end") << 5000 << 6000 << 10 << 10;
-    QTest::newRow("above the start") << -100 << 10 << 0 << 4;
-}
-
-void GridGeometryTest::aBandHoldsTheRowsThatReachIntoIt()
-{
-    QFETCH(const int, top);
-    QFETCH(const int, bottom);
-    QFETCH(const int, first);
-    QFETCH(const int, end);
-    QCOMPARE(evenGrid(1000, 10).positionsIn(top, bottom), (std::pair{first, end}));
-}
-
-void GridGeometryTest::aWidthThatIsTooSmallGivesNoUpsideDownTiles()
-{
-    QCOMPARE(evenGrid(0, 4).tile(0).size(), QSize(10, 60));
-}
-
-void GridGeometryTest::aRowIsAsHighAsItsHighestTile()
-{
-    const GridGeometry grid{1000, {20, 20, 20, 20, 20, 40, 20, 20, 20}};
-    QCOMPARE(grid.tile(0).height(), 222 + 20);
-    QCOMPARE(grid.tile(4).top(), 222 + 20 + 16);
-    QCOMPARE(grid.tile(4).height(), 222 + 20);
-    QCOMPARE(grid.tile(5).height(), 222 + 40);
-    QCOMPARE(grid.tile(8).top(), grid.tile(5).bottom() + 1 + 16);
-    QCOMPARE(grid.rowHeight(0), 222 + 20 + 16);
-    QCOMPARE(grid.rowHeight(1), 222 + 40 + 16);
-    // The room below a tile that is not the highest one of its row belongs to none.
-    QCOMPARE(grid.positionAt(grid.tile(4).bottomLeft()), 4);
-    QCOMPARE(grid.positionAt(grid.tile(4).bottomLeft() + QPoint{0, 10}), -1);
-    QCOMPARE(grid.positionsIn(grid.tile(8).top() - 1, grid.tile(8).top() + 1), (std::pair{4, 9}));
-}
-
-void GridGeometryTest::aHeightIsFoundAgainInRows()
-{
-    const GridGeometry grid{1000, {20, 20, 20, 20, 40, 20, 20, 20, 20}};
-    QCOMPARE(grid.rowsAbove(0), 0.0);
-    QCOMPARE(grid.rowsAbove(grid.tile(4).top()), 1.0);
-    QCOMPARE(grid.rowsAbove(grid.tile(4).top() + grid.rowHeight(1) / 2), 1.5);
-    const int end = grid.contentHeight();
-    for (int y = 0; y < end; y += 7) {
-        QCOMPARE(grid.heightOf(grid.rowsAbove(y)), std::min(y, end - 16));
+    void placesPastTheLastTileBelongToNone()
+    {
+        const GridGeometry grid = evenGrid(1000, 2);
+        const QPoint toNextColumn = grid.tile(1).topLeft() - grid.tile(0).topLeft();
+        QCOMPARE(grid.positionAt(grid.tile(1).center() + toNextColumn), -1);
+        QCOMPARE(grid.positionAt(grid.tile(0).center() + QPoint{0, 288}), -1);
+        QCOMPARE(grid.positionAt({100, -1}), -1);
+        QCOMPARE(evenGrid(1000, 0).positionAt({100, 100}), -1);
     }
-    QCOMPARE(GridGeometry{}.rowsAbove(5), 0.0);
-    QCOMPARE(GridGeometry{}.heightOf(3.5), 0);
-}
 
-QTEST_APPLESS_MAIN(GridGeometryTest)
+    void aBandHoldsTheRowsThatReachIntoIt_data()
+    {
+        QTest::addColumn<int>("top");
+        QTest::addColumn<int>("bottom");
+        QTest::addColumn<int>("first");
+        QTest::addColumn<int>("end");
+        // A row is 272 high, and 16 lie between rows.
+        QTest::newRow("nothing") << 0 << 0 << 0 << 0;
+        QTest::newRow("one line") << 0 << 1 << 0 << 4;
+        QTest::newRow("the first row") << 0 << 288 << 0 << 4;
+        QTest::newRow("a line of the second") << 0 << 289 << 0 << 8;
+        QTest::newRow("from inside the first") << 271 << 600 << 0 << 10;
+        QTest::newRow("from the second") << 288 << 600 << 4 << 10;
+        QTest::newRow("behind the end") << 5000 << 6000 << 10 << 10;
+        QTest::newRow("above the start") << -100 << 10 << 0 << 4;
+    }
+
+    void aBandHoldsTheRowsThatReachIntoIt()
+    {
+        QFETCH(const int, top);
+        QFETCH(const int, bottom);
+        QFETCH(const int, first);
+        QFETCH(const int, end);
+        QCOMPARE(evenGrid(1000, 10).positionsIn(top, bottom), (std::pair{first, end}));
+    }
+
+    void aRowIsAsHighAsItsHighestTile()
+    {
+        const GridGeometry grid{1000, {20, 20, 20, 20, 20, 40, 20, 20, 20}};
+        QCOMPARE(grid.tile(0).height(), 222 + 20);
+        QCOMPARE(grid.tile(4).top(), 222 + 20 + 16);
+        QCOMPARE(grid.tile(4).height(), 222 + 20);
+        QCOMPARE(grid.tile(5).height(), 222 + 40);
+        QCOMPARE(grid.tile(8).top(), grid.tile(5).bottom() + 1 + 16);
+        QCOMPARE(grid.rowHeight(0), 222 + 20 + 16);
+        QCOMPARE(grid.rowHeight(1), 222 + 40 + 16);
+        // What lies below a tile that is not the highest one of its row belongs to none.
+        QCOMPARE(grid.positionAt(grid.tile(4).bottomLeft()), 4);
+        QCOMPARE(grid.positionAt(grid.tile(4).bottomLeft() + QPoint{0, 10}), -1);
+        QCOMPARE(grid.positionsIn(grid.tile(8).top() - 1, grid.tile(8).top() + 1), (std::pair{4, 9}));
+    }
+
+    void aHeightIsFoundAgainInRows()
+    {
+        const GridGeometry grid{1000, {20, 20, 20, 20, 40, 20, 20, 20, 20}};
+        QCOMPARE(grid.rowsAbove(0), 0.0);
+        QCOMPARE(grid.rowsAbove(grid.tile(4).top()), 1.0);
+        QCOMPARE(grid.rowsAbove(grid.tile(4).top() + grid.rowHeight(1) / 2), 1.5);
+        const int end = grid.contentHeight();
+        for (int y = 0; y < end; y += 7) {
+            QCOMPARE(grid.heightOf(grid.rowsAbove(y)), std::min(y, end - 16));
+        }
+        QCOMPARE(GridGeometry{}.rowsAbove(5), 0.0);
+        QCOMPARE(GridGeometry{}.heightOf(3.5), 0);
+    }
+};
+
+QUILMORA_TEST(GridGeometryTest, quilmora::test::runTest)
 #include "GridGeometryTest.moc"

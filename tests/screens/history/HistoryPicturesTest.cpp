@@ -1,10 +1,12 @@
-#include "HistoryScreen.h"
-#include "screens/common/Theme.h"
+#include "support/HistoryScreen.h"
 #include "support/SamplePictures.h"
 #include "support/ScreenCapture.h"
+#include "support/TestProgram.h"
+#include "ui/theme/Theme.h"
 
 #include <QFile>
 #include <QPaintEvent>
+#include <QPainter>
 #include <QScrollBar>
 
 using namespace Qt::StringLiterals;
@@ -19,9 +21,9 @@ namespace
 class FilledTiles final : public QObject
 {
 public:
-    explicit FilledTiles(HistoryScreen &historyScreen) : screen{historyScreen}
+    explicit FilledTiles(HistoryScreen &historyScreen) : m_screen{historyScreen}
     {
-        screen.grid()->viewport()->installEventFilter(this);
+        m_screen.grid()->viewport()->installEventFilter(this);
     }
 
     QList<int> positions;
@@ -31,8 +33,8 @@ protected:
     {
         if (event->type() == QEvent::Paint) {
             const QRect area = static_cast<QPaintEvent *>(event)->rect();
-            const QModelIndex index = screen.grid()->indexAt(area.center());
-            if (index.isValid() && screen.tileRect(index.row()) == area) {
+            const QModelIndex index = m_screen.grid()->indexAt(area.center());
+            if (index.isValid() && m_screen.tileRect(index.row()) == area) {
                 positions.append(index.row());
             }
         }
@@ -40,7 +42,7 @@ protected:
     }
 
 private:
-    HistoryScreen &screen;
+    HistoryScreen &m_screen;
 };
 
 } // namespace
@@ -50,176 +52,135 @@ class HistoryPicturesTest final : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { screen = std::make_unique<HistoryScreen>(); }
-    void cleanup() { screen.reset(); }
-    void aReplacedPictureShowsAtTheNextDrawing();
-    void aPictureOfTheSameSizeAndTimeIsSeenToBeAnother();
-    void aRemovedPictureShowsAtTheNextDrawing();
-    void anAddedPictureShowsAtTheNextDrawing();
-    void aPictureStandsUpright();
-    void onlyPicturesInSightAreRead();
-    void picturesComeOneByOneFromTheMiddleOutwards();
-    void picturesThatLeftTheSightAreDropped();
-    void anIdleGridReadsNothing();
-    void theTilesStayInSightWhenTheWindowGrows();
+    void init() { m_screen = std::make_unique<HistoryScreen>(); }
+    void cleanup() { m_screen.reset(); }
 
-private:
-    QColor middleOf(int position)
+    void aReplacedPictureShowsAtTheNextDrawing()
     {
-        const QRect tile = screen->tileRect(position);
-        return colorAt(screen->picture(), QPoint{tile.center().x(), tile.top() + tile.width() / 2});
+        m_screen->addCover(u"a.png"_s, {160, 90}, 1000, Qt::red);
+        m_screen->open();
+        QVERIFY(isClose(m_screen->middleColor(0), Qt::red));
+        m_screen->writeCover(u"a.png"_s, {90, 160}, Qt::blue);
+        // The old picture is gone at once, the new one comes as soon as it is read.
+        QVERIFY(!isClose(m_screen->middleColor(0), Qt::red));
+        QVERIFY(m_screen->waitUntilFilled());
+        QVERIFY(isClose(m_screen->middleColor(0), Qt::blue));
     }
 
-    std::unique_ptr<HistoryScreen> screen;
-};
+    void aPictureOfTheSameSizeAndTimeIsSeenToBeAnother()
+    {
+        const QString file = m_screen->addCover(u"a.png"_s, {160, 90}, 1000, Qt::red);
+        const auto writeBitmap = [&](const QColor &color) {
+            return samplePictures::plain({160, 90}, color).save(file, "bmp");
+        };
+        const QDateTime moment = QDateTime::fromSecsSinceEpoch(1'700'000'000);
+        const auto setTime = [&] {
+            QFile opened{file};
+            return opened.open(QIODevice::ReadWrite) &&
+                   opened.setFileTime(moment, QFileDevice::FileModificationTime);
+        };
+        QVERIFY(writeBitmap(Qt::red) && setTime());
+        const qint64 size = QFileInfo{file}.size();
+        m_screen->open();
+        QVERIFY(isClose(m_screen->middleColor(0), Qt::red));
+        QVERIFY(writeBitmap(Qt::blue) && setTime());
+        QCOMPARE(QFileInfo{file}.size(), size);
+        QVERIFY(m_screen->waitUntilFilled());
+        QVERIFY(isClose(m_screen->middleColor(0), Qt::blue));
+    }
 
-void HistoryPicturesTest::aReplacedPictureShowsAtTheNextDrawing()
-{
-    screen->addCover(u"a.png"_s, {160, 90}, 1000, Qt::red);
-    screen->open();
-    QVERIFY(isClose(middleOf(0), Qt::red));
-    screen->writeCover(u"a.png"_s, {90, 160}, Qt::blue);
-    // The old picture is gone at once, the new one comes as soon as it is read.
-    QVERIFY(!isClose(middleOf(0), Qt::red));
-    QVERIFY(screen->waitUntilFilled());
-    QVERIFY(isClose(middleOf(0), Qt::blue));
-}
+    void addedAndRemovedPicturesShowAtTheNextDrawing()
+    {
+        m_screen->addRow(u"p"_s, HistoryScreen::storedPath(u"late.png"_s), 1000);
+        m_screen->open();
+        QCOMPARE(countOf(m_screen->picture(), Qt::red), 0);
+        m_screen->writeCover(u"late.png"_s, {160, 90}, Qt::red);
+        QVERIFY(m_screen->waitUntilFilled());
+        QVERIFY(isClose(m_screen->middleColor(0), Qt::red));
+        QVERIFY(QFile::remove(m_screen->coverFile(u"late.png"_s)));
+        QCOMPARE(countOf(m_screen->picture(), Qt::red), 0);
+    }
 
-void HistoryPicturesTest::aPictureOfTheSameSizeAndTimeIsSeenToBeAnother()
-{
-    const QString file = screen->addCover(u"a.png"_s, {160, 90}, 1000, Qt::red);
-    const auto writeBitmap = [&](const QColor &color) {
-        QImage image{{160, 90}, QImage::Format_RGB32};
-        image.fill(color);
-        return image.save(file, "bmp");
-    };
-    const QDateTime moment = QDateTime::fromSecsSinceEpoch(1'700'000'000);
-    const auto setTime = [&] {
-        QFile opened{file};
-        return opened.open(QIODevice::ReadWrite) &&
-               opened.setFileTime(moment, QFileDevice::FileModificationTime);
-    };
-    QVERIFY(writeBitmap(Qt::red) && setTime());
-    const qint64 size = QFileInfo{file}.size();
-    screen->open();
-    QVERIFY(isClose(middleOf(0), Qt::red));
-    QVERIFY(writeBitmap(Qt::blue) && setTime());
-    QCOMPARE(QFileInfo{file}.size(), size);
-    QVERIFY(screen->waitUntilFilled());
-    QVERIFY(isClose(middleOf(0), Qt::blue));
-}
+    void aPictureStandsUpright()
+    {
+        // Left half red, right half blue, and a mark that it has to be turned a quarter to the right.
+        QImage image = samplePictures::plain({160, 160}, Qt::blue);
+        QPainter{&image}.fillRect(0, 0, 80, 160, Qt::red);
+        samplePictures::write(m_screen->coverFile(u"side.png"_s), samplePictures::sidewaysJpeg(image));
+        m_screen->addRow(u"p"_s, HistoryScreen::storedPath(u"side.png"_s), 1000);
+        m_screen->open();
+        const QRect tile = m_screen->tileRect(0);
+        const QImage picture = m_screen->picture();
+        const double x = tile.center().x();
+        QVERIFY(isClose(colorAt(picture, {x, tile.top() + tile.width() * 0.25}), Qt::red, 12));
+        QVERIFY(isClose(colorAt(picture, {x, tile.top() + tile.width() * 0.75}), Qt::blue, 12));
+    }
 
-void HistoryPicturesTest::aRemovedPictureShowsAtTheNextDrawing()
-{
-    const QString file = screen->addCover(u"a.png"_s, {160, 90}, 1000, Qt::red);
-    screen->open();
-    QVERIFY(QFile::remove(file));
-    QVERIFY(!isClose(middleOf(0), Qt::red));
-    QCOMPARE(countOf(screen->picture(), Qt::red), 0);
-}
-
-void HistoryPicturesTest::anAddedPictureShowsAtTheNextDrawing()
-{
-    screen->addRow(u"p"_s, u"~/Pictures/Quilmora/coverimg/late.png"_s, 1000);
-    screen->open();
-    QCOMPARE(countOf(screen->picture(), Qt::red), 0);
-    screen->writeCover(u"late.png"_s, {160, 90}, Qt::red);
-    QVERIFY(screen->waitUntilFilled());
-    QVERIFY(isClose(middleOf(0), Qt::red));
-}
-
-void HistoryPicturesTest::aPictureStandsUpright()
-{
-    // Left half red, right half blue, and a mark that it has to be turned a quarter to the right.
-    QImage image{{160, 160}, QImage::Format_RGB32};
-    image.fill(Qt::blue);
-    for (int y = 0; y < 160; ++y) {
-        for (int x = 0; x < 80; ++x) {
-            image.setPixel(x, y, qRgb(255, 0, 0));
+    void picturesComeOneByOneFromTheMiddleOutwards()
+    {
+        m_screen->addCovers(40);
+        m_screen->open({1000, 1000});
+        FilledTiles filled{*m_screen};
+        m_screen->grid()->verticalScrollBar()->setValue(m_screen->tileRect(20).top());
+        QVERIFY(m_screen->waitUntilFilled());
+        QVERIFY(filled.positions.size() >= 12);
+        const QPoint middle = m_screen->grid()->viewport()->rect().center();
+        int before = 0;
+        for (const int position : std::as_const(filled.positions)) {
+            const int distance = (m_screen->tileRect(position).center() - middle).manhattanLength();
+            QVERIFY2(distance + 2 >= before, qPrintable(QString::number(position)));
+            before = distance;
         }
     }
-    samplePictures::write(screen->coverFile(u"side.png"_s), samplePictures::sidewaysJpeg(image));
-    screen->addRow(u"p"_s, u"~/Pictures/Quilmora/coverimg/side.png"_s, 1000);
-    screen->open();
-    const QRect tile = screen->tileRect(0);
-    const QImage picture = screen->picture();
-    const double x = tile.center().x();
-    QVERIFY(isClose(colorAt(picture, {x, tile.top() + tile.width() * 0.25}), Qt::red, 12));
-    QVERIFY(isClose(colorAt(picture, {x, tile.top() + tile.width() * 0.75}), Qt::blue, 12));
-}
 
-void HistoryPicturesTest::onlyPicturesInSightAreRead()
-{
-    screen->addCovers(40);
-    screen->open({1000, 700});
-    FilledTiles filled{*screen};
-    QScrollBar *bar = screen->grid()->verticalScrollBar();
-    bar->setValue(bar->maximum());
-    QVERIFY(screen->waitUntilFilled());
-    QVERIFY(!filled.positions.isEmpty());
-    const int firstInSight = screen->grid()->indexAt({100, 10}).row();
-    for (const int position : std::as_const(filled.positions)) {
-        QVERIFY2(position >= firstInSight, qPrintable(QString::number(position)));
+    void onlyPicturesInSightAreRead_data()
+    {
+        QTest::addColumn<QList<int>>("places");
+        QTest::newRow("at the end") << QList<int>{100'000};
+        QTest::newRow("past others, before any of them could be read") << QList<int>{2000, 4000};
     }
-}
 
-void HistoryPicturesTest::picturesComeOneByOneFromTheMiddleOutwards()
-{
-    screen->addCovers(40);
-    screen->open({1000, 1000});
-    FilledTiles filled{*screen};
-    screen->grid()->verticalScrollBar()->setValue(screen->tileRect(20).top());
-    QVERIFY(screen->waitUntilFilled());
-    QVERIFY(filled.positions.size() >= 12);
-    const QPoint middle = screen->grid()->viewport()->rect().center();
-    int before = 0;
-    for (const int position : std::as_const(filled.positions)) {
-        const int distance = (screen->tileRect(position).center() - middle).manhattanLength();
-        QVERIFY2(distance + 2 >= before, qPrintable(QString::number(position)));
-        before = distance;
+    void onlyPicturesInSightAreRead()
+    {
+        QFETCH(const QList<int>, places);
+        m_screen->addCovers(100);
+        m_screen->open({1000, 700});
+        FilledTiles filled{*m_screen};
+        for (const int place : places) {
+            m_screen->grid()->verticalScrollBar()->setValue(place);
+            m_screen->grid()->viewport()->repaint();
+        }
+        const int first = m_screen->grid()->indexAt({100, 10}).row();
+        QVERIFY(first > 0);
+        QVERIFY(m_screen->waitUntilFilled());
+        QVERIFY(!filled.positions.isEmpty());
+        QVERIFY(*std::min_element(filled.positions.cbegin(), filled.positions.cend()) >= first);
     }
-}
 
-void HistoryPicturesTest::picturesThatLeftTheSightAreDropped()
-{
-    screen->addCovers(100);
-    screen->open({1000, 700});
-    FilledTiles filled{*screen};
-    QScrollBar *bar = screen->grid()->verticalScrollBar();
-    // Past many tiles and on, before any of them could be read.
-    for (const int place : {2000, 4000}) {
-        bar->setValue(place);
-        screen->grid()->viewport()->repaint();
+    void anIdleGridReadsNothing()
+    {
+        m_screen->addCovers(8);
+        m_screen->open();
+        FilledTiles filled{*m_screen};
+        QVERIFY(m_screen->waitUntilFilled());
+        QCOMPARE(filled.positions, QList<int>{});
+        QVERIFY(m_screen->grid()->isFilled());
     }
-    const int first = screen->grid()->indexAt({100, 10}).row();
-    QVERIFY(screen->waitUntilFilled());
-    QVERIFY(!filled.positions.isEmpty());
-    QVERIFY(*std::min_element(filled.positions.cbegin(), filled.positions.cend()) >= first);
-}
 
-void HistoryPicturesTest::anIdleGridReadsNothing()
-{
-    screen->addCovers(8);
-    screen->open();
-    FilledTiles filled{*screen};
-    QVERIFY(screen->waitUntilFilled());
-    QCOMPARE(filled.positions, QList<int>{});
-    QVERIFY(screen->grid()->isFilled());
-}
+    void theTilesStayInSightWhenTheWindowGrows()
+    {
+        m_screen->addCovers(400);
+        m_screen->open({1000, 700});
+        m_screen->grid()->verticalScrollBar()->setValue(m_screen->tileRect(200).top());
+        QCOMPARE(m_screen->grid()->indexAt({100, 5}).row(), 200);
+        m_screen->window.resize(1600, 1000);
+        QTRY_COMPARE(m_screen->grid()->width(), 1600);
+        QCOMPARE(m_screen->grid()->indexAt({100, 20}).row(), 200);
+    }
 
-void HistoryPicturesTest::theTilesStayInSightWhenTheWindowGrows()
-{
-    screen->addCovers(400);
-    screen->open({1000, 700});
-    screen->grid()->verticalScrollBar()->setValue(screen->tileRect(200).top());
-    QCOMPARE(screen->grid()->indexAt({100, 5}).row(), 200);
-    screen->window.resize(1600, 1000);
-    QTRY_COMPARE(screen->grid()->width(), 1600);
-    QCOMPARE(screen->grid()->indexAt({100, 20}).row(), 200);
-}
+private:
+    std::unique_ptr<HistoryScreen> m_screen;
+};
 
-int main(int argc, char **argv)
-{
-    return runScreenTest<HistoryPicturesTest>(argc, argv);
-}
+QUILMORA_TEST(HistoryPicturesTest, runScreenTest)
 #include "HistoryPicturesTest.moc"

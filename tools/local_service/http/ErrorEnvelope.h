@@ -3,7 +3,7 @@
 #include <QByteArray>
 #include <QString>
 
-namespace quilmora
+namespace quilmora::localservice
 {
 
 /// An error as the image service reports it: an HTTP status and a JSON body with one member "error".
@@ -16,16 +16,6 @@ struct ErrorEnvelope {
 
     /// 400: the member `param` is unknown, of a wrong type or has a bad value.
     static ErrorEnvelope invalidParameter(const QString &param, const QString &reason);
-    /// 401: no key or another one than the service's.
-    static ErrorEnvelope wrongKey();
-    /// 404: a model that this service does not offer.
-    static ErrorEnvelope unknownModel(const QString &model);
-    /// 404: nothing lives at this path.
-    static ErrorEnvelope unknownPath(const QString &path);
-    /// 405: the path is known, but not for this method.
-    static ErrorEnvelope wrongMethod(const QString &method);
-    /// 503: the service is going down while the request waits.
-    static ErrorEnvelope shuttingDown();
     /// Whatever the HTTP layer itself refused, for instance 413.
     static ErrorEnvelope ofStatus(int status);
 
@@ -33,4 +23,4 @@ struct ErrorEnvelope {
     QByteArray toJson(const QString &requestId) const;
 };
 
-} // namespace quilmora
+} // namespace quilmora::localservice

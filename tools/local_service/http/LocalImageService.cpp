@@ -1,8 +1,8 @@
 #include "local_service/http/LocalImageService.h"
 
-#include "local_service/http/GenerationHandler.h"
-
 #include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QUrl>
 
 #include <atomic>
@@ -13,7 +13,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
+namespace quilmora::localservice
 {
 namespace
 {
@@ -35,83 +35,19 @@ void send(httplib::Response &response, const GenerationHandler::Reply &reply)
                          "application/json; charset=utf-8");
 }
 
-QByteArray headerOf(const httplib::Request &request, const char *name)
+QByteArray toJson(const GenerationHandler::Counts &counts)
 {
-    return QByteArray::fromStdString(request.get_header_value(name));
+    const QJsonObject object{{u"requests"_s, counts.requests},
+                             {u"answered"_s, counts.answered},
+                             {u"under_way"_s, counts.underWay},
+                             {u"most_at_once"_s, counts.mostAtOnce}};
+    return QJsonDocument{object}.toJson(QJsonDocument::Compact);
 }
 
-} // namespace
-
-class LocalImageService::Server final
+void sendPicture(const GenerationHandler &handler, const httplib::Request &request,
+                 httplib::Response &response)
 {
-public:
-    explicit Server(const LocalServiceOptions &options) : m_wantedPort{options.port}, m_handler{options}
-    {
-        configure();
-        addRoutes();
-    }
-    ~Server() { stop(); }
-    Q_DISABLE_COPY_MOVE(Server)
-
-    quint16 start();
-    void stop();
-    quint16 port() const { return m_port; }
-    const ServiceCounters &counters() const { return m_handler.counters(); }
-
-private:
-    void configure();
-    void addRoutes();
-    void sendPicture(const httplib::Request &request, httplib::Response &response);
-    void explainError(const httplib::Request &request, httplib::Response &response);
-
-    const quint16 m_wantedPort;
-    quint16 m_port = 0;
-    GenerationHandler m_handler;
-    httplib::Server m_http;
-    std::atomic<bool> m_ended = false;
-    std::thread m_listener;
-};
-
-void LocalImageService::Server::configure()
-{
-    // The library's own choice lets a second service share a taken port, and half the requests go there.
-    m_http.set_socket_options([](auto socket) {
-        const int yes = 1;
-        setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
-    });
-    m_http.set_payload_max_length(largestBody);
-    // One request a connection: an idle kept-alive connection would hold a thread.
-    m_http.set_keep_alive_max_count(1);
-    m_http.set_tcp_nodelay(true);
-    m_http.set_read_timeout(seconds);
-    m_http.set_write_timeout(seconds);
-    m_http.new_task_queue = [] {
-        return new httplib::ThreadPool{threads};
-    };
-}
-
-void LocalImageService::Server::addRoutes()
-{
-    m_http.Post(generationPath, [this](const httplib::Request &request, httplib::Response &response) {
-        send(response,
-             m_handler.handle({headerOf(request, "Authorization"), headerOf(request, "Content-Type"),
-                               QByteArray::fromStdString(request.body)}));
-    });
-    m_http.Get(statsPath, [this](const httplib::Request &, httplib::Response &response) {
-        send(response, {200, counters().toJson()});
-    });
-    m_http.Get(picturesPattern, [this](const httplib::Request &request, httplib::Response &response) {
-        sendPicture(request, response);
-    });
-    m_http.set_error_handler([this](const httplib::Request &request, httplib::Response &response) {
-        explainError(request, response);
-    });
-}
-
-void LocalImageService::Server::sendPicture(const httplib::Request &request, httplib::Response &response)
-{
-    const QString name = QFileInfo{QString::fromStdString(request.path)}.baseName();
-    const QByteArray picture = m_handler.pictures().find(name);
+    const QByteArray picture = handler.picture(QFileInfo{QString::fromStdString(request.path)}.baseName());
     if (picture.isEmpty()) {
         response.status = 404;
         return;
@@ -119,31 +55,92 @@ void LocalImageService::Server::sendPicture(const httplib::Request &request, htt
     response.set_content(picture.constData(), static_cast<std::size_t>(picture.size()), "image/jpeg");
 }
 
-/// Called for every status of 400 and above: those of the handlers have a body already.
-void LocalImageService::Server::explainError(const httplib::Request &request, httplib::Response &response)
+/// Called for every status of 400 and above: those of the handler have a body already.
+void explainError(GenerationHandler &handler, const httplib::Request &request, httplib::Response &response)
 {
     if (!response.body.empty()) {
         return;
     }
+    const bool isGeneration = request.path == generationPath;
     if (response.status != 404) {
-        send(response, m_handler.refuse(ErrorEnvelope::ofStatus(response.status)));
-    } else if (request.path == generationPath) {
-        response.set_header("Allow", "POST");
-        send(response, m_handler.refuse(ErrorEnvelope::wrongMethod(QString::fromStdString(request.method))));
-    } else if (request.path == statsPath && request.method != "GET") {
-        response.set_header("Allow", "GET");
-        send(response, m_handler.refuse(ErrorEnvelope::wrongMethod(QString::fromStdString(request.method))));
+        send(response, handler.refuse(ErrorEnvelope::ofStatus(response.status)));
+    } else if (isGeneration || (request.path == statsPath && request.method != "GET")) {
+        response.set_header("Allow", isGeneration ? "POST" : "GET");
+        const QString code = u"MethodNotAllowed"_s;
+        const QString message = u"The method %1 is not allowed for this path."_s;
+        send(response,
+             handler.refuse({405, code, message.arg(QString::fromStdString(request.method)), {}, code}));
     } else {
-        send(response, m_handler.refuse(ErrorEnvelope::unknownPath(QString::fromStdString(request.path))));
+        const QString code = u"NotFound"_s;
+        const QString message = u"There is nothing at the path %1."_s;
+        send(response,
+             handler.refuse({404, code, message.arg(QString::fromStdString(request.path)), {}, code}));
     }
 }
 
-quint16 LocalImageService::Server::start()
+} // namespace
+
+struct LocalImageService::Listener {
+    httplib::Server http;
+    std::thread thread;
+    std::atomic<bool> ended = false;
+};
+
+LocalImageService::LocalImageService(const LocalServiceOptions &options)
+    : m_wantedPort{options.port},
+      m_handler{options},
+      m_listener{std::make_unique<Listener>()}
 {
+    httplib::Server &http = m_listener->http;
+    // The library's own choice lets a second service share a taken port, and half the requests go there.
+    http.set_socket_options([](auto socket) {
+        const int yes = 1;
+        setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+    });
+    http.set_payload_max_length(largestBody);
+    // One request a connection: an idle kept-alive connection would hold a thread.
+    http.set_keep_alive_max_count(1);
+    http.set_tcp_nodelay(true);
+    http.set_read_timeout(seconds);
+    http.set_write_timeout(seconds);
+    http.new_task_queue = [] {
+        return new httplib::ThreadPool{threads};
+    };
+    addRoutes();
+}
+
+LocalImageService::~LocalImageService()
+{
+    stop();
+}
+
+void LocalImageService::addRoutes()
+{
+    httplib::Server &http = m_listener->http;
+    http.Post(generationPath, [this](const httplib::Request &request, httplib::Response &response) {
+        const std::string key = request.get_header_value("Authorization");
+        const std::string type = request.get_header_value("Content-Type");
+        send(response, m_handler.handle({QByteArray::fromStdString(key), QByteArray::fromStdString(type),
+                                         QByteArray::fromStdString(request.body)}));
+    });
+    http.Get(statsPath, [this](const httplib::Request &, httplib::Response &response) {
+        send(response, {200, toJson(counts())});
+    });
+    http.Get(picturesPattern, [this](const httplib::Request &request, httplib::Response &response) {
+        sendPicture(m_handler, request, response);
+    });
+    http.set_error_handler([this](const httplib::Request &request, httplib::Response &response) {
+        explainError(m_handler, request, response);
+    });
+}
+
+quint16 LocalImageService::start()
+{
+    httplib::Server &http = m_listener->http;
     int bound = -1;
     if (m_wantedPort == 0) {
-        bound = m_http.bind_to_any_port(host);
-    } else if (m_http.bind_to_port(host, m_wantedPort)) {
+        bound = http.bind_to_any_port(host);
+    } else if (http.bind_to_port(host, m_wantedPort)) {
         bound = m_wantedPort;
     }
     if (bound <= 0) {
@@ -151,76 +148,30 @@ quint16 LocalImageService::Server::start()
     }
     m_port = static_cast<quint16>(bound);
     m_handler.setPictureAddress(u"http://%1:%2/pictures/"_s.arg(QLatin1StringView{host}).arg(m_port));
-    m_listener = std::thread{[this] {
-        m_http.listen_after_bind();
-        m_ended = true;
+    m_listener->thread = std::thread{[this] {
+        m_listener->http.listen_after_bind();
+        m_listener->ended = true;
     }};
     // A stop() before the listener runs would be lost, and the listener would never end.
-    while (!m_http.is_running() && !m_ended) {
+    while (!http.is_running() && !m_listener->ended) {
         std::this_thread::sleep_for(std::chrono::milliseconds{1});
     }
     return m_port;
 }
 
-void LocalImageService::Server::stop()
-{
-    m_handler.shutDown();
-    if (m_listener.joinable()) {
-        m_http.stop();
-        m_listener.join();
-    }
-}
-
-LocalImageService::LocalImageService(const LocalServiceOptions &options)
-    : m_server{std::make_unique<Server>(options)}
-{
-}
-
-LocalImageService::~LocalImageService() = default;
-
-quint16 LocalImageService::start()
-{
-    return m_server->start();
-}
-
 void LocalImageService::stop()
 {
-    m_server->stop();
-}
-
-quint16 LocalImageService::port() const
-{
-    return m_server->port();
+    m_handler.shutDown();
+    if (m_listener->thread.joinable()) {
+        m_listener->http.stop();
+        m_listener->thread.join();
+    }
 }
 
 QUrl LocalImageService::endpoint() const
 {
-    QUrl url;
-    url.setScheme(u"http"_s);
-    url.setHost(QString::fromLatin1(host));
-    url.setPort(port());
-    url.setPath(QString::fromLatin1(generationPath));
-    return url;
+    return QUrl{
+        u"http://%1:%2%3"_s.arg(QLatin1StringView{host}).arg(m_port).arg(QLatin1StringView{generationPath})};
 }
 
-int LocalImageService::requestCount() const
-{
-    return m_server->counters().requests();
-}
-
-int LocalImageService::answeredCount() const
-{
-    return m_server->counters().answered();
-}
-
-int LocalImageService::underWayCount() const
-{
-    return m_server->counters().underWay();
-}
-
-int LocalImageService::mostAtOnce() const
-{
-    return m_server->counters().mostAtOnce();
-}
-
-} // namespace quilmora
+} // namespace quilmora::localservice

@@ -1,14 +1,12 @@
 #pragma once
 
-#include "local_service/http/LocalServiceOptions.h"
-
-#include <QtGlobal>
+#include "local_service/http/GenerationHandler.h"
 
 #include <memory>
 
 class QUrl;
 
-namespace quilmora
+namespace quilmora::localservice
 {
 
 /// An HTTP server on 127.0.0.1 with the public interface of the image service. It composes the covers
@@ -30,18 +28,20 @@ public:
     /// Ends waiting requests with a 503 and returns when all threads are done.
     void stop();
 
-    quint16 port() const;
+    quint16 port() const { return m_port; }
     /// The address to send generation requests to. Valid after start().
     QUrl endpoint() const;
-
-    int requestCount() const;  ///< Generation requests received, good and bad.
-    int answeredCount() const; ///< Generation requests answered with a picture.
-    int underWayCount() const; ///< Generation requests being worked on now.
-    int mostAtOnce() const;    ///< The highest number of requests ever under way together.
+    GenerationHandler::Counts counts() const { return m_handler.counts(); }
 
 private:
-    class Server;
-    std::unique_ptr<Server> m_server;
+    struct Listener;
+
+    void addRoutes();
+
+    const quint16 m_wantedPort;
+    quint16 m_port = 0;
+    GenerationHandler m_handler;
+    const std::unique_ptr<Listener> m_listener; ///< Keeps the HTTP library out of this header.
 };
 
-} // namespace quilmora
+} // namespace quilmora::localservice

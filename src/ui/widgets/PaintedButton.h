@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QAbstractButton>
+
+namespace quilmora
+{
+
+/// A button that its subclasses paint. It shows the focus ring only to users of the keyboard. Return presses
+/// it like the space bar, and text that an input method composes is committed before the button acts.
+class PaintedButton : public QAbstractButton
+{
+    Q_OBJECT
+
+public:
+    PaintedButton(const QString &accessibleName, QWidget *parent);
+
+    bool showsFocus() const { return hasFocus() && m_focusByKeyboard; }
+
+protected:
+    /// With antialiasing.
+    virtual void paint(QPainter &painter) = 0;
+
+    void focusInEvent(QFocusEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    bool m_focusByKeyboard = false;
+};
+
+} // namespace quilmora
