@@ -68,10 +68,7 @@ private Q_SLOTS:
         m_storage.emplace(covers);
         m_generator.emplace();
         respondWith([](const ReceivedRequest &) { return pictureResponse(); });
-        m_server.emplace([this](const ReceivedRequest &request) {
-            const QMutexLocker lock{&m_mutex};
-            return m_script(request);
-        });
+        m_server.emplace([this](const ReceivedRequest &request) { return respond(request); });
         saveConfig(m_server->url().toString());
         m_states.clear();
         m_destroyedOn.clear();
@@ -315,6 +312,13 @@ private:
     {
         const QMutexLocker lock{&m_mutex};
         m_script = wanted;
+    }
+
+    /// Called on the server's thread.
+    ScriptedResponse respond(const ReceivedRequest &request)
+    {
+        const QMutexLocker lock{&m_mutex};
+        return m_script(request);
     }
 
     void makeFlow()

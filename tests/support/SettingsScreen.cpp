@@ -51,7 +51,7 @@ bool SettingsScreen::closeAlert()
     return QTest::qWaitFor([] { return openSheet() == nullptr; });
 }
 
-void SettingsScreen::appearAgain()
+void SettingsScreen::appearAgain() const
 {
     view->hide();
     view->show();

@@ -39,7 +39,7 @@ public:
     static bool closeAlert();
 
     /// Leaves the screen and comes back.
-    void appearAgain();
+    void appearAgain() const;
 
     const TemporaryHome home;
     DatabaseManager database;

@@ -74,24 +74,24 @@ private Q_SLOTS:
     void whatIsLeftOfAnEarlierGalleryGoes();
 
 private:
-    QStringList pictures() const { return folder.entryList({u"*.png"_s}, QDir::Files, QDir::Name); }
+    QStringList pictures() const { return m_folder.entryList({u"*.png"_s}, QDir::Files, QDir::Name); }
 
-    QTemporaryDir temporary;
-    QDir folder;
+    QTemporaryDir m_temporary;
+    QDir m_folder;
 };
 
 void GalleryTest::initTestCase()
 {
-    QVERIFY(temporary.isValid());
-    folder = QDir{temporary.filePath(u"gallery"_s)};
-    QVERIFY(folder.mkpath(u"."_s));
-    QFile leftover{folder.filePath(u"of-old.png"_s)};
+    QVERIFY(m_temporary.isValid());
+    m_folder = QDir{m_temporary.filePath(u"gallery"_s)};
+    QVERIFY(m_folder.mkpath(u"."_s));
+    QFile leftover{m_folder.filePath(u"of-old.png"_s)};
     QVERIFY(leftover.open(QIODevice::WriteOnly));
     leftover.close();
 
     QProcess program;
     program.setProcessChannelMode(QProcess::MergedChannels);
-    program.start(QStringLiteral(GALLERY_PROGRAM), {u"--quick"_s, folder.path()});
+    program.start(QStringLiteral(GALLERY_PROGRAM), {u"--quick"_s, m_folder.path()});
     QVERIFY(program.waitForFinished(longest));
     QVERIFY2(program.exitStatus() == QProcess::NormalExit && program.exitCode() == 0,
              program.readAll().constData());
@@ -109,7 +109,7 @@ void GalleryTest::thereIsAPictureOfEveryState()
 void GalleryTest::everyPictureShowsAWholeWindow()
 {
     for (const QString &name : pictures()) {
-        const QImage picture{folder.filePath(name)};
+        const QImage picture{m_folder.filePath(name)};
         QVERIFY2(picture.size() == usualSize, qUtf8Printable(name));
     }
 }
@@ -118,7 +118,7 @@ void GalleryTest::noTwoStatesLookAlike()
 {
     QHash<QByteArray, QString> seen;
     for (const QString &name : pictures()) {
-        const QImage picture = QImage{folder.filePath(name)}.convertToFormat(QImage::Format_RGB32);
+        const QImage picture = QImage{m_folder.filePath(name)}.convertToFormat(QImage::Format_RGB32);
         const QByteArray pixels{reinterpret_cast<const char *>(picture.constBits()), picture.sizeInBytes()};
         const QByteArray sum = QCryptographicHash::hash(pixels, QCryptographicHash::Sha256);
         QVERIFY2(!seen.contains(sum), qUtf8Printable(name + u" = "_s + seen.value(sum)));
@@ -128,7 +128,7 @@ void GalleryTest::noTwoStatesLookAlike()
 
 void GalleryTest::theIndexNamesExactlyThePicturesThatThereAre()
 {
-    QFile index{folder.filePath(u"index.html"_s)};
+    QFile index{m_folder.filePath(u"index.html"_s)};
     QVERIFY(index.open(QIODevice::ReadOnly));
     const QString html = QString::fromUtf8(index.readAll());
     static const QRegularExpression file{u"[a-z0-9@-]+\\.png"_s};
@@ -144,7 +144,7 @@ void GalleryTest::theIndexNamesExactlyThePicturesThatThereAre()
 
 void GalleryTest::whatIsLeftOfAnEarlierGalleryGoes()
 {
-    QVERIFY(!folder.exists(u"of-old.png"_s));
+    QVERIFY(!m_folder.exists(u"of-old.png"_s));
 }
 
 QUILMORA_TEST(GalleryTest, quilmora::test::runCoreTest)
