@@ -10,10 +10,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::bench
-{
-namespace
-{
+namespace quilmora::bench {
+namespace {
 
 constexpr QSize coverSize{2848, 1600};
 

@@ -4,8 +4,7 @@
 
 #include <QTemporaryDir>
 
-namespace quilmora::bench
-{
+namespace quilmora::bench {
 
 /// A database with covers and their files, which are all the same picture of 2848 x 1600 pixels.
 class BenchHistory final

@@ -9,8 +9,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::bench
-{
+namespace quilmora::bench {
 
 std::optional<QString> OneFileDialogs::chooseReferenceImage(QWidget * /*parent*/)
 {

@@ -10,8 +10,7 @@
 
 #include <memory>
 
-namespace quilmora::bench
-{
+namespace quilmora::bench {
 
 /// Answers every open panel with one file.
 class OneFileDialogs final : public FileDialogs

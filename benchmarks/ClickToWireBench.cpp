@@ -16,10 +16,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::bench
-{
-namespace
-{
+namespace quilmora::bench {
+namespace {
 
 QString written(const QTemporaryDir &folder, const QString &name, const QImage &image)
 {

@@ -10,10 +10,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::bench
-{
-namespace
-{
+namespace quilmora::bench {
+namespace {
 
 /// How often a picture is encoded: small ones more often, since a restless moment of the machine can last
 /// for several of their turns.

@@ -1,7 +1,6 @@
 #pragma once
 
-namespace quilmora::bench
-{
+namespace quilmora::bench {
 
 /// Encoding photos and covers as PNG against Qt: time, size, and the time until they are uploaded.
 void benchEncoder();

@@ -7,8 +7,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::bench
-{
+namespace quilmora::bench {
 
 FirstByteListener::FirstByteListener() : m_socket{::socket(AF_INET, SOCK_STREAM, 0)}
 {

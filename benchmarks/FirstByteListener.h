@@ -7,8 +7,7 @@
 #include <optional>
 #include <thread>
 
-namespace quilmora::bench
-{
+namespace quilmora::bench {
 
 /// Listens on loopback for one connection, on a thread of its own, and notes when its first byte comes. Then
 /// it hangs up.

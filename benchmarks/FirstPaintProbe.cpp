@@ -5,10 +5,8 @@
 #include <thread>
 #include <xcb/xcb.h>
 
-namespace quilmora::bench
-{
-namespace
-{
+namespace quilmora::bench {
+namespace {
 
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;

@@ -6,8 +6,7 @@
 
 struct xcb_connection_t;
 
-namespace quilmora::bench
-{
+namespace quilmora::bench {
 
 /// Sees on the X display when a program's first window has been painted, whatever the program is made with.
 class FirstPaintProbe final

@@ -18,10 +18,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::bench
-{
-namespace
-{
+namespace quilmora::bench {
+namespace {
 
 QString writePhoto(const QTemporaryDir &folder, QSize size)
 {

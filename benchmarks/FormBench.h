@@ -2,8 +2,7 @@
 
 class QTemporaryDir;
 
-namespace quilmora::bench
-{
+namespace quilmora::bench {
 
 /// The click on the button with a photo of 48 megapixels, against encoding it. Puts the photo into `folder`,
 /// as the others do with theirs.

@@ -22,10 +22,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::bench
-{
-namespace
-{
+namespace quilmora::bench {
+namespace {
 
 constexpr QSize windowSize{1600, 1000};
 constexpr int screenful = 16;

@@ -22,10 +22,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::bench
-{
-namespace
-{
+namespace quilmora::bench {
+namespace {
 
 constexpr QSize windowSize{1000, 700};
 // Enough to outlast the moments when a neighbour of a virtual machine fills the caches.

@@ -1,7 +1,6 @@
 #pragma once
 
-namespace quilmora::bench
-{
+namespace quilmora::bench {
 
 /// Opening the history screen with 10,000 covers against 10, in time and in memory, and opening a preview
 /// against decoding its picture.

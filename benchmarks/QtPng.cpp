@@ -2,8 +2,7 @@
 
 #include <QBuffer>
 
-namespace quilmora::bench
-{
+namespace quilmora::bench {
 
 QByteArray qtPng(const QImage &image)
 {

@@ -3,8 +3,7 @@
 #include <QByteArray>
 #include <QImage>
 
-namespace quilmora::bench
-{
+namespace quilmora::bench {
 
 /// `image` as a PNG file in the way that Qt writes it unless told otherwise.
 QByteArray qtPng(const QImage &image);

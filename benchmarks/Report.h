@@ -6,8 +6,7 @@
 #include <functional>
 #include <vector>
 
-namespace quilmora::bench
-{
+namespace quilmora::bench {
 
 double median(std::vector<double> values);
 

@@ -5,8 +5,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::bench::residentMemory
-{
+namespace quilmora::bench::residentMemory {
 
 void resetPeak()
 {

@@ -2,8 +2,7 @@
 
 /// The memory that this process keeps in the machine's main memory, in mebibytes; 0 where the system does not
 /// tell.
-namespace quilmora::bench::residentMemory
-{
+namespace quilmora::bench::residentMemory {
 
 /// Forgets the peak so far.
 void resetPeak();

@@ -21,10 +21,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::bench
-{
-namespace
-{
+namespace quilmora::bench {
+namespace {
 
 /// Milliseconds of processor time that this thread has used.
 double threadTime()

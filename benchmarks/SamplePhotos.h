@@ -5,8 +5,7 @@
 #include <QImage>
 #include <QSize>
 
-namespace quilmora::bench
-{
+namespace quilmora::bench {
 
 /// A picture such as a camera makes it: light that falls off, surfaces with texture, edges, writing, and
 /// grain that is stronger in the dark. It has been through JPEG, like every photo of a telephone. The same on

@@ -9,10 +9,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::bench
-{
-namespace
-{
+namespace quilmora::bench {
+namespace {
 
 /// A part of the way from 0 to 1.
 double part(std::mt19937 &random)

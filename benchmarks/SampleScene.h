@@ -5,8 +5,7 @@
 
 #include <random>
 
-namespace quilmora::bench
-{
+namespace quilmora::bench {
 
 /// What a picture shows: how much of it is smooth, how much is edges and fine texture, and how grainy it is.
 enum class Scene {

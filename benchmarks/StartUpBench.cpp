@@ -11,10 +11,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::bench
-{
-namespace
-{
+namespace quilmora::bench {
+namespace {
 
 /// What the store may take longer to open with that many covers than with none.
 constexpr double extraMilliseconds = 50;

@@ -3,8 +3,7 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
-namespace quilmora::bench
-{
+namespace quilmora::bench {
 
 /// A program with a window, started on the X display of the environment with the given home folder. Ended
 /// with all its children when this is destroyed.

@@ -16,10 +16,8 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace quilmora::bench
-{
-namespace
-{
+namespace quilmora::bench {
+namespace {
 
 void runFor(std::chrono::milliseconds time)
 {

@@ -1,7 +1,6 @@
 #pragma once
 
-namespace quilmora::bench
-{
+namespace quilmora::bench {
 
 /// How often the main thread wakes up in each state of each screen while nobody touches it. Qt's
 /// blinking cursor is switched off.

@@ -8,10 +8,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::bench
-{
-namespace
-{
+namespace quilmora::bench {
+namespace {
 
 NavTabButton &buttonOf(const gallery::ApplicationFixture &stage, NavigationTab tab)
 {

@@ -1,7 +1,6 @@
 #pragma once
 
-namespace quilmora::bench
-{
+namespace quilmora::bench {
 
 /// Time from the click on each tab to its painted screen, with an empty history.
 void benchTabs();

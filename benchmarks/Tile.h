@@ -3,8 +3,7 @@
 #include <cstddef>
 #include <vector>
 
-namespace quilmora::bench
-{
+namespace quilmora::bench {
 
 /// Values of a square, row by row.
 class Tile final

@@ -28,8 +28,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::bench;
 
-namespace
-{
+namespace {
 
 struct Bench {
     QString name;

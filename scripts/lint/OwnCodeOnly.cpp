@@ -8,8 +8,7 @@
 
 using namespace clang;
 
-namespace
-{
+namespace {
 
 /// Reports nothing: it keeps the other checks from walking through the system's headers, Qt's above all,
 /// where nothing that they find would be shown. That walk is two thirds of clang-tidy's time.

@@ -8,10 +8,8 @@
 
 #include <utility>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 QWidget *widgetAt(const QWindow &window, QPoint position)
 {

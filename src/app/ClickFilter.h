@@ -8,8 +8,7 @@ class QMouseEvent;
 class QWidget;
 class QWindow;
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// Delivers each press of a double or triple click only to the widget of the first press: the first click may
 /// have put another widget below the pointer. To be installed on the application object. Main thread only.

@@ -17,10 +17,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr QSize minimumWindowSize{1000, 700};
 /// For the frame of the window manager, whose size is unknown before the window is shown.

@@ -8,8 +8,7 @@
 
 class QVBoxLayout;
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The content of the main window: the navigation bar, and below it the screen of the selected tab. A screen
 /// is created when its tab is selected, and destroyed with its inputs when another one is.

@@ -10,10 +10,8 @@
 #include <QKeyEvent>
 #include <QPainter>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr int pixelSize = 13;
 constexpr QSize padding{14, 8};

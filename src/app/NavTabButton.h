@@ -3,8 +3,7 @@
 #include "app/NavigationTab.h"
 #include "ui/widgets/OptionButton.h"
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The button of one tab; checked while its screen is visible.
 class NavTabButton final : public OptionButton

@@ -2,8 +2,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
+namespace quilmora {
 
 std::optional<NavigationTab> NavigationTab::fromRawValue(const QString &title)
 {

@@ -6,8 +6,7 @@
 
 #include <optional>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// One of the four screens, known by its title.
 class NavigationTab final

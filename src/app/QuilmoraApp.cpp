@@ -25,10 +25,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 /// The whole form is visible.
 constexpr QSize comfortableSize{1100, 1080};

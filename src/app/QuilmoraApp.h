@@ -4,8 +4,7 @@
 
 #include <memory>
 
-namespace quilmora
-{
+namespace quilmora {
 
 class FileDialogs;
 class MainView;

@@ -14,10 +14,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr int barHeight = 56;
 constexpr int sidePadding = 8;

@@ -4,8 +4,7 @@
 
 #include <QWidget>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The bar above every screen: the brand on the left and the tabs in the middle.
 class TopNavigationBar final : public QWidget

@@ -3,8 +3,7 @@
 
 #include <cstdlib>
 
-namespace
-{
+namespace {
 
 QtMessageHandler defaultHandler = nullptr;
 

@@ -11,10 +11,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 bool isReadable(const QUrl &url)
 {

@@ -6,8 +6,7 @@
 #include <chrono>
 #include <optional>
 
-namespace quilmora
-{
+namespace quilmora {
 
 class CancellationToken;
 

@@ -4,8 +4,7 @@
 
 #include <atomic>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// Tells work on other threads that it is no longer wanted. All functions may be called from any thread.
 class CancellationToken final : public QObject

@@ -8,10 +8,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 QList<QImage> referenceImages(const CoverInputs &inputs)
 {

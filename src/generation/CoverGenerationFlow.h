@@ -8,8 +8,7 @@
 
 #include <memory>
 
-namespace quilmora
-{
+namespace quilmora {
 
 class DatabaseManager;
 class ImageGeneratorService;

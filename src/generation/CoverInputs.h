@@ -6,8 +6,7 @@
 #include <QImage>
 #include <QString>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// What the user chose and typed for one cover.
 struct CoverInputs {

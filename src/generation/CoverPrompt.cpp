@@ -8,10 +8,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 bool isBlankOrTab(QChar character)
 {

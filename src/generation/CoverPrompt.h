@@ -2,8 +2,7 @@
 
 #include <QString>
 
-namespace quilmora
-{
+namespace quilmora {
 
 struct CoverInputs;
 

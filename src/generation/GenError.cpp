@@ -2,8 +2,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
+namespace quilmora {
 
 GenError::GenError(Case kind) : m_errorCase{kind} {}
 

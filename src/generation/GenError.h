@@ -2,8 +2,7 @@
 
 #include <QString>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// What can go wrong in image generation, each case with the text that the user sees.
 class GenError final

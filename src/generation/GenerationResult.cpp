@@ -1,7 +1,6 @@
 #include "generation/GenerationResult.h"
 
-namespace quilmora
-{
+namespace quilmora {
 
 QString localizedDescription(const GenerationResult &result)
 {

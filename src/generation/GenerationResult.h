@@ -8,8 +8,7 @@
 #include <functional>
 #include <variant>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// A failure of the connection itself, in the platform's own words.
 struct TransportError {

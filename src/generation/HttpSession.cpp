@@ -10,10 +10,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr int maximumRedirects = 10;
 

@@ -9,8 +9,7 @@
 #include <chrono>
 #include <functional>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// Sends the requests of the application. Requests run side by side, each on a connection of its own, and are
 /// never repeated; redirects are followed within the same origin only. Belongs to one thread with an event

@@ -11,10 +11,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 /// How many answers may be decoded, or wait for a picture named by its address, at once. Far more than a user
 /// starts, so that a slow one never holds up another.

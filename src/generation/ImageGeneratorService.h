@@ -14,8 +14,7 @@
 
 #include <chrono>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The client of the image service. Requests go out from a thread of their own, answers are decoded on
 /// further threads, and results come back on the thread of this object, the main thread.

@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace quilmora
-{
+namespace quilmora {
 
 NonRewindableBody::NonRewindableBody(QByteArray bytes, QObject *parent)
     : QIODevice{parent},

@@ -3,8 +3,7 @@
 #include <QByteArray>
 #include <QIODevice>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The body of a request that must not be sent twice. QNetworkAccessManager silently repeats a request whose
 /// connection was lost before the answer, and for that rewinds its body: this one refuses, so the request

@@ -10,8 +10,7 @@
 
 class QNetworkReply;
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// What a request came to: the body of an answer of any HTTP status, nothing at all, or a failed connection.
 using HttpOutcome = std::variant<std::monostate, QByteArray, TransportError>;

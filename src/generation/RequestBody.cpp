@@ -10,10 +10,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr QByteArrayView dataUrlStart{"data:image/png;base64,"};
 

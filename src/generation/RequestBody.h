@@ -5,8 +5,7 @@
 #include <QList>
 #include <QString>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// One request of the image service.
 struct GenerationRequest {

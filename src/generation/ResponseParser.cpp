@@ -10,10 +10,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 namespace dom = simdjson::dom;
 using JsonValue = simdjson::simdjson_result<dom::element>;

@@ -8,8 +8,7 @@
 #include <functional>
 #include <optional>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// Reads a whole resource, blocking the calling thread; nothing when that fails.
 using ResourceReader = std::function<std::optional<QByteArray>(const QUrl &)>;

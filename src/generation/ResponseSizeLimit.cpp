@@ -3,10 +3,8 @@
 #include <QNetworkReply>
 #include <QVariant>
 
-namespace quilmora::responseSizeLimit
-{
-namespace
-{
+namespace quilmora::responseSizeLimit {
+namespace {
 
 /// Marks a reply that was given up; QNetworkAccessManager cannot be told why it is to abort.
 constexpr const char *mark = "exceedsResponseSizeLimit";

@@ -6,8 +6,7 @@ class QNetworkReply;
 
 /// No answer and no picture that an answer names may fill the memory: what grows beyond any cover is given
 /// up.
-namespace quilmora::responseSizeLimit
-{
+namespace quilmora::responseSizeLimit {
 
 /// The most bytes that are read of a body, unpacked. A cover of the largest size, uncompressed, with an alpha
 /// and 16 bits a sample, takes 49 million.

@@ -5,10 +5,8 @@
 #include <cstddef>
 #include <limits>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr float brightest = 255;
 

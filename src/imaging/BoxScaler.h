@@ -5,8 +5,7 @@
 
 #include <vector>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// Makes a picture smaller while its rows come in, from the top to the bottom: every pixel of the result is
 /// the mean of the area that it stands for. Holds one row of sums, never the large picture.

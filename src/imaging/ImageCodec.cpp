@@ -13,10 +13,8 @@
 #include <limits>
 #include <mutex>
 
-namespace quilmora::imageCodec
-{
-namespace
-{
+namespace quilmora::imageCodec {
+namespace {
 
 /// Qt refuses what takes more than a limit of the whole process, which would be too small for large photos.
 void allowBitmapsOf(qint64 pixels)

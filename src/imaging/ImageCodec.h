@@ -8,8 +8,7 @@
 
 /// Decoding of picture files into bitmaps and encoding of bitmaps as PNG, for the whole application.
 /// All functions may be called from any thread.
-namespace quilmora::imageCodec
-{
+namespace quilmora::imageCodec {
 
 /// Beyond these a picture is not decoded; unlimited unless given.
 struct Limits {

@@ -2,10 +2,8 @@
 
 #include <QFileInfo>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 /// Wider rows would take too long for a slice.
 constexpr int widest = 1 << 16;

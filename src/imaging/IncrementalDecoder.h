@@ -14,8 +14,7 @@
 #include <optional>
 #include <vector>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// Reads one picture file for a small place, in slices between which others may have their turn. A PNG of the
 /// common kind is reduced while its rows are read; every other picture is decoded in one slice. What is a

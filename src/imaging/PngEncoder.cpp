@@ -10,10 +10,8 @@
 #include <memory>
 #include <new>
 
-namespace quilmora::pngEncoder
-{
-namespace
-{
+namespace quilmora::pngEncoder {
+namespace {
 
 /// How large the residues of a grainy picture are on average, in quarters.
 constexpr quint64 grainyQuarters = 7;

@@ -7,8 +7,7 @@
 
 /// Writing of PNG files, for those who wait for it: several times faster than Qt's own writer, at a
 /// few percent of its size more (benchmarks/README.md).
-namespace quilmora::pngEncoder
-{
+namespace quilmora::pngEncoder {
 
 /// How hard the bytes are squeezed, from 1, the fastest, to 12. In grain there is nothing to be found that
 /// repeats, so looking for it only takes time; in smooth pictures there is.

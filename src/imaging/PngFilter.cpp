@@ -4,10 +4,8 @@
 #include <array>
 #include <limits>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 /// How many bytes go together: so many magnitudes fit a sum of 16 bits, of which vectors hold more.
 constexpr qsizetype block = 256;

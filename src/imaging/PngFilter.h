@@ -4,8 +4,7 @@
 
 #include <vector>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// Filters the rows of a PNG file, each with the one of the format's five filter types whose residues, taken
 /// as signed bytes, have the smallest sum of magnitudes. Every row is filtered with all five to find it. Rows

@@ -10,10 +10,8 @@
 
 // libpng reports errors by a jump past its own functions to the last setjmp. Between the two no object of
 // ours may need its destructor.
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 [[noreturn]] void fail(png_structp png, png_const_charp /*message*/)
 {

@@ -10,8 +10,7 @@ class QIODevice;
 struct png_struct_def;
 struct png_info_def;
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The rows of a PNG, one after the other from the top: for those who need not hold the whole picture. Only
 /// the common kind: what is interlaced or has a camera's orientation is left to other readers.

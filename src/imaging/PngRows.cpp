@@ -5,10 +5,8 @@
 
 #include <algorithm>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 /// Enough rows for a fast conversion, few enough for the processor's cache.
 constexpr int stripRows = 64;

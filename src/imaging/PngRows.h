@@ -2,8 +2,7 @@
 
 #include <QImage>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The pixels of an image as the rows of a PNG file: gray, RGB or RGBA with 8 or 16 bits a sample, whichever
 /// represents the image without loss. An alpha channel in which every pixel is opaque is left out. Rows are

@@ -5,12 +5,10 @@
 
 #include <variant>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// How far the generation on the generate screen has come; match it with std::visit or std::get_if.
-namespace generationState
-{
+namespace generationState {
 
 struct Idle {
 };

@@ -3,8 +3,7 @@
 #include <QList>
 #include <QString>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// A cover size that the user can choose: what its card shows, and the pixels to ask of the image service.
 struct CoverSize {

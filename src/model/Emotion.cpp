@@ -4,8 +4,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
+namespace quilmora {
 
 bool Emotion::isCustom() const
 {

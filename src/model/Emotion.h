@@ -3,8 +3,7 @@
 #include <QList>
 #include <QString>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// A facial expression that the user can choose; its name is the chip's label and the wording in the prompt.
 struct Emotion {

@@ -3,8 +3,7 @@
 #include "model/PictureLimits.h"
 #include "platform/UserFolders.h"
 
-namespace quilmora
-{
+namespace quilmora {
 
 QImage HistoryRecord::image() const
 {

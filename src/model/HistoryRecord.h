@@ -5,8 +5,7 @@
 #include <QImage>
 #include <QString>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// One generated cover of the history.
 struct HistoryRecord {

@@ -3,8 +3,7 @@
 #include "imaging/ImageCodec.h"
 
 /// How large pictures may be, so that none takes the machine's memory.
-namespace quilmora::pictureLimits
-{
+namespace quilmora::pictureLimits {
 
 /// Of the user's own files: photos and covers. Room for a photo of 200 megapixels.
 inline constexpr imageCodec::Limits file{qint64{256} << 20, qint64{512} << 20};

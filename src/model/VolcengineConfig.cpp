@@ -2,8 +2,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
+namespace quilmora {
 
 const QString &VolcengineConfig::defaultURL()
 {

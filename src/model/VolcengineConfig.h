@@ -2,8 +2,7 @@
 
 #include <QString>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// How to reach the image service; the user edits these on the settings screen.
 struct VolcengineConfig {

@@ -2,8 +2,7 @@
 
 class QCoreApplication;
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// Makes the platform's own texts (error messages, standard dialogs) Chinese whatever the user's locale is:
 /// with the catalogue inside the program, else the system's. To be called on the main thread before the first

@@ -1,7 +1,6 @@
 #pragma once
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The light or the dark look of a desktop.
 enum class ColorScheme { light, dark };

@@ -6,10 +6,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::console
-{
-namespace
-{
+namespace quilmora::console {
+namespace {
 
 bool isLineBreak(QChar character)
 {

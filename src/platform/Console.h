@@ -2,8 +2,7 @@
 
 #include <QString>
 
-namespace quilmora::console
-{
+namespace quilmora::console {
 
 /// Writes `text` to standard output in UTF-8 as exactly one line and flushes it; line breaks inside the text
 /// become blanks. A standard output that cannot be written is ignored.

@@ -1,7 +1,6 @@
 #pragma once
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// How far texts and borders stand out from what is behind them.
 enum class Contrast { normal, high };

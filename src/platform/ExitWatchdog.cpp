@@ -3,10 +3,8 @@
 #include <csignal>
 #include <unistd.h>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 volatile std::sig_atomic_t statusAtTheEnd = 0;
 

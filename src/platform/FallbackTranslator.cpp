@@ -4,10 +4,8 @@
 #include <array>
 #include <string_view>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 struct Entry {
     std::string_view context;

@@ -2,8 +2,7 @@
 
 #include <QTranslator>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// Chinese for those of the platform's texts that its own catalogue leaves in English (error messages,
 /// panels) or has in a wording unfit for us (commands of text menus).

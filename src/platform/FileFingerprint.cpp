@@ -4,10 +4,8 @@
 
 #include <sys/stat.h>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 qint64 nanoseconds(const timespec &moment)
 {

@@ -4,8 +4,7 @@
 
 #include <optional>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// Tells one state of a file from another: after any change of its content or its rights, or when another
 /// file has taken its name, the stamp differs.

@@ -3,10 +3,8 @@
 #include <QFile>
 #include <QFileInfo>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 bool writeWhole(QFile &file, const QByteArray &bytes)
 {

@@ -5,8 +5,7 @@
 
 #include <optional>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// Writes `bytes` to the file at `path`, replacing what was there. Gives the platform's description of the
 /// error when the file could not be written whole; a file cut short is removed again.

@@ -4,8 +4,7 @@
 #include <charconv>
 #include <string_view>
 
-namespace quilmora
-{
+namespace quilmora {
 
 QString shortestDecimal(double value)
 {

@@ -8,10 +8,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr int longestWait = 150; // milliseconds; the first window waits with it
 

@@ -9,8 +9,7 @@
 
 #include <optional>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The look that the user chose, as the desktop portal's settings tell it over D-Bus. Main thread only.
 class PortalAppearance final : public QObject

@@ -10,10 +10,8 @@
 #include "platform/PortalAppearance.h"
 #endif
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 #if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
 std::optional<ColorScheme> toolkitScheme()

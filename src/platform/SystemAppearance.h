@@ -7,8 +7,7 @@
 
 #include <optional>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The look that the system asks of its applications, as far as it states one otherwise than by its palette.
 /// Needs a QGuiApplication. Main thread only.

@@ -4,8 +4,7 @@
 
 #include <cmath>
 
-namespace quilmora
-{
+namespace quilmora {
 
 Timestamp now()
 {

@@ -4,8 +4,7 @@
 
 #include <chrono>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// A moment, counted in seconds with fractions since 1970-01-01 UTC.
 using Timestamp = std::chrono::time_point<std::chrono::system_clock, std::chrono::duration<double>>;

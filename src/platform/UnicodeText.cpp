@@ -2,10 +2,8 @@
 
 #include <algorithm>
 
-namespace quilmora::unicodeText
-{
-namespace
-{
+namespace quilmora::unicodeText {
+namespace {
 
 bool isReserved(QChar character)
 {

@@ -5,8 +5,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::userFolders
-{
+namespace quilmora::userFolders {
 
 QString home()
 {

@@ -3,8 +3,7 @@
 #include <QString>
 
 /// The current user's folders. All paths are absolute and without a final slash.
-namespace quilmora::userFolders
-{
+namespace quilmora::userFolders {
 
 /// The home folder.
 QString home();

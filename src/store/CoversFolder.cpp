@@ -4,8 +4,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::coversFolder
-{
+namespace quilmora::coversFolder {
 
 QString path()
 {

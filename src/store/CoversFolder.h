@@ -3,8 +3,7 @@
 #include <QString>
 
 /// The folder of the covers, and the form in which the history names what lies in it.
-namespace quilmora::coversFolder
-{
+namespace quilmora::coversFolder {
 
 /// "Quilmora/coverimg" in the user's pictures folder; absolute and without a final slash.
 QString path();

@@ -13,10 +13,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 /// Creates the folder if need be, closed to other users, and gives the path of the database file in it.
 QString databaseFileIn(const QString &folder)

@@ -7,8 +7,7 @@
 #include <QList>
 #include <QString>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// Everything that is kept across runs: the settings of the image service and the history of covers, in one
 /// SQLite file. No operation reports a failure: reads fall back to defaults or an empty list, failed writes

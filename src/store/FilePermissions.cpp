@@ -5,10 +5,8 @@
 
 #include <initializer_list>
 
-namespace quilmora::filePermissions
-{
-namespace
-{
+namespace quilmora::filePermissions {
+namespace {
 
 constexpr QFile::Permissions others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup |
                                       QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;

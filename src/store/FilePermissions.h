@@ -3,8 +3,7 @@
 #include <QString>
 
 /// The database holds the key in plain text: nobody but its owner is to read it.
-namespace quilmora::filePermissions
-{
+namespace quilmora::filePermissions {
 
 /// Takes every right from others at the folder and the file of the database and at the files that SQLite puts
 /// beside it, as far as they are there. A folder that was open to others gets all rights for its owner; a

@@ -5,8 +5,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
+namespace quilmora {
 
 QString historyInsertion(const QString &prompt, const QString &imagePath, Timestamp createdAt,
                          const QString &modelID)

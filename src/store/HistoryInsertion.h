@@ -4,8 +4,7 @@
 
 #include <QString>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The statement that adds one cover to the history, made at `createdAt`.
 QString historyInsertion(const QString &prompt, const QString &imagePath, Timestamp createdAt,

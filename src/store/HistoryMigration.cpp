@@ -4,10 +4,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 /// Ids are kept. What a copy cannot take over goes with the old table.
 void rebuildWithModelID(SqliteConnection &database)

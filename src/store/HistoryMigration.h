@@ -2,8 +2,7 @@
 
 #include <QStringList>
 
-namespace quilmora
-{
+namespace quilmora {
 
 class SqliteConnection;
 

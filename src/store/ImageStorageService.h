@@ -5,8 +5,7 @@
 
 #include <optional>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// Keeps every generated cover as a PNG file in one folder. To be used from the main thread.
 class ImageStorageService final

@@ -19,10 +19,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 /// Names in the order in which the platform lists them, without those that are not valid UTF-8; none when the
 /// folder cannot be listed.

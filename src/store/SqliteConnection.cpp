@@ -8,10 +8,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 QString keepingTheMark(QByteArrayView utf8)
 {

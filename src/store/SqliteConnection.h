@@ -8,8 +8,7 @@
 struct sqlite3;
 struct sqlite3_stmt;
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// A prepared statement that is read row by row; finalized on destruction.
 class SqliteStatement final

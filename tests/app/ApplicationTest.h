@@ -9,8 +9,7 @@
 
 #include <QLineEdit>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// A test of the application as main() starts it, worked by its window as a user does.
 class ApplicationTest : public QObject

@@ -11,8 +11,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 class DoubleClickCounter final : public QWidget
 {

@@ -14,8 +14,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 /// The names of the options that are chosen.
 QStringList chosenOptions(QWidget &window)

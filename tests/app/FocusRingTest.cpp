@@ -24,8 +24,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 using Make = std::function<PaintedButton *(QWidget *)>;
 

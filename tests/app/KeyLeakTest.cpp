@@ -23,8 +23,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 const QString key = u"sk-Zq7Xw2Vb9Lk4Jm6Tn1"_s;
 

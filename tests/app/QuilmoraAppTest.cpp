@@ -22,8 +22,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 /// Counts what an idle window must not do.
 class BusyEvents final : public QObject

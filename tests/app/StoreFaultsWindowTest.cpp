@@ -24,8 +24,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 /// What is done to the files of a home folder.
 using Fault = std::function<void(const TemporaryHome &home)>;

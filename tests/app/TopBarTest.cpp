@@ -19,8 +19,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 /// Beside the contents of a tab.
 QColor fill(QWidget *tab)

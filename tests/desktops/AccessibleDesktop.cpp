@@ -5,10 +5,8 @@
 #include <utility>
 #include <vector>
 
-namespace quilmora::test
-{
-namespace
-{
+namespace quilmora::test {
+namespace {
 
 struct Release {
     void operator()(void *object) const { g_object_unref(object); }

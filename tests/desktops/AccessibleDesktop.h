@@ -5,8 +5,7 @@
 
 struct _AtspiEventListener;
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// What a screen reader sees of the applications on this desktop. Names are those that it would say.
 class AccessibleDesktop final

@@ -7,8 +7,7 @@
 
 /// Pointer, keyboard and picture of the desktop's screen. Points are in pixels of the X server, in which all
 /// desktops of scripts/with-desktop.sh run, compositors of Wayland as well.
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// How long a test waits for the program and the parts of the desktop, which share the machine with other
 /// tests; milliseconds.
@@ -16,8 +15,7 @@ inline constexpr int desktopLimit = 30'000;
 
 } // namespace quilmora::test
 
-namespace quilmora::test::desktopInput
-{
+namespace quilmora::test::desktopInput {
 
 void moveTo(QPoint position);
 

@@ -6,8 +6,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 ProgramOnDesktop::ProgramOnDesktop()
 {

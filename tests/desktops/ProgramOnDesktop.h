@@ -6,8 +6,7 @@
 #include <QProcess>
 #include <QRect>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// The program, started on the desktop of scripts/with-desktop.sh, read over the accessibility bus and found
 /// on the screen by what it draws. Ended with this object. QUILMORA_TESTED_PROGRAM may name another one than

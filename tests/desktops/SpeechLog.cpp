@@ -6,8 +6,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 SpeechLog::SpeechLog() : m_log{qEnvironmentVariable("QUILMORA_ORCA_LOG")}
 {

@@ -3,8 +3,7 @@
 #include <QFile>
 #include <QStringList>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// What the screen reader Orca speaks, read from the log that scripts/desktops/orca.sh makes it write.
 class SpeechLog final

@@ -3,8 +3,7 @@
 #include <QList>
 #include <QStringList>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// What a user does, step by step, and the texts of the program that are to be heard then.
 class Transcript final

@@ -13,8 +13,7 @@
 #include <functional>
 #include <optional>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 using namespace Qt::StringLiterals;
 

@@ -6,8 +6,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 const QByteArray key = "sk-Zq7Xw2Vb9Lk4Jm6Tn1";
 

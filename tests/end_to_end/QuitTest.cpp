@@ -18,8 +18,7 @@ using namespace quilmora;
 using namespace quilmora::test;
 using namespace std::chrono_literals;
 
-namespace
-{
+namespace {
 
 /// What the program wrote, without two warnings of Qt about what this test asks on the accessibility bus: an
 /// object that went before the question came, and a question that newer versions of the bus library add.

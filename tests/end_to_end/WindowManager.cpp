@@ -5,10 +5,8 @@
 #include <memory>
 #include <xcb/xcb.h>
 
-namespace quilmora::test
-{
-namespace
-{
+namespace quilmora::test {
+namespace {
 
 struct Free {
     void operator()(void *reply) const { std::free(reply); }

@@ -5,8 +5,7 @@
 
 struct xcb_connection_t;
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// Stands for the window manager and the keyboard of a virtual screen that has neither.
 class WindowManager final

@@ -7,8 +7,7 @@
 using namespace Qt::StringLiterals;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 QList<QByteArray> pictures()
 {

@@ -9,8 +9,7 @@
 
 using namespace quilmora;
 
-namespace
-{
+namespace {
 
 /// More would take all the fuzzer's time.
 constexpr qint64 mostPixels = 100'000;

@@ -7,8 +7,7 @@
 
 using namespace quilmora;
 
-namespace
-{
+namespace {
 
 /// Of a picture that is named by its address the "resource" is the whole response, so that it is decoded,
 /// too.

@@ -16,8 +16,7 @@ using namespace quilmora;
 using namespace quilmora::test;
 using namespace std::chrono_literals;
 
-namespace
-{
+namespace {
 
 /// Runs the download on a thread of its own, as it wants to be.
 std::optional<QByteArray> download(const QUrl &url, std::chrono::milliseconds idleLimit = 10s)

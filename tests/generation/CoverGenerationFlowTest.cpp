@@ -22,8 +22,7 @@ using namespace quilmora;
 using namespace quilmora::test;
 using namespace std::chrono_literals;
 
-namespace
-{
+namespace {
 
 CoverInputs sampleInputs(const QString &title = u"三天'学会'做饭"_s)
 {

@@ -10,8 +10,7 @@
 using namespace Qt::StringLiterals;
 using namespace quilmora;
 
-namespace
-{
+namespace {
 
 constexpr QStringView opening = u"生成一张视频封面图。";
 constexpr QStringView closing = u"整体风格：高质量、电影感、社交媒体爆款封面风格。";

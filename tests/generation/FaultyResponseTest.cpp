@@ -10,8 +10,7 @@ using namespace quilmora;
 using namespace quilmora::test;
 using namespace std::chrono_literals;
 
-namespace
-{
+namespace {
 
 const QByteArray ok = "HTTP/1.1 200 OK\r\n";
 

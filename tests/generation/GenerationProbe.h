@@ -8,8 +8,7 @@
 #include <QByteArray>
 #include <QSize>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// The body of a good response with a picture of that size.
 inline QByteArray pictureAnswer(QSize size = {32, 24})

@@ -5,8 +5,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 const QByteArray errorBody = R"({"error":{"code":"Code","message":"消息"}})";
 

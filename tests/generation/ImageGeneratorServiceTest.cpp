@@ -18,8 +18,7 @@ using namespace quilmora;
 using namespace quilmora::test;
 using namespace std::chrono_literals;
 
-namespace
-{
+namespace {
 
 /// For how long this thread has worked, whatever else the machine does.
 std::chrono::nanoseconds workOfThisThread()

@@ -12,8 +12,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 constexpr qint64 megabyte = 1'000'000;
 

@@ -13,8 +13,7 @@ using namespace quilmora;
 using namespace quilmora::test;
 using namespace std::chrono_literals;
 
-namespace
-{
+namespace {
 
 /// No such host is looked for where a proxy stands between.
 constexpr QStringView host = u"quilmora.invalid";

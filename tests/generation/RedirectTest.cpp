@@ -10,8 +10,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 constexpr std::array statuses{301, 302, 303, 307, 308};
 

@@ -15,8 +15,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 constexpr QStringView dataUrlStart = u"data:image/png;base64,";
 

@@ -11,8 +11,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 /// Sends one request, and gives it as the server received it.
 ReceivedRequest sent(const std::function<void(VolcengineConfig &)> &change = {},

@@ -9,8 +9,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 QByteArray encodedPicture(QSize size)
 {

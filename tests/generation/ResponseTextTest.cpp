@@ -6,8 +6,7 @@
 using namespace Qt::StringLiterals;
 using namespace quilmora;
 
-namespace
-{
+namespace {
 
 constexpr QStringView missing = u"响应缺少 data 字段：";
 

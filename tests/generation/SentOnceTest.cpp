@@ -9,8 +9,7 @@ using namespace quilmora;
 using namespace quilmora::test;
 using namespace std::chrono_literals;
 
-namespace
-{
+namespace {
 
 const char *const refusal = R"({"error":{"code":"TooLarge","message":"m"}})";
 

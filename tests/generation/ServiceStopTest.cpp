@@ -11,8 +11,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 /// Sends a request with a picture and waits until the whole response has been taken, without a turn of this
 /// thread's events.

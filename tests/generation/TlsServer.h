@@ -8,8 +8,7 @@
 #include <QSslServer>
 #include <QString>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// A server with TLS on loopback, in the thread of its maker, that sends a picture to every request.
 class TlsServer final

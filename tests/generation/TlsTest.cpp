@@ -15,8 +15,7 @@ using namespace quilmora::test;
 
 Q_DECLARE_METATYPE(quilmora::test::TlsServer::Identity)
 
-namespace
-{
+namespace {
 
 VolcengineConfig configOf(const QString &url)
 {

@@ -19,8 +19,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 QByteArray bmp(const QImage &image)
 {

@@ -11,8 +11,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 /// A picture of that form with arbitrary pixels, of which the rows have no even length.
 QImage arbitrary(QImage::Format format)

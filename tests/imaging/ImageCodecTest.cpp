@@ -16,8 +16,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 /// Whether two colors differ by no more than JPEG and rounding make them differ.
 bool isNear(QRgb one, QRgb other, int tolerance)

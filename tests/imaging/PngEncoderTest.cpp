@@ -18,8 +18,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 constexpr std::array<QSize, 9> hardSizes{QSize{1, 1}, {1, 9},   {9, 1},   {2, 2},   {61, 37},
                                          {64, 64},    {65, 65}, {257, 3}, {1031, 2}};

@@ -11,8 +11,7 @@
 
 using namespace quilmora;
 
-namespace
-{
+namespace {
 
 /// The same as the format's definition has it, byte by byte.
 int predicted(int type, int left, int up, int upLeft)

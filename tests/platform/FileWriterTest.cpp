@@ -16,8 +16,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 QByteArray contents(const QString &path)
 {

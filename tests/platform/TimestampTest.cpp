@@ -12,8 +12,7 @@
 using namespace Qt::StringLiterals;
 using namespace quilmora;
 
-namespace
-{
+namespace {
 
 Timestamp local(int hour, int minute, int second, double fraction)
 {

@@ -10,10 +10,8 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace quilmora::test
-{
-namespace
-{
+namespace quilmora::test {
+namespace {
 
 /// What saving settings, a cover's file with its row, and the adoption of many covers take, and a little
 /// more.

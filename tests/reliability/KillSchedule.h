@@ -5,8 +5,7 @@
 
 #include <chrono>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 class StoreWorkerProcess;
 

@@ -4,8 +4,7 @@
 #include <QImage>
 #include <QString>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// The same text for the same pixels, however they are kept.
 inline QString pixelDigest(const QImage &image)

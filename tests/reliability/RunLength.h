@@ -3,8 +3,7 @@
 #include <QRandomGenerator>
 #include <QtGlobal>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// How often a run does what it does: QUILMORA_RUN_COUNT, or `usual` without it.
 inline int runCount(int usual)

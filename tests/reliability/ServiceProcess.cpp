@@ -4,8 +4,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 ServiceProcess::ServiceProcess()
 {

@@ -3,8 +3,7 @@
 #include <QProcess>
 #include <QString>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// The bundled image service as a process of its own, without its artificial delay. It ends with this object.
 class ServiceProcess final

@@ -16,10 +16,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::test
-{
-namespace
-{
+namespace quilmora::test {
+namespace {
 
 enum Column { id, prompt, path, createdAt, model };
 

@@ -11,8 +11,7 @@
 
 #include <optional>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// What the store invariants, compared with its files by SQLite and the decoders alone. It remembers what it
 /// has seen: a row or a file that was there once has to stay as it was.

@@ -15,10 +15,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::test
-{
-namespace
-{
+namespace quilmora::test {
+namespace {
 
 /// The smallest picture that the service makes.
 constexpr qint64 width = 1280;

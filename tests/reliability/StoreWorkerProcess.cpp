@@ -5,10 +5,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::test
-{
-namespace
-{
+namespace quilmora::test {
+namespace {
 
 constexpr int longestMilliseconds = 60'000;
 

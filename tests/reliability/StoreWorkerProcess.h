@@ -6,8 +6,7 @@
 
 #include <chrono>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// A running cover maker, and what it has said. It is killed with this object.
 class StoreWorkerProcess final

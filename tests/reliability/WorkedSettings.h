@@ -5,8 +5,7 @@
 #include <QString>
 #include <QStringList>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// The key and the models that the service takes.
 inline const QString workedKey = QStringLiteral("a key");

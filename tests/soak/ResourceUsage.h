@@ -2,8 +2,7 @@
 
 #include <QtGlobal>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// What this process holds of the system at one moment.
 struct ResourceUsage {

@@ -8,8 +8,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 /// More than caches that have filled and lists that have grown to their size, less than one widget a round.
 constexpr qint64 mostHeapGrowth = 300'000;

@@ -10,8 +10,7 @@
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 using Action = std::function<void(DatabaseManager &)>;
 

@@ -12,8 +12,7 @@
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 constexpr qsizetype pageBytes = 4096;
 constexpr int rowCount = 40;

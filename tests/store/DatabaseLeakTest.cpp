@@ -8,8 +8,7 @@
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 const QString key = u"sk-5eb63bbbe01eeed0"_s;
 

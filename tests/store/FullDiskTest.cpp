@@ -12,8 +12,7 @@
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 constexpr int cannotMount = 3;
 constexpr qint64 blockBytes = 4096;

@@ -11,8 +11,7 @@
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 using Change = std::function<void(const QString &path)>;
 

@@ -15,8 +15,7 @@
 #include <optional>
 #include <sys/stat.h>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 using namespace Qt::StringLiterals;
 

@@ -12,8 +12,7 @@
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 using Make = std::function<void(const QString &path)>;
 

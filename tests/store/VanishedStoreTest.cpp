@@ -10,8 +10,7 @@
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 using Replace = std::function<void(const QString &path)>;
 

@@ -2,10 +2,8 @@
 
 #include <algorithm>
 
-namespace quilmora::test::accessible
-{
-namespace
-{
+namespace quilmora::test::accessible {
+namespace {
 
 /// Calls `visit` for every visible widget in the tree below `node`, `node` first.
 template <typename Visit>

@@ -5,8 +5,7 @@
 #include <QWidget>
 
 /// Finds the pieces of a window as a screen reader does: by the names on the accessibility interface.
-namespace quilmora::test::accessible
-{
+namespace quilmora::test::accessible {
 
 /// The interface of a widget; the test program ends when it has none.
 QAccessibleInterface *interfaceOf(QWidget *widget);

@@ -6,10 +6,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::test
-{
-namespace
-{
+namespace quilmora::test {
+namespace {
 
 QString roleName(QAccessible::Role role)
 {

@@ -4,8 +4,7 @@
 
 class QWidget;
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// What a screen reader is told of a window: a line for each visible piece, indented below its parent, as in
 /// `  RadioButton "经典" (4:3) [checkable checked focusable]`. The text of a field follows after "=". Pieces

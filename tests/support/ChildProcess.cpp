@@ -15,10 +15,8 @@
 #include <sys/mount.h>
 #endif
 
-namespace quilmora::test::childProcess
-{
-namespace
-{
+namespace quilmora::test::childProcess {
+namespace {
 
 [[noreturn]] void runAndExit(const std::function<void()> &action, int output)
 {

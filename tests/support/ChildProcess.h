@@ -6,8 +6,7 @@
 #include <functional>
 
 /// Running a piece of a test in a copy of the process, where it may crash, hang, or give up rights.
-namespace quilmora::test::childProcess
-{
+namespace quilmora::test::childProcess {
 
 /// How the copy ended.
 struct Outcome {

@@ -7,8 +7,7 @@
 #include <private/qinputmethod_p.h>
 #include <utility>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 class InputMethodContext final : public QPlatformInputContext
 {

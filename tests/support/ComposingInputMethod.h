@@ -4,8 +4,7 @@
 
 #include <memory>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 class InputMethodContext;
 

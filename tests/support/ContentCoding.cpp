@@ -6,10 +6,8 @@
 #include <brotli/encode.h>
 #include <zstd.h>
 
-namespace quilmora::test::contentCoding
-{
-namespace
-{
+namespace quilmora::test::contentCoding {
+namespace {
 
 QByteArray littleEndian(quint32 value)
 {

@@ -2,8 +2,7 @@
 
 #include <QByteArray>
 
-namespace quilmora::test::contentCoding
-{
+namespace quilmora::test::contentCoding {
 
 /// `body` compressed with a content coding of HTTP: "gzip", "br" or "zstd". The test program ends for any
 /// other.

@@ -7,10 +7,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::test
-{
-namespace
-{
+namespace quilmora::test {
+namespace {
 
 /// Pixels per unit at which a widget is measured, and the greatest part of it.
 constexpr double fineRatio = 16;

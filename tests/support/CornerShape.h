@@ -5,8 +5,7 @@
 
 class QWidget;
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// The top left corner of a filled shape, measured on a picture of it. Lengths are in device-independent
 /// pixels.

@@ -2,10 +2,8 @@
 
 #include <sqlite3.h>
 
-namespace quilmora::test::databaseFile
-{
-namespace
-{
+namespace quilmora::test::databaseFile {
+namespace {
 
 Row readRow(sqlite3_stmt *statement)
 {

@@ -5,8 +5,7 @@
 #include <QString>
 
 /// A database file seen with SQLite alone, past the application's own code.
-namespace quilmora::test::databaseFile
-{
+namespace quilmora::test::databaseFile {
 
 using Row = QList<QByteArray>;
 

@@ -9,10 +9,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace quilmora::test
-{
-namespace
-{
+namespace quilmora::test {
+namespace {
 
 [[noreturn]] void holdAndExit(const QByteArray &file, DatabaseLocker::Lock lock, int time, int line)
 {

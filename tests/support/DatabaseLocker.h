@@ -5,8 +5,7 @@
 #include <chrono>
 #include <sys/types.h>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// Another process that holds a lock on a database file.
 class DatabaseLocker final

@@ -11,8 +11,7 @@
 #include <memory>
 #include <optional>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 class PortalSettings;
 

@@ -13,10 +13,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::test
-{
-namespace
-{
+namespace quilmora::test {
+namespace {
 
 /// Draws nothing and notes what texts and pictures it is asked to draw.
 class NotingEngine final : public QPaintEngine

@@ -11,8 +11,7 @@
 
 class QWidget;
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// A text as it is drawn: a line of it, or the part of a line that is in one font and colour.
 struct DrawnText {

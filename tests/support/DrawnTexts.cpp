@@ -2,8 +2,7 @@
 
 #include "support/Drawing.h"
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 QStringList drawnTexts(QWidget *widget)
 {

@@ -12,8 +12,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 GenerateScreen::GenerateScreen() : GenerateScreen{respondWithPicture()} {}
 

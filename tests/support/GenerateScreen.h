@@ -19,8 +19,7 @@
 
 class QPlainTextEdit;
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// The generate screen in a window, with everything behind it: a server that answers as the test says, and a
 /// database and covers in a home folder of its own.

@@ -5,8 +5,7 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 HelpScreen::HelpScreen(const AboutInformation &contents)
 {

@@ -6,8 +6,7 @@
 #include "support/ScreenTest.h"
 #include "ui/widgets/TextLabel.h"
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// The help screen in a window of its own.
 class HelpScreen final

@@ -5,8 +5,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::test::historyRows
-{
+namespace quilmora::test::historyRows {
 
 QString insertion(const QString &prompt, const QString &imagePath, double createdAt, const QString &modelID)
 {

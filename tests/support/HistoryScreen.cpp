@@ -10,8 +10,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 QString HistoryScreen::storedPath(const QString &name)
 {

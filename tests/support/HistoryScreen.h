@@ -11,8 +11,7 @@
 
 #include <memory>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// The history screen in a window, with a database and cover files in a home folder of its own.
 class HistoryScreen final

@@ -4,8 +4,7 @@
 #include <QTextDocument>
 #include <QTextLayout>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// How many characters of the document have been broken into lines so far: what a view of a long text has
 /// worked for.

@@ -2,8 +2,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 const QList<NaughtyText> &naughtyTexts()
 {

@@ -3,8 +3,7 @@
 #include <QList>
 #include <QString>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// A text that careless programs stumble over.
 struct NaughtyText {

@@ -6,8 +6,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::test::placement
-{
+namespace quilmora::test::placement {
 
 QRect inWindow(const QWidget *piece)
 {

@@ -6,8 +6,7 @@
 class QWidget;
 
 /// Where pieces lie to each other, in device-independent pixels.
-namespace quilmora::test::placement
-{
+namespace quilmora::test::placement {
 
 /// Where a piece lies in its window.
 QRect inWindow(const QWidget *piece);

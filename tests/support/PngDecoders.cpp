@@ -6,10 +6,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::test::pngDecoders
-{
-namespace
-{
+namespace quilmora::test::pngDecoders {
+namespace {
 
 QList<QRgba64> withQt(const QByteArray &file)
 {

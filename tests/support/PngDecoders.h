@@ -9,8 +9,7 @@
 #include <functional>
 
 /// Decoders of PNG files that have nothing in common but the format.
-namespace quilmora::test::pngDecoders
-{
+namespace quilmora::test::pngDecoders {
 
 /// The pixels of the picture in `file`, row by row, as 16 bits a channel, not premultiplied; empty if the
 /// decoder refuses the file or finds fault with any of its checksums.

@@ -7,8 +7,7 @@
 
 #include <atomic>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 using PortalSettingGroups = QMap<QString, QVariantMap>;
 

@@ -11,10 +11,8 @@
 
 #include <array>
 
-namespace quilmora::test::samplePictures
-{
-namespace
-{
+namespace quilmora::test::samplePictures {
+namespace {
 
 QByteArray encoded(const QImage &image, const char *format, int quality)
 {

@@ -7,8 +7,7 @@
 #include <QString>
 
 /// Real picture files for the tests.
-namespace quilmora::test::samplePictures
-{
+namespace quilmora::test::samplePictures {
 
 /// A picture with a gradient, an edge and a mark in its top left corner, so that turning or mirroring shows.
 QImage picture(QSize size, const QColor &mark = Qt::red);

@@ -7,8 +7,7 @@
 #include <cmath>
 #include <cstdlib>
 
-namespace quilmora::test::screenCapture
-{
+namespace quilmora::test::screenCapture {
 
 QImage capture(QWidget *widget, double devicePixelRatio)
 {

@@ -7,8 +7,7 @@
 class QWidget;
 
 /// Pictures of widgets, to be looked at by tests.
-namespace quilmora::test::screenCapture
-{
+namespace quilmora::test::screenCapture {
 
 /// `widget` as it paints itself, on transparent ground, at that many pixels per device-independent pixel.
 QImage capture(QWidget *widget, double devicePixelRatio = 1.0);

@@ -13,8 +13,7 @@
 
 #include <algorithm>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 ScreenTestApplication::ScreenTestApplication(int &argc, char **argv) : m_application{argc, argv}
 {

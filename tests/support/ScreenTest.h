@@ -8,13 +8,11 @@
 
 class QMenu;
 
-namespace quilmora
-{
+namespace quilmora {
 class Sheet;
 }
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// An application that looks like the real one, in a home folder of its own.
 class ScreenTestApplication final

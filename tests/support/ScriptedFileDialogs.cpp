@@ -1,7 +1,6 @@
 #include "support/ScriptedFileDialogs.h"
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 void ScriptedFileDialogs::answerReference(const Answer &answer, const std::function<void()> &beforeClosing)
 {

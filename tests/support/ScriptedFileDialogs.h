@@ -7,8 +7,7 @@
 
 #include <functional>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// File panels that are answered by the test instead of the user. Each answer is used once; a panel that
 /// nobody prepared an answer for is cancelled.

@@ -11,10 +11,8 @@
 #include <sys/socket.h>
 #include <utility>
 
-namespace quilmora::test
-{
-namespace
-{
+namespace quilmora::test {
+namespace {
 
 /// How much of an answer may wait to be taken before more of it is written.
 constexpr qint64 mostWaiting = 4'000'000;

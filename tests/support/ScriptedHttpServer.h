@@ -14,8 +14,7 @@
 class QTcpServer;
 class QTcpSocket;
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// One request as it came over the wire.
 struct ReceivedRequest {

@@ -4,8 +4,7 @@
 
 #include <algorithm>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 ScriptedResponse ScriptedResponse::whole(const QByteArray &body, const QByteArray &statusLine,
                                          const QByteArray &extraHeaders)

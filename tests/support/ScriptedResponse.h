@@ -6,8 +6,7 @@
 
 #include <chrono>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// What the server does with one request: the bytes in their pieces, with a pause before each.
 struct ScriptedResponse {

@@ -7,8 +7,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 SettingsScreen::SettingsScreen()
     : database{home.path(u"data"_s), home.path(u"covers"_s)},

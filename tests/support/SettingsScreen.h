@@ -8,8 +8,7 @@
 
 #include <QLineEdit>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// The settings screen in a window, with a database in a home folder of its own.
 class SettingsScreen final

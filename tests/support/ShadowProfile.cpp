@@ -9,10 +9,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::test
-{
-namespace
-{
+namespace quilmora::test {
+namespace {
 
 /// The part of a bell curve that lies below `x`.
 double bellBelow(double x, double deviation)

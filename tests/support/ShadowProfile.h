@@ -5,8 +5,7 @@
 #include <QRectF>
 #include <QString>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 class Drawing;
 

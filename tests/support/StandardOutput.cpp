@@ -5,8 +5,7 @@
 #include <cstdio>
 #include <unistd.h>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 QByteArray standardOutputOf(const std::function<void()> &action)
 {

@@ -4,8 +4,7 @@
 
 #include <functional>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// The bytes that `action` writes to the process's standard output, from whatever layer; none of them reach
 /// the outside. The framework's own warnings go to standard error meanwhile. Check the result afterwards, not

@@ -2,10 +2,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::test
-{
-namespace
-{
+namespace quilmora::test {
+namespace {
 
 void restore(const char *variable, const QByteArray &formerValue)
 {

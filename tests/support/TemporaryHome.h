@@ -3,8 +3,7 @@
 #include <QString>
 #include <QTemporaryDir>
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// A home folder of its own for as long as it exists: the user's files are out of the test's reach.
 /// To be made before anything asks for a folder.

@@ -5,10 +5,8 @@
 #include <map>
 #include <string>
 
-namespace quilmora::test
-{
-namespace
-{
+namespace quilmora::test {
+namespace {
 
 using Registry = std::map<std::string, TestRegistration::Run>;
 

@@ -11,8 +11,7 @@
 #define QUILMORA_TEST(Class, run)                                                                            \
     static const quilmora::test::TestRegistration Class##Registration{#Class, run<Class>};
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 struct TestRegistration final {
     using Run = int (*)(int argc, char **argv);

@@ -3,8 +3,7 @@
 #include <QStringList>
 
 /// Texts of the window by which several tests find or check something.
-namespace quilmora::test::texts
-{
+namespace quilmora::test::texts {
 
 // The form.
 inline const QString title = QStringLiteral("视频封面标题文本");

@@ -9,10 +9,8 @@
 #include <QLineEdit>
 #include <QMetaProperty>
 
-namespace quilmora::test
-{
-namespace
-{
+namespace quilmora::test {
+namespace {
 
 bool isMaskedContent(const QObject &object, const char *property)
 {

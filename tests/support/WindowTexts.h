@@ -4,8 +4,7 @@
 
 class QWidget;
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// Every text in a window that anybody could come by: what is drawn, what every piece is told about itself
 /// (its properties), and what assistive programs can ask for, each in every way they can ask. Only the

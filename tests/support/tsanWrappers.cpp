@@ -38,8 +38,7 @@
 #define START_THREAD "_ZN7QThread5startENS_8PriorityE"
 #define WAIT_FOR_THREAD "_ZN7QThread4waitE14QDeadlineTimer"
 
-namespace quilmora::test::tsanWrappers
-{
+namespace quilmora::test::tsanWrappers {
 
 using Slot = QtPrivate::QSlotObjectBase;
 
@@ -75,8 +74,7 @@ bool wait(QThread *thread, QDeadlineTimer deadline) asm("__wrap_" WAIT_FOR_THREA
 void start(QThreadPool *pool, Task task, int priority) asm("__wrap_" START_TASK);
 bool wait(QThreadPool *pool, PoolDeadline deadline) asm("__wrap_" WAIT_FOR_TASKS);
 
-namespace
-{
+namespace {
 
 /// A slot that another thread may call or destroy. What was done before it was handed over comes before each
 /// call, and each call before the slot's destruction and before the end of a wait for the call.

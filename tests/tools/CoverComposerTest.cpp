@@ -15,8 +15,7 @@
 using namespace Qt::StringLiterals;
 using namespace quilmora::localservice;
 
-namespace
-{
+namespace {
 
 constexpr QSize landscape{1424, 800};
 

@@ -12,8 +12,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace
-{
+namespace {
 
 constexpr int longest = 280'000;
 constexpr QSize usualSize{1100, 1080};

@@ -25,8 +25,7 @@ using namespace quilmora::localservice;
 using namespace quilmora::test;
 using namespace std::chrono_literals;
 
-namespace
-{
+namespace {
 
 QJsonObject bodyFor(const QString &member, const QJsonValue &value)
 {

@@ -10,8 +10,7 @@
 using namespace Qt::StringLiterals;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 constexpr int longest = 30'000;
 

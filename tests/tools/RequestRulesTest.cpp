@@ -14,8 +14,7 @@ using namespace quilmora::localservice;
 using namespace quilmora::test;
 using namespace std::chrono_literals;
 
-namespace
-{
+namespace {
 
 QString pngUrl()
 {

@@ -10,8 +10,7 @@
 
 class QNetworkReply;
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// What the service answered.
 struct ServiceReply {

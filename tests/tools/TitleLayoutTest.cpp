@@ -7,8 +7,7 @@
 using namespace Qt::StringLiterals;
 using namespace quilmora::localservice;
 
-namespace
-{
+namespace {
 
 constexpr QSizeF room{1200, 1100};
 constexpr int mostLines = 4;

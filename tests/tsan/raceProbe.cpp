@@ -11,8 +11,7 @@
 /// Shows what the thread sanitizer sees: "handed-over" passes data between threads in all the ways that the
 /// toolkit promises to be safe, each other argument makes one mistake.
 
-namespace
-{
+namespace {
 
 std::array<char, 4096> shared{};
 

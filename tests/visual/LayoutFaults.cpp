@@ -14,10 +14,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::test
-{
-namespace
-{
+namespace quilmora::test {
+namespace {
 
 /// The scroll area whose content moves inside this widget; null when there is none.
 QAbstractScrollArea *areaOf(QWidget *viewport)

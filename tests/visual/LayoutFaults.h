@@ -4,8 +4,7 @@
 
 class QWidget;
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// What is wrong with the place of a visible widget: it leaves its parent, lies over a sibling, is smaller
 /// than what it shows, truncates a text without an ellipsis, or scrolls sideways. One line for each fault.

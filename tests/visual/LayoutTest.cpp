@@ -9,8 +9,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 /// In percent.
 constexpr int wide = 130;

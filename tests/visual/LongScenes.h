@@ -2,8 +2,7 @@
 
 #include "gallery/Scene.h"
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// Screens with texts that are far longer than usual, Chinese and Latin, with and without places to break.
 QList<gallery::Scene> longScenes();

@@ -10,10 +10,8 @@
 #include <algorithm>
 #include <cmath>
 
-namespace quilmora::test
-{
-namespace
-{
+namespace quilmora::test {
+namespace {
 
 /// Sides shorter than this are part of a corner or of a drawing.
 constexpr double shortestSide = 8;

@@ -7,8 +7,7 @@
 
 class QWidget;
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// What one widget, without those on it, draws into its window, in pixels of the screen.
 struct PaintLog {

@@ -9,8 +9,7 @@
 
 class QWidget;
 
-namespace quilmora::test
-{
+namespace quilmora::test {
 
 /// One scene brought about for a test that looks at all that is to be seen of it.
 class SceneRun final

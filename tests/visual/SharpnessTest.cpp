@@ -16,8 +16,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 /// Neither side comes out even at any of the resolutions.
 constexpr QSize oddSize{1003, 703};

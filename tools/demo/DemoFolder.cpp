@@ -11,8 +11,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
+namespace quilmora {
 
 DemoFolder::DemoFolder(const QString &path) : m_root{QFileInfo{path}.absoluteFilePath()}
 {

@@ -3,8 +3,7 @@
 #include <QString>
 #include <QUrl>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The folder in which a demonstration takes place: a home folder of its own, the pictures to upload, and
 /// what the demonstration leaves behind.

@@ -12,10 +12,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 /// Between two looks at whether the window is ready for the next step.
 constexpr auto pollInterval = std::chrono::milliseconds{50};

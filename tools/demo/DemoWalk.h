@@ -6,8 +6,7 @@
 
 #include <functional>
 
-namespace quilmora
-{
+namespace quilmora {
 
 class DemoFolder;
 

@@ -10,10 +10,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 /// Lets the service end with this process, however that ends; elsewhere it is only stopped in order.
 void tieToThisProcess([[maybe_unused]] QProcess &process)

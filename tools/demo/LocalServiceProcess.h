@@ -3,8 +3,7 @@
 #include <QProcess>
 #include <QUrl>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The bundled image service as a process of its own; it ends with this object, and on Linux with this
 /// process even if that is killed.

@@ -14,10 +14,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::windowDriver
-{
-namespace
-{
+namespace quilmora::windowDriver {
+namespace {
 
 QFileDialog *filePanel()
 {

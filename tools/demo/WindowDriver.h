@@ -6,8 +6,7 @@ class QWidget;
 
 /// Works the application's windows as a user does: finds a control by the name that a screen reader says, and
 /// sends it clicks and keys.
-namespace quilmora::windowDriver
-{
+namespace quilmora::windowDriver {
 
 /// The visible control of that name in any window; null when there is none.
 QWidget *find(const QString &accessibleName);

@@ -17,8 +17,7 @@
 using namespace Qt::StringLiterals;
 using namespace quilmora;
 
-namespace
-{
+namespace {
 
 /// The folder named after "--folder", else "demo" here. Read by hand: it is needed before the application is
 /// made.

@@ -6,10 +6,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::demoPictures
-{
-namespace
-{
+namespace quilmora::demoPictures {
+namespace {
 
 void draw(const QString &drawing, QSize size, const QString &path)
 {

@@ -3,8 +3,7 @@
 #include <QString>
 
 /// The drawings that stand for a user's own pictures.
-namespace quilmora::demoPictures
-{
+namespace quilmora::demoPictures {
 
 /// Writes the portrait of the presenter to a file, in the format that its name says. Needs an application;
 /// ends the program when it fails.

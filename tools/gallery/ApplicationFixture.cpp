@@ -28,10 +28,8 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace quilmora::gallery
-{
-namespace
-{
+namespace quilmora::gallery {
+namespace {
 
 constexpr int patience = 60'000;
 constexpr int roomAround = 40;

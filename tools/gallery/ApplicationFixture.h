@@ -16,13 +16,11 @@
 
 class QScrollArea;
 
-namespace quilmora
-{
+namespace quilmora {
 class HistoryGrid;
 }
 
-namespace quilmora::gallery
-{
+namespace quilmora::gallery {
 
 /// The main window with everything behind it, in a home folder of its own, and a user who works it by mouse
 /// and keyboard. Controls are known by the names that a screen reader says. Whatever does not come to pass

@@ -6,10 +6,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::gallery
-{
-namespace
-{
+namespace quilmora::gallery {
+namespace {
 
 const char *const workerOption = "--worker";
 

@@ -6,8 +6,7 @@
 
 class QCoreApplication;
 
-namespace quilmora::gallery
-{
+namespace quilmora::gallery {
 
 /// What the program was asked for on its command line.
 struct GalleryArguments {

@@ -6,10 +6,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::gallery
-{
-namespace
-{
+namespace quilmora::gallery {
+namespace {
 
 constexpr int many = 23;
 constexpr double newest = 1'763'700'000;

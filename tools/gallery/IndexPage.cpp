@@ -6,10 +6,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::gallery
-{
-namespace
-{
+namespace quilmora::gallery {
+namespace {
 
 const auto head = uR"(<!DOCTYPE html>
 <html lang="zh-CN">

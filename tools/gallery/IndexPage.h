@@ -2,8 +2,7 @@
 
 #include <QString>
 
-namespace quilmora::gallery
-{
+namespace quilmora::gallery {
 
 struct ScreenshotPlan;
 

@@ -3,10 +3,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::gallery
-{
-namespace
-{
+namespace quilmora::gallery {
+namespace {
 
 QString titleField()
 {

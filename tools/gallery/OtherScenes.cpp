@@ -4,10 +4,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::gallery
-{
-namespace
-{
+namespace quilmora::gallery {
+namespace {
 
 QString saveButton()
 {

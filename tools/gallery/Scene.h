@@ -5,8 +5,7 @@
 
 #include <functional>
 
-namespace quilmora::gallery
-{
+namespace quilmora::gallery {
 
 class SceneResources;
 class ApplicationFixture;

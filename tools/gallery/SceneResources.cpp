@@ -12,10 +12,8 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace quilmora::gallery
-{
-namespace
-{
+namespace quilmora::gallery {
+namespace {
 
 constexpr qsizetype hugeFile = qsizetype{15} * 1024 * 1024;
 

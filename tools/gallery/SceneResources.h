@@ -7,8 +7,7 @@
 #include <QTemporaryDir>
 #include <QUrl>
 
-namespace quilmora::gallery
-{
+namespace quilmora::gallery {
 
 /// What all scenes share: the image service, the pictures to upload, and covers that were made before. Needs
 /// an application; nothing of it lies in a home folder.

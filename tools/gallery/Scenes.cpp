@@ -1,7 +1,6 @@
 #include "gallery/Scene.h"
 
-namespace quilmora::gallery
-{
+namespace quilmora::gallery {
 
 QList<Scene> allScenes()
 {

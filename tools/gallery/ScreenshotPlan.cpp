@@ -2,8 +2,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::gallery
-{
+namespace quilmora::gallery {
 
 QList<View> ScreenshotPlan::views(const Scene &scene) const
 {

@@ -5,8 +5,7 @@
 
 #include <QSize>
 
-namespace quilmora::gallery
-{
+namespace quilmora::gallery {
 
 /// One size of the window in which a scene is taken.
 struct View {

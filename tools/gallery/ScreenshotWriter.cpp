@@ -3,10 +3,8 @@
 #include "gallery/ApplicationFixture.h"
 #include "gallery/ScreenshotPlan.h"
 
-namespace quilmora::gallery
-{
-namespace
-{
+namespace quilmora::gallery {
+namespace {
 
 /// Less packed than usual, in a third of the time.
 constexpr int quality = 80;

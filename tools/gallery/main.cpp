@@ -15,8 +15,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::gallery;
 
-namespace
-{
+namespace {
 
 int work(int argc, char **argv)
 {

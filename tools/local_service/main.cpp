@@ -12,8 +12,7 @@
 using namespace Qt::StringLiterals;
 using namespace quilmora::localservice;
 
-namespace
-{
+namespace {
 
 /// Keeps the signals that end the program for sigwait(), in this thread and all that it starts.
 sigset_t holdEndSignals()

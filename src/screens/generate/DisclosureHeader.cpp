@@ -18,10 +18,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr int rowHeight = 26;
 constexpr int chevronSize = 10;

@@ -2,8 +2,7 @@
 
 #include "ui/widgets/PaintedButton.h"
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// A row that expands and collapses what is below it.
 class DisclosureHeader final : public PaintedButton

@@ -9,10 +9,8 @@
 #include <QFontMetrics>
 #include <QPainter>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr QSize padding{14, 7};
 

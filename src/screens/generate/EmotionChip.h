@@ -2,8 +2,7 @@
 
 #include "ui/widgets/OptionButton.h"
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The button of one facial expression.
 class EmotionChip final : public OptionButton

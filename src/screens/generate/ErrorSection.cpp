@@ -11,10 +11,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr int verticalPadding = 30;
 constexpr int spacing = 16;

@@ -2,8 +2,7 @@
 
 #include <QWidget>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// Shows a failed generation.
 class ErrorSection final : public QWidget

@@ -2,10 +2,8 @@
 
 #include <cmath>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 /// The larger of the two; `current` when the comparison has no answer.
 double larger(double current, double other)

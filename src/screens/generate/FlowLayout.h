@@ -7,8 +7,7 @@
 
 #include <limits>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// Arranges rectangles from left to right in rows. Lengths in device-independent pixels.
 struct FlowLayout {

@@ -2,8 +2,7 @@
 
 #include <cmath>
 
-namespace quilmora
-{
+namespace quilmora {
 
 FlowLayoutHost::FlowLayoutHost(QWidget *parent, FlowLayout layout) : QLayout{parent}, m_core{layout}
 {

@@ -7,8 +7,7 @@
 #include <memory>
 #include <vector>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// A QLayout that arranges its items by a FlowLayout, each at its size hint.
 class FlowLayoutHost final : public QLayout

@@ -2,8 +2,7 @@
 
 #include "ui/widgets/PaintedButton.h"
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The wide button that starts a generation.
 class GenerateButton final : public PaintedButton

@@ -15,8 +15,7 @@
 
 #include <utility>
 
-namespace quilmora
-{
+namespace quilmora {
 GenerateCoverView::GenerateCoverView(std::shared_ptr<CoverGenerationFlow> flow, FileDialogs &dialogs,
                                      QWidget *parent)
     : ScrollPage{parent},

@@ -16,10 +16,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr int sectionSpacing = 24;
 constexpr int stepSpacing = 12;

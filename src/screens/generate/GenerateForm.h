@@ -6,8 +6,7 @@
 
 class QLineEdit;
 
-namespace quilmora
-{
+namespace quilmora {
 
 class FileDialogs;
 class LabeledField;

@@ -7,10 +7,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr int minimumSectionHeight = 400;
 constexpr int spacing = 18;

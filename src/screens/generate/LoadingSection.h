@@ -2,8 +2,7 @@
 
 #include <QWidget>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// Shows that a cover is being generated.
 class LoadingSection final : public QWidget

@@ -5,10 +5,8 @@
 #include <algorithm>
 #include <utility>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 /// The layout of a paragraph cannot be interrupted.
 constexpr qsizetype longestLine = 2000;

@@ -4,8 +4,7 @@
 
 #include <vector>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// Splits a long text into paragraphs that QPlainTextEdit lays out quickly: very long lines get additional
 /// breaks, and many short lines share a paragraph. Maps positions in the shown text to the original.

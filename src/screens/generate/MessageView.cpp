@@ -11,10 +11,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr int greatestHeight = 320;
 constexpr int sidePadding = 14; ///< Room for the scroll bar.

@@ -3,8 +3,7 @@
 #include "screens/generate/MessageLines.h"
 #include "ui/widgets/TextEditor.h"
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// A message of the service as centered plain text that can be selected and copied unchanged. As high as its
 /// lines; higher ones scroll inside a frame. Very long messages do not block the window.

@@ -8,10 +8,8 @@
 
 #include <chrono>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr int spokes = 12;
 constexpr auto stepTime = std::chrono::milliseconds{83};

@@ -3,8 +3,7 @@
 #include <QBasicTimer>
 #include <QWidget>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// An indeterminate progress indicator. Its timer runs only while it is visible.
 class ProgressSpinner final : public QWidget

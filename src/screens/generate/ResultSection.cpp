@@ -12,10 +12,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr int verticalPadding = 30;
 constexpr int spacing = 18;

@@ -4,8 +4,7 @@
 
 #include <QImage>
 
-namespace quilmora
-{
+namespace quilmora {
 
 class PictureView;
 

@@ -11,10 +11,8 @@
 #include <QFontMetrics>
 #include <QPainter>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr int verticalPadding = 14;
 constexpr int spacing = 6;

@@ -3,8 +3,7 @@
 #include "model/CoverSize.h"
 #include "ui/widgets/OptionButton.h"
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The button of one cover size.
 class SizeCard final : public OptionButton

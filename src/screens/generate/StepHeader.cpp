@@ -10,10 +10,8 @@
 #include <algorithm>
 #include <utility>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr int discDiameter = 22;
 constexpr int spacing = 8;

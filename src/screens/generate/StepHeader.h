@@ -2,8 +2,7 @@
 
 #include <QWidget>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The header of a form section: a numbered disc and the title.
 class StepHeader final : public QWidget

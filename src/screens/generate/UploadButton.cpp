@@ -15,10 +15,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr int preferredWidth = 200;
 constexpr int faceHeight = 140;      ///< Of the placeholder, and the maximum of a picture.

@@ -4,8 +4,7 @@
 #include "ui/widgets/PaintedButton.h"
 #include "ui/widgets/ScaledPicture.h"
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The button of an upload card: a placeholder, or the picture, as high as its width makes it.
 class UploadButton final : public PaintedButton

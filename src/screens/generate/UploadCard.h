@@ -5,8 +5,7 @@
 
 #include <optional>
 
-namespace quilmora
-{
+namespace quilmora {
 
 class ActionButton;
 class ErrorLine;

@@ -7,10 +7,8 @@
 #include <cmath>
 #include <utility>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 /// Gives the size of all lines.
 QSizeF layOut(QTextLayout &layout, double width)

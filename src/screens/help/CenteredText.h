@@ -8,8 +8,7 @@ class QColor;
 class QPainter;
 class QRectF;
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// A plain text on centered lines, broken between words, and inside words that are longer than a line.
 class CenteredText final

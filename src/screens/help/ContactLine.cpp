@@ -7,10 +7,8 @@
 
 #include <cmath>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr int pixelSize = 13;
 

@@ -3,8 +3,7 @@
 #include "screens/help/CenteredText.h"
 #include "ui/widgets/PaintedButton.h"
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// A text that can be clicked. The page draws the focus ring around it.
 class ContactLine final : public PaintedButton

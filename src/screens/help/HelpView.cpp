@@ -15,10 +15,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr int spacing = 16;
 constexpr int sideMargin = 40;

@@ -7,8 +7,7 @@
 
 class QVBoxLayout;
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The content of the help screen.
 struct AboutInformation {

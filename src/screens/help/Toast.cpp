@@ -13,10 +13,8 @@
 #include <algorithm>
 #include <cmath>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr int pixelSize = 13;
 constexpr QSize padding{18, 10};

@@ -8,8 +8,7 @@
 
 class QVariantAnimation;
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// A short message that fades in above the bottom of its parent, and out by itself. It takes no mouse events;
 /// screen readers announce it.

@@ -6,8 +6,7 @@
 #include <QPainter>
 #include <QRegion>
 
-namespace quilmora
-{
+namespace quilmora {
 
 ElidedLabel::ElidedLabel(const QString &text, const QFont &font, ColorRole color, int maximumLines,
                          QWidget *parent)

@@ -5,8 +5,7 @@
 
 #include <QWidget>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// An elided text of a few centered lines. Mouse events beside the lines go to the parent.
 class ElidedLabel final : public QWidget

@@ -3,10 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr double minimumColumnWidth = 10;
 

@@ -8,8 +8,7 @@
 #include <utility>
 #include <vector>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The places of the tiles in the history grid: four equal columns, filled row by row. A row is as high as
 /// its highest tile. In device-independent pixels from the top left corner of the content.

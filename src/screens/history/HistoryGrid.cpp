@@ -15,10 +15,8 @@
 
 using namespace std::chrono_literals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 /// Delays reading after scrolling, which it would disturb.
 constexpr auto delayAfterScrolling = 60ms;

@@ -8,8 +8,7 @@
 #include <QAbstractItemView>
 #include <QTimer>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The covers of the history as a scrolling grid of tiles. Only visible tiles are painted, and their pictures
 /// are read one at a time between events.

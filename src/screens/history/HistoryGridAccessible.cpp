@@ -7,10 +7,8 @@
 #include <QHash>
 #include <QPointer>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 /// One tile. Its position may disappear while screen readers keep the interface.
 class TileAccessible final : public QAccessibleInterface, public QAccessibleActionInterface

@@ -1,14 +1,12 @@
 #pragma once
 
-namespace quilmora
-{
+namespace quilmora {
 
 class HistoryGrid;
 
 /// A history grid to screen readers: a list of tiles, each with its prompt as name, that can be focused and
 /// pressed.
-namespace historyGridAccessible
-{
+namespace historyGridAccessible {
 
 /// Makes Qt use it for every history grid. May be called repeatedly.
 void install();

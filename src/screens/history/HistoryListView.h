@@ -9,8 +9,7 @@
 
 class QVBoxLayout;
 
-namespace quilmora
-{
+namespace quilmora {
 
 class DatabaseManager;
 class FileDialogs;

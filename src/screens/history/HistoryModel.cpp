@@ -2,8 +2,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
+namespace quilmora {
 
 void HistoryModel::setRecords(const QList<HistoryRecord> &records)
 {

@@ -5,8 +5,7 @@
 #include <QAbstractListModel>
 #include <QList>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The covers of the history. The accessible text of an item is its prompt, its description the model and the
 /// time.

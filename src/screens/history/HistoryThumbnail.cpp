@@ -17,10 +17,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr int spacing = 6;
 constexpr int promptPixelSize = 12;

@@ -7,8 +7,7 @@
 
 #include <vector>
 
-namespace quilmora
-{
+namespace quilmora {
 
 class HistoryModel;
 struct HistoryRecord;

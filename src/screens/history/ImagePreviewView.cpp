@@ -23,10 +23,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr QSize viewSize{900, 760};
 constexpr int padding = 40;

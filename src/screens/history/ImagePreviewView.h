@@ -7,8 +7,7 @@
 
 class QVBoxLayout;
 
-namespace quilmora
-{
+namespace quilmora {
 
 class FileDialogs;
 class PictureView;

@@ -2,10 +2,8 @@
 
 #include "platform/UserFolders.h"
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 qsizetype bytesOf(const QPixmap &pixmap)
 {

@@ -7,8 +7,7 @@
 #include <QSet>
 #include <QString>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The scaled pictures of covers, until their files change. Bounded in memory. Outlives the history screen.
 /// Main thread only.

@@ -5,10 +5,8 @@
 
 #include <QImage>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 QSize pixelsOf(const ThumbnailCache::Square &square)
 {

@@ -9,8 +9,7 @@
 #include <memory>
 #include <utility>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// Reads pictures into a cache, one at a time and in short steps.
 class ThumbnailReader final

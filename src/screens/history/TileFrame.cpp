@@ -7,10 +7,8 @@
 
 #include <cmath>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 template <typename Draw>
 QPixmap drawn(QSize pixels, double devicePixelRatio, Draw draw)

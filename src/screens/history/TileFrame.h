@@ -4,8 +4,7 @@
 #include <QPixmap>
 #include <QSizeF>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The background and the outline of the squares of tiles. Drawn once for all tiles, since this takes most of
 /// the time of a painting.

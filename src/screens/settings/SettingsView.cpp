@@ -18,10 +18,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr QMargins padding{measures::pagePadding, measures::headerPadding, measures::pagePadding,
                            measures::pagePadding};

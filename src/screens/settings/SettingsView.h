@@ -2,8 +2,7 @@
 
 #include "ui/widgets/ScrollPage.h"
 
-namespace quilmora
-{
+namespace quilmora {
 
 class DatabaseManager;
 class ErrorLine;

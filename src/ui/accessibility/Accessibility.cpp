@@ -8,10 +8,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr auto roleProperty = "accessibleRole";
 constexpr auto busyProperty = "accessibleBusy";

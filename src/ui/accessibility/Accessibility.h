@@ -8,8 +8,7 @@ class QLayout;
 class QString;
 class QWidget;
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// What a widget is to screen readers, where Qt cannot know it.
 struct AccessibleRole {

@@ -2,8 +2,7 @@
 
 #include <QWidget>
 
-namespace quilmora
-{
+namespace quilmora {
 
 class ActionButton;
 

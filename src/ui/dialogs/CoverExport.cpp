@@ -8,8 +8,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
+namespace quilmora {
 
 void exportCover(const QImage &image, Timestamp moment, FileDialogs &dialogs, QWidget *parent)
 {

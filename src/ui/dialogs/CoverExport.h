@@ -5,8 +5,7 @@
 class QImage;
 class QWidget;
 
-namespace quilmora
-{
+namespace quilmora {
 
 class FileDialogs;
 

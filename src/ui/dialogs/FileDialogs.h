@@ -6,8 +6,7 @@
 
 class QWidget;
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// Modal dialogs in which the user chooses a file. Each gives an absolute path, or nothing on cancellation.
 class FileDialogs

@@ -10,10 +10,8 @@
 #include <QKeyEvent>
 #include <QPainter>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 /// Centered; small contents a little higher.
 QPoint placeIn(QSize window, QSize content)

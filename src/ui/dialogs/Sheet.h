@@ -3,8 +3,7 @@
 #include <QPointer>
 #include <QWidget>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// A modal dialog inside a window, which is darkened. Not a window of its own, which some desktops would
 /// neither place nor keep focused. Escape and close() close and delete it; then the focus returns.

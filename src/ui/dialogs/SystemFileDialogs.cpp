@@ -12,10 +12,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 /// Some dialogs are case-sensitive.
 const QString &referenceFilter()

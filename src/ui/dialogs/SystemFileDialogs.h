@@ -8,8 +8,7 @@
 
 class QFileDialog;
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The file dialogs of the system. They open in the folder that was last used, and are cancelled when their
 /// parent is destroyed.

@@ -6,8 +6,7 @@
 
 #include <QPainter>
 
-namespace quilmora
-{
+namespace quilmora {
 
 void ButtonFace::draw(QPainter &painter, const QRect &bounds) const
 {

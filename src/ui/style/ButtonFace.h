@@ -3,8 +3,7 @@
 class QPainter;
 class QRect;
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The background, the border and the focus ring of a push button.
 struct ButtonFace {

@@ -12,10 +12,8 @@
 
 #include <algorithm>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr int scrollBarExtent = 12;
 constexpr double scrollThumbMargin = 3;

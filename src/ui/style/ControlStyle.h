@@ -2,8 +2,7 @@
 
 #include "ui/style/MenuStyle.h"
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// Draws Qt's own fields, push buttons, scroll bars and menus. Not used on macOS, which keeps its own style.
 class ControlStyle final : public MenuStyle

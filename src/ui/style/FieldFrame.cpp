@@ -7,8 +7,7 @@
 
 #include <QPainter>
 
-namespace quilmora
-{
+namespace quilmora {
 
 void drawFieldFrame(QPainter &painter, const QRect &bounds, bool focused)
 {

@@ -5,8 +5,7 @@
 class QPainter;
 class QRect;
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// Draws the background and the border of a text field or editor, and the focus ring where `focused`.
 void drawFieldFrame(QPainter &painter, const QRect &bounds, bool focused);

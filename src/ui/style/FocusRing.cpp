@@ -7,10 +7,8 @@
 #include <QPainter>
 #include <QPainterPath>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 /// Modifiers are also pressed by users of the mouse, for example to switch windows.
 bool isModifier(int key)

@@ -5,8 +5,7 @@
 class QPainter;
 class QPainterPath;
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// Draws the focus ring inside `outline`, the outer edge of the border. On the accent color or gradient it is
 /// visible only in ColorRole::onAccent.

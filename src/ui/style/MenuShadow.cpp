@@ -8,10 +8,8 @@
 #include <QEvent>
 #include <QPainter>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 Shadow menuShadow()
 {

@@ -2,8 +2,7 @@
 
 #include <QWidget>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The shadow of an open menu, drawn by a child of the window below it: the menu's own window is no larger
 /// than the menu. Deleted with the menu.

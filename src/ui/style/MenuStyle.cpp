@@ -19,10 +19,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr int padding = 5;
 constexpr int textSize = 13;

@@ -2,8 +2,7 @@
 
 #include <QProxyStyle>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// Draws menus with round corners, without mnemonics and without icons.
 class MenuStyle : public QProxyStyle

@@ -13,11 +13,9 @@
 #include <xcb/xcb.h>
 #endif
 
-namespace quilmora::popupBackground
-{
+namespace quilmora::popupBackground {
 #ifdef QUILMORA_XCB
-namespace
-{
+namespace {
 
 template <typename Reply>
 using ReplyPointer = std::unique_ptr<Reply, decltype(&std::free)>;

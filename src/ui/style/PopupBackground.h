@@ -5,8 +5,7 @@ class QPainter;
 class QRect;
 
 /// The background of menus and sheets.
-namespace quilmora::popupBackground
-{
+namespace quilmora::popupBackground {
 
 /// Whether windows can have translucent parts, which on X11 takes a compositor.
 bool canBeTranslucent();

@@ -7,10 +7,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 /// The first installed simplified Chinese family. Without one Qt falls back to any Han font, often with
 /// Japanese glyphs.

@@ -2,8 +2,7 @@
 
 #include <QFont>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// Sets the font of the application: that of the system, with a simplified Chinese family as fallback. To be
 /// called once, before the first window.

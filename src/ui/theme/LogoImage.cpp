@@ -12,10 +12,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 /// The smallest asset that is at least twice as large, which looks as sharp as the largest. That one would
 /// take a seventh of the time of the program start.

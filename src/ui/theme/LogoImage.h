@@ -3,8 +3,7 @@
 #include <QPixmap>
 #include <QStringList>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The logo in the resources of the program.
 QString logoAssetPath();

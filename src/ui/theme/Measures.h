@@ -1,8 +1,7 @@
 #pragma once
 
 /// Lengths that several widgets share, in device-independent pixels.
-namespace quilmora::measures
-{
+namespace quilmora::measures {
 
 constexpr double controlRadius = 6; ///< Of buttons, fields and menus.
 constexpr double cardRadius = 10;   ///< Of cards, wide buttons and large pictures.

@@ -4,8 +4,7 @@
 #include <cmath>
 #include <iterator>
 
-namespace quilmora
-{
+namespace quilmora {
 
 PixelFitter::PixelFitter(double middle, double target, double scale)
     : m_middle{middle},

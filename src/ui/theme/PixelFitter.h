@@ -2,8 +2,7 @@
 
 #include <map>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// Scales one axis of a drawing to pixels so that chosen places get whole positions, with linear
 /// interpolation between them. Symmetric about the middle.

@@ -7,8 +7,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace quilmora
-{
+namespace quilmora {
 
 PixelSnapper::PixelSnapper(const QPainter &painter) : m_toPixels{painter.deviceTransform()} {}
 

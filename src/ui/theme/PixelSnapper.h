@@ -4,8 +4,7 @@
 
 class QPainter;
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// Aligns shapes to the physical pixels of a painter. At a fractional device pixel ratio the bounds of a
 /// widget lie between pixels, and lines along them are blurred.

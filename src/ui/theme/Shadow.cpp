@@ -12,10 +12,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 /// One pass of a box blur over a line of 8-bit values at a distance of `step` bytes.
 void blurLine(uchar *values, qsizetype count, qsizetype step, qsizetype radius, std::vector<uchar> &line)

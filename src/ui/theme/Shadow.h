@@ -7,8 +7,7 @@
 
 class QPainter;
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// A soft shadow behind a shape.
 struct Shadow {

@@ -5,10 +5,8 @@
 #include <algorithm>
 #include <numbers>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 /// Where a corner of radius 1 crosses its diagonal, on each axis from the tip; that of a circle.
 constexpr double apex = 1 - 1 / std::numbers::sqrt2;

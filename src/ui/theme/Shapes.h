@@ -5,8 +5,7 @@
 #include <QPixmap>
 #include <QRectF>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// A rounded rectangle without a jump of the curvature where the corners begin, as far as the sides are long
 /// enough. With a radius of half the height it is a capsule.

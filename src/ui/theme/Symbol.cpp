@@ -14,10 +14,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 /// Without the margin of a twelfth in the SVG files, symbols are a little taller than capitals.
 constexpr double extentPerTextSize = 1.3;

@@ -8,8 +8,7 @@
 class QPainter;
 class QRectF;
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// A symbol of the application by the name of its file in resources/symbols.
 class Symbol final

@@ -12,10 +12,8 @@
 #include <functional>
 #include <utility>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr int gridUnits = 24;
 constexpr double middle = gridUnits / 2.0;

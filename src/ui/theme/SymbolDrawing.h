@@ -7,8 +7,7 @@ class QByteArray;
 class QColor;
 class QPainter;
 
-namespace quilmora
-{
+namespace quilmora {
 
 class PixelFitter;
 

@@ -8,10 +8,8 @@
 
 #include <array>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 /// Components from 0 to 1.
 struct Tone {

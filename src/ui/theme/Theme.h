@@ -8,8 +8,7 @@
 #include <QObject>
 #include <QPalette>
 
-namespace quilmora
-{
+namespace quilmora {
 
 class SystemAppearance;
 

@@ -7,8 +7,7 @@
 
 #include <QPainter>
 
-namespace quilmora
-{
+namespace quilmora {
 
 ActionButton::ActionButton(const QString &iconName, const QString &title, const Look &look, QWidget *parent)
     : PaintedButton{title, parent},

@@ -6,8 +6,7 @@
 
 #include <optional>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// A push button with an optional symbol before its title. The title of a plain one is red.
 class ActionButton final : public PaintedButton

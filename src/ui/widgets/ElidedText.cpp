@@ -9,10 +9,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 /// More than fits on any screen; the rest would only cost time.
 constexpr qsizetype longestText = 4000;

@@ -7,8 +7,7 @@ class QColor;
 class QPainter;
 class QRectF;
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The first lines of a plain text; the last line is elided when more would follow. Long words are broken
 /// anywhere.

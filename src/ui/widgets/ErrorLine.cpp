@@ -2,8 +2,7 @@
 
 #include "ui/accessibility/Accessibility.h"
 
-namespace quilmora
-{
+namespace quilmora {
 
 ErrorLine::ErrorLine(int pixelSize, QWidget *parent)
     : TextLabel{{}, {pixelSize, QFont::Normal, ColorRole::redText}, parent}

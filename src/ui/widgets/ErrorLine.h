@@ -2,8 +2,7 @@
 
 #include "ui/widgets/TextLabel.h"
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// A red line that is visible while it has a message. Screen readers announce each message once.
 class ErrorLine final : public TextLabel

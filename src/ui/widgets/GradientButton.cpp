@@ -9,10 +9,8 @@
 
 #include <QPainter>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr int pixelSize = 14;
 constexpr QSize padding{22, 11};

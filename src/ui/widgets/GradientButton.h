@@ -4,8 +4,7 @@
 #include "ui/widgets/PaintedButton.h"
 #include "ui/widgets/ShadowHost.h"
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// A capsule on the accent gradient with a symbol and a title. A ShadowHost as parent draws its shadow.
 class GradientButton final : public PaintedButton, public ShadowSource

@@ -11,8 +11,7 @@
 
 #include <algorithm>
 
-namespace quilmora::iconAndTitle
-{
+namespace quilmora::iconAndTitle {
 
 QSize size(const Symbol *symbol, const QString &title, const QFont &font, int spacing)
 {

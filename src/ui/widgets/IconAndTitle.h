@@ -8,14 +8,12 @@ class QPainter;
 class QRectF;
 class QString;
 
-namespace quilmora
-{
+namespace quilmora {
 
 class Symbol;
 
 /// A symbol and a title beside it, centered together.
-namespace iconAndTitle
-{
+namespace iconAndTitle {
 
 /// `symbol` may be null.
 QSize size(const Symbol *symbol, const QString &title, const QFont &font, int spacing);

@@ -10,8 +10,7 @@
 
 #include <limits>
 
-namespace quilmora
-{
+namespace quilmora {
 
 TextField *makeTextField(const QString &accessibleName, const QString &placeholder, int pixelSize,
                          QWidget *parent, bool isMasked)

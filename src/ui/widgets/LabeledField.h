@@ -5,8 +5,7 @@
 
 #include <QWidget>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// A one-line text field under its label and above a hint.
 class LabeledField final : public QWidget

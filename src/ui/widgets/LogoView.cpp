@@ -9,8 +9,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
+namespace quilmora {
 
 LogoView::LogoView(int frameSide, double radius, QWidget *parent, LogoFiles files)
     : QWidget{parent},

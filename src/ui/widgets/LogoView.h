@@ -5,8 +5,7 @@
 #include <QPixmap>
 #include <QWidget>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The application's logo, loaded when the view is first painted.
 class LogoView final : public QWidget

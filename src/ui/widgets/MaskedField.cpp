@@ -10,10 +10,8 @@
 
 #include <algorithm>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr double dotDiameter = 0.5; ///< Relative to the height of the font.
 

@@ -2,8 +2,7 @@
 
 #include "ui/widgets/TextField.h"
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// A text field for a secret: it shows dots, and neither the clipboard, nor input methods, nor assistive
 /// programs get its text. Qt's own password field reports a text that is set to assistive programs.

@@ -1,7 +1,6 @@
 #include "ui/widgets/OptionButton.h"
 
-namespace quilmora
-{
+namespace quilmora {
 
 OptionButton::OptionButton(const QString &accessibleName, QWidget *parent)
     : PaintedButton{accessibleName, parent}

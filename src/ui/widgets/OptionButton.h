@@ -2,8 +2,7 @@
 
 #include "ui/widgets/PaintedButton.h"
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// One of the exclusive choices among the children of a widget.
 class OptionButton : public PaintedButton

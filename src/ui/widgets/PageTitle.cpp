@@ -6,8 +6,7 @@
 
 #include <cmath>
 
-namespace quilmora
-{
+namespace quilmora {
 
 PageTitle::PageTitle(const QString &text, QWidget *parent) : TextLabel{text, {22, QFont::Bold}, parent} {}
 

@@ -2,8 +2,7 @@
 
 #include "ui/widgets/TextLabel.h"
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// The title of a screen. Its characters, not its line, are centered vertically: at this size the two are
 /// pixels apart, which is visible beside a button.

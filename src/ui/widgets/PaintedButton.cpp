@@ -8,8 +8,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 
-namespace quilmora
-{
+namespace quilmora {
 
 PaintedButton::PaintedButton(const QString &accessibleName, QWidget *parent) : QAbstractButton{parent}
 {

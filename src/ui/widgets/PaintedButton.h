@@ -2,8 +2,7 @@
 
 #include <QAbstractButton>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// A button that its subclasses paint. It shows the focus ring only to users of the keyboard. Return presses
 /// it like the space bar, and text that an input method composes is committed before the button acts.

@@ -6,8 +6,7 @@
 
 #include <QPainter>
 
-namespace quilmora
-{
+namespace quilmora {
 
 PictureView::PictureView(const QImage &image, const QString &accessibleName, const Look &look,
                          QWidget *parent)

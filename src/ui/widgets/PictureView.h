@@ -3,8 +3,7 @@
 #include "ui/widgets/ScaledPicture.h"
 #include "ui/widgets/ShadowHost.h"
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// A picture as large as fits into a box, with rounded corners. A ShadowHost as parent draws its shadow.
 class PictureView final : public QWidget, public ShadowSource

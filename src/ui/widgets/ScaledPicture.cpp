@@ -2,8 +2,7 @@
 
 #include "ui/theme/Shapes.h"
 
-namespace quilmora
-{
+namespace quilmora {
 
 void ScaledPicture::setImage(const QImage &image)
 {

@@ -4,8 +4,7 @@
 #include <QPixmap>
 #include <QSize>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// A picture that is scaled, and gets round corners, once for a size and resolution, however often it is
 /// painted.

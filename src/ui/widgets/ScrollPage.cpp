@@ -2,8 +2,7 @@
 
 #include "ui/accessibility/Accessibility.h"
 
-namespace quilmora
-{
+namespace quilmora {
 
 ScrollPage::ScrollPage(QWidget *parent) : QScrollArea{parent}, m_page{new QWidget}
 {

@@ -2,8 +2,7 @@
 
 #include <QScrollArea>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// A screen whose content scrolls vertically.
 class ScrollPage : public QScrollArea

@@ -2,8 +2,7 @@
 
 #include <QPainter>
 
-namespace quilmora
-{
+namespace quilmora {
 
 void ShadowHost::paintEvent(QPaintEvent * /*event*/)
 {

@@ -4,8 +4,7 @@
 
 #include <QWidget>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// A widget with a shadow, which its parent draws.
 class ShadowSource

@@ -4,8 +4,7 @@
 
 #include <utility>
 
-namespace quilmora
-{
+namespace quilmora {
 
 SymbolLabel::SymbolLabel(Symbol shown, ColorRole role, QWidget *parent)
     : QWidget{parent},

@@ -5,8 +5,7 @@
 
 #include <QWidget>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// Shows a symbol.
 class SymbolLabel final : public QWidget

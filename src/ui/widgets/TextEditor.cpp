@@ -13,10 +13,8 @@
 #include <QPainter>
 #include <QScrollBar>
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 constexpr int innerPadding = 4;
 /// Aligns the text with that of fields.

@@ -2,8 +2,7 @@
 
 #include <QPlainTextEdit>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// A plain text of several lines, framed like a text field.
 class TextEditor : public QPlainTextEdit

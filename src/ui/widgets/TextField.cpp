@@ -9,10 +9,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora
-{
-namespace
-{
+namespace quilmora {
+namespace {
 
 /// Precedes the description of an invalid field, since Qt reports no such state to screen readers.
 const QString invalidNote = u"无效。"_s;

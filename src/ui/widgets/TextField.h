@@ -2,8 +2,7 @@
 
 #include <QLineEdit>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// A text field that reports the preedit text of input methods, and that can be marked as invalid.
 class TextField : public QLineEdit

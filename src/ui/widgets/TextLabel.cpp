@@ -5,8 +5,7 @@
 
 #include <QEvent>
 
-namespace quilmora
-{
+namespace quilmora {
 
 TextLabel::TextLabel(const QString &text, Style style, QWidget *parent) : QLabel{parent}, m_color{style.color}
 {

@@ -5,8 +5,7 @@
 #include <QFont>
 #include <QLabel>
 
-namespace quilmora
-{
+namespace quilmora {
 
 /// A plain text in the system font and a color of the theme.
 class TextLabel : public QLabel

@@ -13,8 +13,7 @@
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();

@@ -20,8 +20,7 @@ using namespace quilmora;
 using namespace quilmora::test;
 using screenCapture::srgb;
 
-namespace
-{
+namespace {
 
 const QColor yellow = srgb(1.0, 0.78, 0.2);
 

@@ -10,8 +10,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 using Press = void (*)(QAbstractButton *);
 

@@ -17,8 +17,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 constexpr qsizetype megabyte = 1'048'576;
 

@@ -21,8 +21,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 qsizetype longestLineOf(const QString &text)
 {

@@ -14,8 +14,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 /// Pastes `text` in place of what is there, as a user does.
 void paste(QWidget *field, const QString &text)

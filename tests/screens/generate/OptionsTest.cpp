@@ -17,8 +17,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 template <typename Option>
 QStringList namesOf(const QList<Option> &options)

@@ -15,8 +15,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 /// How many pixels the text inks.
 int ink(ContactLine *line, QSize size)

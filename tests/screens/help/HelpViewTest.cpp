@@ -17,8 +17,7 @@ using namespace quilmora;
 using namespace quilmora::test;
 using namespace std::chrono_literals;
 
-namespace
-{
+namespace {
 
 /// Which parts of a widget are painted anew.
 class PaintedArea final : public QObject

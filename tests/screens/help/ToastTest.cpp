@@ -24,8 +24,7 @@ using namespace quilmora;
 using namespace quilmora::test;
 using namespace std::chrono_literals;
 
-namespace
-{
+namespace {
 
 constexpr int wholeOpacity = 199; // 78 % of 255
 

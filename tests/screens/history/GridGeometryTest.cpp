@@ -10,8 +10,7 @@
 
 using namespace quilmora;
 
-namespace
-{
+namespace {
 
 /// Tiles that are all 50 higher than wide.
 GridGeometry evenGrid(int width, std::size_t count)

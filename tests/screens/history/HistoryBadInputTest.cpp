@@ -14,8 +14,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 /// Gives up the superuser's rights for a while; without effect on a process that has none.
 class OrdinaryUser final

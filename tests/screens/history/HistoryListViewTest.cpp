@@ -13,8 +13,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 /// Notes the sizes in which history grids are drawn.
 class DrawnSizes final : public QObject

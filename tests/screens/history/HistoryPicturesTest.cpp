@@ -14,8 +14,7 @@ using namespace quilmora;
 using namespace quilmora::test;
 using namespace quilmora::test::screenCapture;
 
-namespace
-{
+namespace {
 
 /// Notes the tiles in the order in which they are drawn anew by themselves, which is that of their filling.
 class FilledTiles final : public QObject

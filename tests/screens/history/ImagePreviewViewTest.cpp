@@ -18,8 +18,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 const QDateTime creation{{2025, 3, 5}, {9, 7, 3}};
 

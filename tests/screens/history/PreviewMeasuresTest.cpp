@@ -18,8 +18,7 @@ using namespace quilmora;
 using namespace quilmora::test;
 using screenCapture::srgb;
 
-namespace
-{
+namespace {
 
 QString metaLine()
 {

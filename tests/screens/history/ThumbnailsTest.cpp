@@ -13,8 +13,7 @@ using namespace quilmora::test;
 
 using State = ThumbnailCache::State;
 
-namespace
-{
+namespace {
 
 constexpr ThumbnailCache::Square square{100, 8, 1.0};
 

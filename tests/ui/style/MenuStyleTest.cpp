@@ -17,8 +17,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 constexpr int cornerRadius = 6;
 constexpr int padding = 5;

@@ -9,8 +9,7 @@
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 /// The shadow of `shape` alone, drawn on a sheet of 120 x 120.
 QImage shadowOf(const QPainterPath &shape)

@@ -11,8 +11,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 /// The opacities along a row or column of the pixels of a picture.
 QList<int> opacities(const QImage &picture, bool isRow, int place)

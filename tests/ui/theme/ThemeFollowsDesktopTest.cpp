@@ -8,8 +8,7 @@
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 QColor windowColor()
 {
@@ -53,8 +52,7 @@ private Q_SLOTS:
     }
 };
 
-namespace
-{
+namespace {
 
 template <typename Test>
 int runWidgetTest(int argc, char **argv)

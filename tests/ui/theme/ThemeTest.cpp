@@ -15,8 +15,7 @@ using namespace quilmora;
 using namespace quilmora::test;
 using screenCapture::srgb;
 
-namespace
-{
+namespace {
 
 /// Opaque.
 QColor hex(QRgb color)

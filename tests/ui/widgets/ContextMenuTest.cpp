@@ -12,8 +12,7 @@ using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
-namespace
-{
+namespace {
 
 enum class Kind { field, editor, message };
 

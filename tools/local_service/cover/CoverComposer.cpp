@@ -20,10 +20,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::localservice::coverComposer
-{
-namespace
-{
+namespace quilmora::localservice::coverComposer {
+namespace {
 
 constexpr double ringShare = 0.030; ///< Of the radius: the width of the ring.
 constexpr double upperShare = 0.12; ///< How much of what is cut off a tall picture is cut above.

@@ -2,8 +2,7 @@
 
 #include <algorithm>
 
-namespace quilmora::localservice
-{
+namespace quilmora::localservice {
 
 CoverLayout CoverLayout::of(QSize size, bool hasTitle, bool hasPresenter)
 {

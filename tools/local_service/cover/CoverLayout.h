@@ -4,8 +4,7 @@
 #include <QRectF>
 #include <QSize>
 
-namespace quilmora::localservice
-{
+namespace quilmora::localservice {
 
 /// Where things stand on a cover. Lengths are pixels.
 struct CoverLayout {

@@ -5,10 +5,8 @@
 #include <algorithm>
 #include <array>
 
-namespace quilmora::localservice
-{
-namespace
-{
+namespace quilmora::localservice {
+namespace {
 
 constexpr int sampleSide = 64;
 constexpr std::size_t hues = 24;

@@ -4,8 +4,7 @@
 
 class QImage;
 
-namespace quilmora::localservice
-{
+namespace quilmora::localservice {
 
 /// The few colours that a cover keeps to.
 struct Palette {

@@ -4,10 +4,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::localservice
-{
-namespace
-{
+namespace quilmora::localservice {
+namespace {
 
 constexpr auto anySigns =
     QRegularExpression::DotMatchesEverythingOption | QRegularExpression::UseUnicodePropertiesOption;

@@ -2,8 +2,7 @@
 
 #include <QString>
 
-namespace quilmora::localservice
-{
+namespace quilmora::localservice {
 
 /// What a prompt asks of a cover. Each text is empty when the prompt does not speak of it.
 struct PromptParts {

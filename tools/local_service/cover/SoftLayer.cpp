@@ -4,10 +4,8 @@
 
 #include <algorithm>
 
-namespace quilmora::localservice::softLayer
-{
-namespace
-{
+namespace quilmora::localservice::softLayer {
+namespace {
 
 /// From here on one enlargement to the cover's size looks smooth.
 constexpr int lastEnlargement = 4;

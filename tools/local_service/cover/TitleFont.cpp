@@ -5,10 +5,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::localservice::titleFont
-{
-namespace
-{
+namespace quilmora::localservice::titleFont {
+namespace {
 
 /// Everything is measured and drawn at this size and scaled from there.
 constexpr int masterSize = 256;

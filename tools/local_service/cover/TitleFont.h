@@ -4,8 +4,7 @@
 #include <QString>
 
 /// The heavy face that covers are lettered in. Functions may be called from any thread.
-namespace quilmora::localservice::titleFont
-{
+namespace quilmora::localservice::titleFont {
 
 /// `text` without the signs that have no outline (emoji, control characters); every line break is a '\n'.
 QString drawable(const QString &text);

@@ -10,10 +10,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::localservice
-{
-namespace
-{
+namespace quilmora::localservice {
+namespace {
 
 using Lines = QList<TitleLayout::Line>;
 

@@ -4,8 +4,7 @@
 #include <QSizeF>
 #include <QString>
 
-namespace quilmora::localservice
-{
+namespace quilmora::localservice {
 
 /// A title broken into balanced lines that are as large as their room allows.
 struct TitleLayout {

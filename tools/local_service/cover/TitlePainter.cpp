@@ -8,10 +8,8 @@
 #include <QPainterPath>
 #include <QTransform>
 
-namespace quilmora::localservice::titlePainter
-{
-namespace
-{
+namespace quilmora::localservice::titlePainter {
+namespace {
 
 // Lengths are font sizes.
 constexpr double ascent = 0.98;       ///< From the top of a line to its base line.

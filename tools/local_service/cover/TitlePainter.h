@@ -6,8 +6,7 @@
 
 class QPainter;
 
-namespace quilmora::localservice::titlePainter
-{
+namespace quilmora::localservice::titlePainter {
 
 /// Letters the title: outlined, raised from a darkened ground, one line of it in yellow.
 void paint(QPainter &cover, QSize size, const TitleLayout &title, const CoverLayout &layout,

@@ -5,8 +5,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::localservice
-{
+namespace quilmora::localservice {
 
 ErrorEnvelope ErrorEnvelope::invalidParameter(const QString &param, const QString &reason)
 {

@@ -3,8 +3,7 @@
 #include <QByteArray>
 #include <QString>
 
-namespace quilmora::localservice
-{
+namespace quilmora::localservice {
 
 /// An error as the image service reports it: an HTTP status and a JSON body with one member "error".
 struct ErrorEnvelope {

@@ -15,10 +15,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::localservice
-{
-namespace
-{
+namespace quilmora::localservice {
+namespace {
 
 constexpr int jpegQuality = 92;
 /// Pictures kept to be fetched by address; older ones are forgotten.

@@ -13,8 +13,7 @@
 #include <mutex>
 #include <utility>
 
-namespace quilmora::localservice
-{
+namespace quilmora::localservice {
 
 /// How a local image service is to behave.
 struct LocalServiceOptions {

@@ -13,10 +13,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::localservice
-{
-namespace
-{
+namespace quilmora::localservice {
+namespace {
 
 constexpr const char *host = "127.0.0.1";
 constexpr const char *generationPath = "/api/v3/images/generations";

@@ -6,8 +6,7 @@
 
 class QUrl;
 
-namespace quilmora::localservice
-{
+namespace quilmora::localservice {
 
 /// An HTTP server on 127.0.0.1 with the public interface of the image service. It composes the covers
 /// itself, needs no account and no network, and gives the same picture for the same request.

@@ -5,8 +5,7 @@
 #include <QSize>
 #include <QString>
 
-namespace quilmora::localservice
-{
+namespace quilmora::localservice {
 
 /// A request for one picture that has passed every check.
 struct PictureRequest {

@@ -13,10 +13,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::localservice::requestRules
-{
-namespace
-{
+namespace quilmora::localservice::requestRules {
+namespace {
 
 // Each limit is itself allowed.
 constexpr qint64 smallestArea = 921'600; ///< In pixels.

@@ -9,8 +9,7 @@
 #include <variant>
 
 /// What a generation request may say, as strictly as the image service's public interface is written.
-namespace quilmora::localservice::requestRules
-{
+namespace quilmora::localservice::requestRules {
 
 /// The checked request, or the first error found in `body`: the JSON, then the members in the order of the
 /// public interface (unknown ones first), then whether the model is one of `models`. Thread-safe.

@@ -6,10 +6,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace quilmora::localservice
-{
-namespace
-{
+namespace quilmora::localservice {
+namespace {
 
 /// How far out of focus the far part lies, in thousandths of the shorter side.
 constexpr double farBlur = 4;

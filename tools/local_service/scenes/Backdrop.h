@@ -6,8 +6,7 @@
 #include <QSize>
 #include <QStringView>
 
-namespace quilmora::localservice
-{
+namespace quilmora::localservice {
 
 /// One kind of background. There are three; a prompt gets the one that is nearest to its words.
 struct Backdrop {

@@ -6,10 +6,8 @@
 #include <cmath>
 #include <numbers>
 
-namespace quilmora::localservice
-{
-namespace
-{
+namespace quilmora::localservice {
+namespace {
 
 constexpr double horizon = 0.56;
 constexpr double shore = 0.80;

@@ -8,10 +8,8 @@
 #include <cmath>
 #include <numbers>
 
-namespace quilmora::localservice
-{
-namespace
-{
+namespace quilmora::localservice {
+namespace {
 
 void addLight(QPainter &painter, const QBrush &brush, const QPainterPath &shape)
 {

@@ -9,8 +9,7 @@
 
 class QPainter;
 
-namespace quilmora::localservice
-{
+namespace quilmora::localservice {
 
 /// What a backdrop is painted on and with. Lengths are cover pixels. All light is added to what is there.
 struct Canvas {

@@ -2,10 +2,8 @@
 
 #include <QPainter>
 
-namespace quilmora::localservice
-{
-namespace
-{
+namespace quilmora::localservice {
+namespace {
 
 constexpr double ceiling = 0.075;
 

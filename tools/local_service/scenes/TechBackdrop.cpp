@@ -5,10 +5,8 @@
 
 #include <cmath>
 
-namespace quilmora::localservice
-{
-namespace
-{
+namespace quilmora::localservice {
+namespace {
 
 constexpr double horizon = 0.70;
 
