@@ -1,7 +1,7 @@
 #include "BenchHistory.h"
 
-#include "generation/CoverInputs.h"
-#include "generation/CoverPrompt.h"
+#include "generation/GenerationRequest.h"
+#include "model/CoverInputs.h"
 #include "store/SqliteConnection.h"
 
 #include <QFile>

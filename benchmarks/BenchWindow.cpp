@@ -11,10 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace quilmora::bench {
 
-std::optional<QString> OneFileDialogs::chooseReferenceImage(QWidget * /*parent*/)
-{
-    return path;
-}
+std::optional<QString> OneFileDialogs::chooseReferenceImage(QWidget * /*parent*/) { return path; }
 
 std::optional<QString> OneFileDialogs::chooseCoverDestination(QWidget * /*parent*/, const QString & /*name*/)
 {
@@ -53,15 +50,9 @@ void BenchWindow::typeTitle(const QString &title)
     qobject_cast<QLineEdit *>(control(u"视频封面标题文本"_s))->setText(title);
 }
 
-void BenchWindow::pickFace(const QString &path)
-{
-    pick(u"人脸形象（必填）"_s, path);
-}
+void BenchWindow::pickFace(const QString &path) { pick(u"人脸形象（必填）"_s, path); }
 
-void BenchWindow::pickStyle(const QString &path)
-{
-    pick(u"风格参考（上传示例封面，非必填）"_s, path);
-}
+void BenchWindow::pickStyle(const QString &path) { pick(u"风格参考（上传示例封面，非必填）"_s, path); }
 
 void BenchWindow::pick(const QString &accessibleName, const QString &path)
 {

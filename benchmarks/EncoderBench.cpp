@@ -66,10 +66,7 @@ QList<Sample> samples()
     };
 }
 
-double megabytes(const QByteArray &file)
-{
-    return static_cast<double>(file.size()) / 1e6;
-}
+double megabytes(const QByteArray &file) { return static_cast<double>(file.size()) / 1e6; }
 
 /// Seconds from the start of encoding until the last byte of a request has left, at so many megabits a
 /// second.

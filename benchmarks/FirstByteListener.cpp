@@ -32,10 +32,7 @@ FirstByteListener::~FirstByteListener()
     close(m_socket);
 }
 
-QString FirstByteListener::address() const
-{
-    return u"http://127.0.0.1:%1/"_s.arg(m_port);
-}
+QString FirstByteListener::address() const { return u"http://127.0.0.1:%1/"_s.arg(m_port); }
 
 std::optional<FirstByteListener::Clock::time_point> FirstByteListener::firstByte() const
 {

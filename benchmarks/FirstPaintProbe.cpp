@@ -50,10 +50,7 @@ FirstPaintProbe::FirstPaintProbe() : m_connection{xcb_connect(nullptr, nullptr)}
     xcb_flush(m_connection);
 }
 
-FirstPaintProbe::~FirstPaintProbe()
-{
-    xcb_disconnect(m_connection);
-}
+FirstPaintProbe::~FirstPaintProbe() { xcb_disconnect(m_connection); }
 
 void FirstPaintProbe::reset()
 {

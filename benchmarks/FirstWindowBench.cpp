@@ -73,10 +73,7 @@ void reportAgainst(const QString &other, const std::vector<Starts> &starts, Goal
                  median(starts[1].mebibytes), goals.memory);
 }
 
-QString beside(const QString &program)
-{
-    return QCoreApplication::applicationDirPath() + u'/' + program;
-}
+QString beside(const QString &program) { return QCoreApplication::applicationDirPath() + u'/' + program; }
 
 void reportAgainstBrowser(FirstPaintProbe &watch, const Program &ours, const QString &home)
 {

@@ -3,7 +3,7 @@
 #include "BenchWindow.h"
 #include "Report.h"
 #include "SamplePhotos.h"
-#include "generation/RequestBody.h"
+#include "generation/GenerationRequest.h"
 #include "imaging/ImageCodec.h"
 #include "screens/generate/LoadingSection.h"
 

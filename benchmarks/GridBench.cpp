@@ -30,10 +30,7 @@ constexpr int screenful = 16;
 constexpr int runs = 9;
 constexpr double frame = 16; // Milliseconds.
 
-double milliseconds(const QElapsedTimer &timer)
-{
-    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
-}
+double milliseconds(const QElapsedTimer &timer) { return static_cast<double>(timer.nsecsElapsed()) / 1e6; }
 
 /// How long the turns of the main loop take. Those in which nothing happens do not count.
 class Turns final

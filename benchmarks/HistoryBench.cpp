@@ -5,7 +5,7 @@
 #include "Report.h"
 #include "ResidentMemory.h"
 #include "app/MainView.h"
-#include "app/NavTabButton.h"
+#include "app/TopNavigationBar.h"
 #include "imaging/ImageCodec.h"
 #include "screens/history/HistoryGrid.h"
 #include "screens/history/HistoryListView.h"
@@ -113,10 +113,7 @@ private:
     MainView m_window;
 };
 
-double openingTime(BenchHistory &history)
-{
-    return Screen{history}.milliseconds;
-}
+double openingTime(BenchHistory &history) { return Screen{history}.milliseconds; }
 
 double peakMemory(BenchHistory &history)
 {

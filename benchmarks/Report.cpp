@@ -147,10 +147,7 @@ void reportFigures(const QString &what, const QList<Figure> &figures)
     console::printLine(line);
 }
 
-bool allGoalsMet()
-{
-    return results().allMet;
-}
+bool allGoalsMet() { return results().allMet; }
 
 void writeReport(const QString &path)
 {

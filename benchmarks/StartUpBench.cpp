@@ -1,8 +1,8 @@
 #include "StartUpBench.h"
 
 #include "Report.h"
-#include "store/CoversFolder.h"
 #include "store/DatabaseManager.h"
+#include "store/ImageStorageService.h"
 #include "store/SqliteConnection.h"
 
 #include <QDir>
@@ -17,10 +17,7 @@ namespace {
 /// What the store may take longer to open with that many covers than with none.
 constexpr double extraMilliseconds = 50;
 
-QString coverName(int number)
-{
-    return u"cover_20250302_140327_%1.png"_s.arg(number);
-}
+QString coverName(int number) { return u"cover_20250302_140327_%1.png"_s.arg(number); }
 
 void addFiles(const QString &covers, int count)
 {

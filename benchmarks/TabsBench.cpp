@@ -1,7 +1,7 @@
 #include "TabsBench.h"
 
 #include "Report.h"
-#include "app/NavTabButton.h"
+#include "app/TopNavigationBar.h"
 #include "gallery/ApplicationFixture.h"
 
 #include <QCoreApplication>

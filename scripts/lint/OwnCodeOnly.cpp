@@ -23,10 +23,11 @@ public:
     }
 
     /// The walk comes to the unit before it asks for what the unit holds, so that it is not too late here.
+    /// The declarations of precompiled headers stay unread.
     void check(const ast_matchers::MatchFinder::MatchResult &result) override
     {
         std::vector<Decl *> own;
-        for (Decl *declaration : result.Nodes.getNodeAs<TranslationUnitDecl>("unit")->decls()) {
+        for (Decl *declaration : result.Nodes.getNodeAs<TranslationUnitDecl>("unit")->noload_decls()) {
             if (!result.SourceManager->isInSystemHeader(declaration->getLocation())) {
                 own.push_back(declaration);
             }

@@ -42,25 +42,24 @@ QIcon iconOfWindows()
     return icon;
 }
 
-QWidget *makeScreen(NavigationTab tab, FileDialogs &dialogs, ThumbnailCache &thumbnails, QWidget *parent)
+} // namespace
+
+QWidget *makeScreen(NavigationTab tab, const ScreenServices &services, QWidget *parent)
 {
     switch (tab) {
     case NavigationTab::generate:
-        return new GenerateCoverView{CoverGenerationFlow::create(DatabaseManager::shared(),
-                                                                 ImageStorageService::shared(),
-                                                                 ImageGeneratorService::shared()),
-                                     dialogs, parent};
-    case NavigationTab::settings:
-        return new SettingsView{DatabaseManager::shared(), parent};
+        return new GenerateCoverView{
+            CoverGenerationFlow::create(services.database, services.storage, services.generator),
+            services.dialogs, parent};
     case NavigationTab::history:
-        return new HistoryListView{DatabaseManager::shared(), dialogs, thumbnails, parent};
+        return new HistoryListView{services.database, services.dialogs, services.thumbnails, parent};
+    case NavigationTab::settings:
+        return new SettingsView{services.database, parent};
     case NavigationTab::help:
-        return new HelpView{AboutInformation::current(), parent};
+        return new HelpView{services.about, parent};
     }
     Q_UNREACHABLE();
 }
-
-} // namespace
 
 QuilmoraApp::QuilmoraApp(int &argc, char **argv)
     : QApplication{argc, argv},
@@ -85,7 +84,10 @@ QuilmoraApp::~QuilmoraApp() = default;
 void QuilmoraApp::openMainWindow()
 {
     m_window = std::make_unique<MainView>([this](NavigationTab tab, QWidget *parent) {
-        return makeScreen(tab, *m_dialogs, *m_thumbnails, parent);
+        return makeScreen(tab,
+                          {DatabaseManager::shared(), ImageStorageService::shared(),
+                           ImageGeneratorService::shared(), *m_dialogs, *m_thumbnails},
+                          parent);
     });
     // The standard keys have no key on some desktops.
     for (const auto key : {Qt::Key_W, Qt::Key_Q}) {

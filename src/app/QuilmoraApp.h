@@ -1,14 +1,33 @@
 #pragma once
 
+#include "app/NavigationTab.h"
+#include "screens/help/HelpView.h"
+
 #include <QApplication>
 
 #include <memory>
 
 namespace quilmora {
 
+class DatabaseManager;
 class FileDialogs;
+class ImageGeneratorService;
+class ImageStorageService;
 class MainView;
 class ThumbnailCache;
+
+/// What the screens use. All of it must outlive them.
+struct ScreenServices {
+    DatabaseManager &database;
+    ImageStorageService &storage;
+    ImageGeneratorService &generator;
+    FileDialogs &dialogs;
+    ThumbnailCache &thumbnails;
+    AboutInformation about = AboutInformation::current();
+};
+
+/// Creates the screen of a tab.
+QWidget *makeScreen(NavigationTab tab, const ScreenServices &services, QWidget *parent);
 
 /// The application with its one window. Passes the shared services to the screens.
 class QuilmoraApp final : public QApplication

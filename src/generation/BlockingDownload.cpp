@@ -1,34 +1,26 @@
 #include "generation/BlockingDownload.h"
 
-#include "generation/CancellationToken.h"
-#include "generation/ResponseSizeLimit.h"
+#include "generation/ReplyClassification.h"
 
 #include <QEventLoop>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QStringList>
 
 #include <memory>
 
 using namespace Qt::StringLiterals;
 
 namespace quilmora {
-namespace {
-
-bool isReadable(const QUrl &url)
-{
-    return url.scheme() == u"https"_s || url.scheme() == u"http"_s || url.scheme() == u"data"_s;
-}
-
-} // namespace
 
 std::optional<QByteArray> downloadBlocking(const QUrl &url, std::chrono::milliseconds idleLimit,
                                            const CancellationToken &cancellationToken)
 {
-    if (!isReadable(url)) {
+    if (!QStringList{u"https"_s, u"http"_s, u"data"_s}.contains(url.scheme())) {
         return std::nullopt;
     }
     QEventLoop waiting;
-    // Connected before the look at isStopped(), so that a stop in between is not missed.
+    // Before isCancelled() is checked, so that no cancellation is missed.
     QObject::connect(&cancellationToken, &CancellationToken::cancelled, &waiting, &QEventLoop::quit);
 
     QNetworkAccessManager manager;

@@ -1,8 +1,8 @@
 #include "generation/CoverGenerationFlow.h"
 
-#include "generation/CoverInputs.h"
-#include "generation/CoverPrompt.h"
+#include "generation/GenerationRequest.h"
 #include "generation/ImageGeneratorService.h"
+#include "model/CoverInputs.h"
 #include "store/DatabaseManager.h"
 #include "store/ImageStorageService.h"
 
@@ -13,12 +13,8 @@ namespace {
 
 QList<QImage> referenceImages(const CoverInputs &inputs)
 {
-    QList<QImage> images;
-    for (const QImage &image : {inputs.faceImage, inputs.styleImage}) {
-        if (!image.isNull()) {
-            images.append(image);
-        }
-    }
+    QList<QImage> images{inputs.faceImage, inputs.styleImage};
+    images.removeIf([](const QImage &image) { return image.isNull(); });
     return images;
 }
 

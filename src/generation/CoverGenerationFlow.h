@@ -1,12 +1,13 @@
 #pragma once
 
 #include "generation/GenerationResult.h"
-#include "model/CoverGenerationState.h"
 
 #include <QImage>
 #include <QObject>
+#include <QString>
 
 #include <memory>
+#include <variant>
 
 namespace quilmora {
 
@@ -15,9 +16,30 @@ class ImageGeneratorService;
 class ImageStorageService;
 struct CoverInputs;
 
-/// From the user's choices to a stored and recorded cover. It holds what a screen shows of that, and knows no
-/// screen: a request under way keeps its flow alive, so the cover is stored and recorded even when whoever
-/// started it has gone. The services must outlive it. Main thread only.
+/// The state of a generation.
+namespace generationState {
+
+struct Idle {
+};
+
+struct Generating {
+};
+
+struct Success {
+    QImage image;
+};
+
+struct Failure {
+    QString message; ///< Shown to the user as it is.
+};
+
+} // namespace generationState
+
+using CoverGenerationState = std::variant<generationState::Idle, generationState::Generating,
+                                          generationState::Success, generationState::Failure>;
+
+/// Generates a cover, stores it and adds it to the history. A running request keeps its flow alive, so the
+/// cover is stored even when the screen is destroyed. The services must outlive it. Main thread only.
 class CoverGenerationFlow final : public QObject, public std::enable_shared_from_this<CoverGenerationFlow>
 {
     Q_OBJECT
@@ -28,10 +50,10 @@ public:
 
     const CoverGenerationState &generationState() const { return m_state; }
 
-    /// The last picture made; null before the first one and after a return to the form.
+    /// The last generated picture; null before the first one and after reset().
     const QImage &generatedImage() const { return m_image; }
 
-    /// Starts one generation with the settings as they are now. Does not mind others under way.
+    /// Starts one generation with the current settings, even while others are running.
     void startGeneration(const CoverInputs &inputs);
 
     /// Back to idle, without a picture.

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "generation/GenError.h"
-
 #include <QImage>
 #include <QString>
 
@@ -10,7 +8,31 @@
 
 namespace quilmora {
 
-/// A failure of the connection itself, in the platform's own words.
+/// What can go wrong in image generation, each case with the text that the user sees.
+class GenError final
+{
+public:
+    enum class Case { invalidURL, invalidAPIKey, invalidModelID, noData, parseFailed, serverError };
+
+    /// An error without a message of its own; not for serverError.
+    explicit GenError(Case kind) : m_errorCase{kind} {}
+
+    /// An error with a text of the server, or about a response that cannot be parsed.
+    static GenError serverError(const QString &message);
+
+    Case kind() const { return m_errorCase; }
+
+    /// The text for the user.
+    QString errorDescription() const;
+
+    friend bool operator==(const GenError &, const GenError &) = default;
+
+private:
+    Case m_errorCase;
+    QString m_message;
+};
+
+/// A failure of the connection, with Qt's text.
 struct TransportError {
     QString description;
 };

@@ -1,28 +1,25 @@
 #include "generation/HttpSession.h"
 
-#include "generation/NonRewindableBody.h"
-#include "generation/ResponseSizeLimit.h"
-
 #include <QCoreApplication>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 namespace quilmora {
 namespace {
 
-constexpr int maximumRedirects = 10;
-
 QNetworkRequest networkRequest(const HttpSession::Request &request, std::chrono::milliseconds idleLimit)
 {
     QNetworkRequest prepared{request.url};
     prepared.setRawHeader("Authorization", request.authorization);
     prepared.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
-    // Followed by itself, a redirect would take the key along, and at times trip over rewinding the body.
+    // Qt would send the key to the redirect's target, and sometimes fail to rewind the body.
     prepared.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
-    // A challenge is an answer to show; it must not bring other credentials in the key's place.
+    // A challenge is a response to show; cached credentials must not replace the key.
     prepared.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
     prepared.setTransferTimeout(static_cast<int>(idleLimit.count()));
     return prepared;
@@ -30,17 +27,16 @@ QNetworkRequest networkRequest(const HttpSession::Request &request, std::chrono:
 
 } // namespace
 
-HttpSession::HttpSession(std::chrono::milliseconds limit) : m_idleLimit{limit} {}
-
-void HttpSession::post(const Request &request, const Done &done)
+qint64 NonRewindableBody::readData(char *data, qint64 maximum)
 {
-    send(Method::post, request, maximumRedirects, done);
+    const qint64 count = std::min<qint64>(maximum, m_body.size() - pos());
+    std::copy_n(m_body.constData() + pos(), count, data);
+    return count;
 }
 
 void HttpSession::send(Method method, const Request &request, int redirectsLeft, const Done &done)
 {
-    // One for each request. Shared, it would let no more than six of them run at once, with the clock of the
-    // others ticking, and send them over kept connections, which may have died unnoticed.
+    // A shared one would send at most six requests at once, and reuse connections that may be closed.
     auto *manager = new QNetworkAccessManager{this};
     QNetworkRequest prepared = networkRequest(request, m_idleLimit);
     QNetworkReply *reply = nullptr;

@@ -1,7 +1,7 @@
 #include "generation/ImageGeneratorService.h"
 
 #include "generation/BlockingDownload.h"
-#include "generation/RequestBody.h"
+#include "generation/GenerationRequest.h"
 #include "generation/ResponseParser.h"
 
 #include <QCoreApplication>
@@ -14,11 +14,10 @@ using namespace Qt::StringLiterals;
 namespace quilmora {
 namespace {
 
-/// How many answers may be decoded, or wait for a picture named by its address, at once. Far more than a user
-/// starts, so that a slow one never holds up another.
+/// More than a user starts at once, so that a slow download of a picture does not delay other responses.
 constexpr int maximumDecoders = 32;
 
-/// A line break or NUL in the key would end its header line and begin a line of the key's own.
+/// A line break or NUL in the key would end the header line and start another header.
 bool fitsHeaderLine(const QString &key)
 {
     return !key.contains(u'\r') && !key.contains(u'\n') && !key.contains(QChar::Null);
@@ -51,19 +50,13 @@ ImageGeneratorService::ImageGeneratorService(IdleLimits limits)
     m_sessionThread.start();
 }
 
-ImageGeneratorService::~ImageGeneratorService()
-{
-    endThreads();
-}
+ImageGeneratorService::~ImageGeneratorService() { endThreads(); }
 
 ImageGeneratorService &ImageGeneratorService::shared()
 {
     static ImageGeneratorService instance;
-    static const bool stopsWithTheApplication = [] {
-        return static_cast<bool>(connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit,
-                                         &instance, &ImageGeneratorService::stop));
-    }();
-    Q_UNUSED(stopsWithTheApplication)
+    connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, &instance,
+            &ImageGeneratorService::stop, Qt::UniqueConnection);
     return instance;
 }
 
@@ -71,12 +64,12 @@ void ImageGeneratorService::stop()
 {
     m_cancellation.cancel();
     if (m_sessionThread.isRunning()) {
-        // In its turn: answers that have come go to the decoders before.
+        // Queued, so that responses that have arrived are passed to the decoders first.
         QMetaObject::invokeMethod(m_session, [this] { m_sessionThread.quit(); });
         m_sessionThread.wait();
     }
     endThreads();
-    // The results on their way here.
+    // Delivers the queued results.
     QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
     m_completions.clear();
 }
@@ -107,12 +100,11 @@ void ImageGeneratorService::generateImage(const QString &prompt, qint64 width, q
         if (m_cancellation.isCancelled()) {
             return;
         }
-        // Blanks at the key's end do not arrive: white space around it is no part of a header's value in
-        // HTTP.
+        // HTTP strips blanks at the end of a header value, so those of the key are not sent.
         const QByteArray body = encodeRequestBody({prompt, width, height, referenceImages, config.modelID});
         post(job, {QUrl{config.apiURL, QUrl::StrictMode}, "Bearer " + config.apiKey.toUtf8(), body});
     };
-    // Encoding large photos takes a while; the caller gets to show first that it has begun.
+    // Encoding large photos takes time; the caller can show the progress first.
     QMetaObject::invokeMethod(this, encodeAndPost, Qt::QueuedConnection);
 }
 
@@ -123,7 +115,7 @@ void ImageGeneratorService::post(quint64 job, const HttpSession::Request &reques
             return;
         }
         m_session->post(request, [this, job](const HttpOutcome &outcome) {
-            // On a thread of its own: reading a picture's address would hold up the other requests here.
+            // On another thread: downloading a picture would block the other requests.
             m_decoders.start([this, job, outcome] { decode(job, outcome); });
         });
     });
@@ -145,7 +137,7 @@ void ImageGeneratorService::decode(quint64 job, const HttpOutcome &outcome)
 
 void ImageGeneratorService::complete(quint64 job, const GenerationResult &result)
 {
-    // Once stopped, nobody is there any more to be told of an error.
+    // After stop() no error is reported.
     const bool isWanted = !m_cancellation.isCancelled() || std::holds_alternative<QImage>(result);
     if (const GenerationCompletion completion = m_completions.take(job); completion && isWanted) {
         completion(result);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "generation/CancellationToken.h"
+#include "generation/BlockingDownload.h"
 #include "generation/GenerationResult.h"
 #include "generation/HttpSession.h"
 #include "model/VolcengineConfig.h"
@@ -16,37 +16,37 @@
 
 namespace quilmora {
 
-/// The client of the image service. Requests go out from a thread of their own, answers are decoded on
-/// further threads, and results come back on the thread of this object, the main thread.
+/// The client of the image service. Requests are sent from one thread, responses are decoded on others, and
+/// completions are called on the thread of this object, the main thread.
 class ImageGeneratorService final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// After how long a connection on which nothing moves counts as lost.
+    /// How long a connection may transfer nothing before it counts as lost.
     struct IdleLimits {
         std::chrono::milliseconds request{std::chrono::seconds{120}};
-        std::chrono::milliseconds download{std::chrono::seconds{60}}; ///< Of a picture named by its address.
+        std::chrono::milliseconds download{
+            std::chrono::seconds{60}}; ///< Of a picture that a response gives by its address.
     };
 
     explicit ImageGeneratorService(IdleLimits limits);
     ImageGeneratorService() : ImageGeneratorService{IdleLimits{}} {}
-    /// Drops what is still under way and calls no completion.
+    /// Aborts the running requests without calling their completions.
     ~ImageGeneratorService() override;
 
     /// The one instance of the running application; it stops when the application ends.
     static ImageGeneratorService &shared();
 
-    /// Asks for one cover of `width` x `height` pixels. `completion` is called exactly once: for unusable
-    /// settings before this returns, otherwise later on the main thread. The reference pictures are encoded
-    /// on the main thread, but not before this has returned.
+    /// Requests one cover of `width` x `height` pixels. Calls `completion` exactly once: for unusable
+    /// settings before it returns, otherwise later. The reference pictures are encoded on the main thread
+    /// after this has returned.
     void generateImage(const QString &prompt, qint64 width, qint64 height,
                        const QList<QImage> &referenceImages, const VolcengineConfig &config,
                        const GenerationCompletion &completion);
 
-    /// Drops every request under way, sends no further one and ends the threads. Covers that have come by
-    /// then are paid for: they go to their completions before this returns. No other completion is called any
-    /// more.
+    /// Aborts all requests, sends no more and ends the threads. Covers that have been received are paid for:
+    /// they are passed to their completions before it returns. No other completion is called.
     void stop();
 
 private:
@@ -56,14 +56,14 @@ private:
     void complete(quint64 job, const GenerationResult &result);
 
     const IdleLimits m_idleLimits;
-    /// The jobs under way. Only their numbers go to other threads, so what a completion owns is called and
-    /// destroyed on the main thread.
+    /// By job number. Other threads have only the number, so completions are called and destroyed on the main
+    /// thread.
     QHash<quint64, GenerationCompletion> m_completions;
     quint64 m_lastJob = 0;
     CancellationToken m_cancellation;
     QThread m_sessionThread;
     QThreadPool m_decoders;
-    HttpSession *m_session; ///< Lives in sessionThread, which deletes it when it ends.
+    HttpSession *m_session; ///< Lives in m_sessionThread, which deletes it.
 };
 
 } // namespace quilmora

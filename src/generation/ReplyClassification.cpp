@@ -1,57 +1,63 @@
 #include "generation/ReplyClassification.h"
 
-#include "generation/ResponseSizeLimit.h"
-
 #include <QCoreApplication>
 #include <QNetworkReply>
 #include <QRegularExpression>
+#include <QVariant>
 
 using namespace Qt::StringLiterals;
 
 namespace quilmora {
 namespace {
 
+/// Marks an aborted reply; QNetworkReply has no reason of an abort.
+constexpr const char *exceedsLimit = "exceedsResponseSizeLimit";
+
+void abortBeyondLimit(QNetworkReply &reply, qint64 bytes)
+{
+    if (bytes > responseSizeLimit::maximumBytes && reply.error() == QNetworkReply::NoError) {
+        reply.setProperty(exceedsLimit, true);
+        reply.abort();
+    }
+}
+
 int statusOf(const QNetworkReply &reply)
 {
     return reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
 }
 
-/// Whether the answer asks for the body to be posted once more elsewhere.
-bool repeatsTheBody(const QNetworkReply &reply)
-{
-    return statusOf(reply) == 307 || statusOf(reply) == 308;
-}
+/// Whether the redirect repeats the request with its body.
+bool repeatsTheBody(const QNetworkReply &reply) { return statusOf(reply) == 307 || statusOf(reply) == 308; }
 
-/// How many bytes of body were promised; nothing if that is not said, or not by a length that can be.
+/// The length of the body; nothing if the header has none or an invalid one.
 std::optional<qint64> promisedLength(const QNetworkReply &reply)
 {
     bool isNumber = false;
     const qint64 length = reply.rawHeader("Content-Length").toLongLong(&isNumber);
-    // Chunks tell their end themselves, whatever length is said beside them.
+    // A chunked body ends with its last chunk; its Content-Length is ignored.
     if (!isNumber || length < 0 || reply.hasRawHeader("Transfer-Encoding")) {
         return std::nullopt;
     }
     return length;
 }
 
-/// Whether an answer has begun that tells its end by closing the connection.
+/// Whether a response has been received in part that ends with the connection.
 bool endsWithTheConnection(const QNetworkReply &reply)
 {
     return statusOf(reply) >= 200 && !promisedLength(reply) && !reply.hasRawHeader("Transfer-Encoding");
 }
 
-/// By the class of the error, which is set for answers with an error status as well.
+/// By the kind of the error, which is set for responses with an error status as well.
 bool isAnswer(const QNetworkReply &reply)
 {
     switch (reply.error()) {
     case QNetworkReply::NoError:
         return true;
     case QNetworkReply::ContentReSendError:
-        // At times QNetworkAccessManager takes the close that ends an answer for a lost connection. For some
-        // redirects it rewinds the body even if it is not to follow them, and is refused that; it does not
-        // say whether their chunks came to an end.
+        // QNetworkAccessManager sometimes reports the close that ends a response as a lost connection. For
+        // some redirects it rewinds the body even if it does not follow them.
         return endsWithTheConnection(reply) || repeatsTheBody(reply);
-    case QNetworkReply::ProxyAuthenticationRequiredError: // 407, if the server says so itself
+    case QNetworkReply::ProxyAuthenticationRequiredError: // 407 from the server itself
     case QNetworkReply::ProtocolInvalidOperationError:    // 400, 418
         break;
     default:
@@ -62,22 +68,18 @@ bool isAnswer(const QNetworkReply &reply)
             return false;
         }
     }
-    // Without a status the connection failed, and with a good one the body could not be unpacked.
+    // Without a status the connection failed; with a successful one the body could not be decompressed.
     return statusOf(reply) >= 400;
 }
 
-/// Whether less has come than was promised, which QNetworkAccessManager does not always notice. Two kinds of
-/// answer have no body, whatever length they name.
+/// QNetworkAccessManager does not always report this. Two kinds of response have no body at any length.
 bool isCut(const QNetworkReply &reply, const QByteArray &body)
 {
     return statusOf(reply) != 204 && statusOf(reply) != 304 &&
            body.size() < promisedLength(reply).value_or(0);
 }
 
-QString connectionClosed()
-{
-    return QCoreApplication::translate("QHttp", "Connection closed");
-}
+QString connectionClosed() { return QCoreApplication::translate("QHttp", "Connection closed"); }
 
 /// `text` without the English words of the TLS library or of a compression library at its end.
 QString withoutLibraryReason(const QString &text)
@@ -98,21 +100,20 @@ QString transportErrorText(const QNetworkReply &reply)
 {
     switch (reply.error()) {
     case QNetworkReply::OperationCanceledError:
-        // Nothing cancels a request but the bound of answers and the idle limit, which QNetworkAccessManager
-        // reports as a cancellation.
-        return responseSizeLimit::isExceeded(reply)
+        // By the size limit or the idle limit; nothing else cancels a request.
+        return reply.property(exceedsLimit).toBool()
                    ? QCoreApplication::translate("QHttp", "Data downloaded is too large to store")
                    : u"请求超时"_s;
     case QNetworkReply::TimeoutError:
         // The idle limit, as Qt 6.11 reports it, with an English text.
         return u"请求超时"_s;
     case QNetworkReply::ContentReSendError:
-        // The connection was lost and the body not sent again.
+        // The connection was lost and the body was not sent again.
         return connectionClosed();
     case QNetworkReply::SslHandshakeFailedError:
         return withoutLibraryReason(reply.errorString());
     case QNetworkReply::UnknownNetworkError:
-        // So it calls a connection that ends while the request is being sent.
+        // The error of a connection that is closed while the request is being sent.
         if (reply.errorString() == QCoreApplication::translate("QNativeSocketEngine", "Unknown error")) {
             return connectionClosed();
         }
@@ -131,9 +132,18 @@ bool hasSameOrigin(const QUrl &one, const QUrl &other)
 
 } // namespace
 
+void responseSizeLimit::apply(QNetworkReply &reply)
+{
+    QObject::connect(&reply, &QNetworkReply::metaDataChanged, &reply, [&reply] {
+        abortBeyondLimit(reply, reply.header(QNetworkRequest::ContentLengthHeader).toLongLong());
+    });
+    QObject::connect(&reply, &QNetworkReply::readyRead, &reply,
+                     [&reply] { abortBeyondLimit(reply, reply.bytesAvailable()); });
+}
+
 HttpOutcome classifyReply(QNetworkReply &reply)
 {
-    // First of all: a body that cannot be unpacked becomes an error only as it is read.
+    // Read first: a decompression error is set only by reading.
     const QByteArray body = reply.isReadable() ? reply.readAll() : QByteArray{};
     if (!isAnswer(reply)) {
         return TransportError{transportErrorText(reply)};

@@ -10,24 +10,35 @@
 
 class QNetworkReply;
 
+/// The largest body of a response, and of a picture that is downloaded from an address in it.
+namespace quilmora::responseSizeLimit {
+
+/// Of a decompressed body. The largest cover, as RGBA with 16 bits a sample, takes 49 million.
+constexpr qint64 maximumBytes = qint64{64} * 1024 * 1024;
+
+/// Aborts `reply` once its length or its data exceeds the limit. To be called before data arrives.
+void apply(QNetworkReply &reply);
+
+} // namespace quilmora::responseSizeLimit
+
 namespace quilmora {
 
-/// What a request came to: the body of an answer of any HTTP status, nothing at all, or a failed connection.
+/// The outcome of a request: the body of a response of any HTTP status, nothing at all, or a failed
+/// connection.
 using HttpOutcome = std::variant<std::monostate, QByteArray, TransportError>;
 
-/// Reads what the finished `reply`, which follows no redirects by itself, came to. An answer with an error
-/// status is an answer; a connection that was refused, lost, cut or silent for too long is a failure, and so
-/// is a body that cannot be unpacked or is beyond the bound of answers.
+/// The outcome of the finished `reply`, which must not follow redirects by itself. A truncated body, one that
+/// cannot be decompressed and one beyond the size limit count as a failed connection.
 HttpOutcome classifyReply(QNetworkReply &reply);
 
-/// Where the finished `reply` sends its request next.
+/// The target of a redirect.
 struct Redirect {
     QUrl target;
-    bool withBody; ///< To be posted there again; otherwise asked for.
+    bool withBody; ///< Whether to POST the body again; otherwise GET.
 };
 
-/// Nothing if `reply` is no redirect or says of no address to go to, and so is an answer like any other; an
-/// error if it leads to another origin, where the key must not go.
+/// Of the finished `reply`. Nothing if it is no redirect or has no address; an error if it leads to another
+/// origin, which must not get the key.
 std::variant<std::monostate, Redirect, TransportError> readRedirect(const QNetworkReply &reply);
 
 } // namespace quilmora

@@ -1,5 +1,6 @@
 #include "generation/ResponseParser.h"
 
+#include "imaging/ImageCodec.h"
 #include "model/PictureLimits.h"
 
 #include <QStringDecoder>
@@ -22,7 +23,7 @@ constexpr int excerptCharacters = 500;
 /// A byte order mark at the start is kept, as any other character.
 std::optional<QString> asUtf8(QByteArrayView bytes)
 {
-    // Stateless, so that a character cut off at the end counts as an error too.
+    // Stateless, so that a truncated character at the end is an error too.
     QStringDecoder decoder{QStringDecoder::Utf8,
                            QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom};
     QString text = decoder(bytes);
@@ -101,19 +102,16 @@ std::optional<QString> textOf(const JsonValue &value)
     return value.get(text) == simdjson::SUCCESS ? asUtf8(text) : std::nullopt;
 }
 
-/// Standard base64 as it stands, with no blanks and with its padding; nothing when it is anything else.
-std::optional<QByteArray> decodeBase64(std::string_view text)
+/// Standard base64 without blanks and with its padding; empty when it is anything else.
+QByteArray decodeBase64(std::string_view text)
 {
     if (text.size() % 4 != 0) {
-        return std::nullopt;
+        return {};
     }
     const QByteArray digits = QByteArray::fromRawData(text.data(), static_cast<qsizetype>(text.size()));
     const auto decoded = QByteArray::fromBase64Encoding(digits, QByteArray::Base64Encoding |
                                                                     QByteArray::AbortOnBase64DecodingErrors);
-    if (!decoded) {
-        return std::nullopt;
-    }
-    return *decoded;
+    return decoded ? *decoded : QByteArray{};
 }
 
 QImage imageAtUrl(const QString &text, const ResourceReader &readResource)
@@ -132,9 +130,8 @@ GenerationResult parseFirstElement(const dom::object &element, const ResourceRea
         return GenError::serverError(textOf(member(error, "message")).value_or(u"图片生成失败"_s));
     }
     if (std::string_view encoded; member(element, "b64_json").get(encoded) == simdjson::SUCCESS) {
-        const std::optional<QByteArray> bytes = decodeBase64(encoded);
-        if (const QImage image = bytes ? imageCodec::decode(*bytes, pictureLimits::response) : QImage{};
-            !image.isNull()) {
+        const QImage image = imageCodec::decode(decodeBase64(encoded), pictureLimits::response);
+        if (!image.isNull()) {
             return image;
         }
     }
@@ -146,7 +143,7 @@ GenerationResult parseFirstElement(const dom::object &element, const ResourceRea
     return GenError{GenError::Case::parseFailed};
 }
 
-/// The first element of `data` if that is an array of objects; one other element spoils it.
+/// The first element of `data` if that is an array of objects; nothing if it contains another element.
 std::optional<dom::object> firstElement(const JsonValue &data)
 {
     dom::array elements;

@@ -13,8 +13,8 @@ namespace quilmora {
 /// Reads a whole resource, blocking the calling thread; nothing when that fails.
 using ResourceReader = std::function<std::optional<QByteArray>(const QUrl &)>;
 
-/// Turns the body of the image service's answer into a picture or an error, whatever its HTTP status was.
-/// Never throws. `readResource` is asked for the picture when the answer only names its address. Any thread.
+/// Parses the body of a response of the image service, of any HTTP status, as a picture or an error.
+/// Never throws. Calls `readResource` when the response contains only the address of the picture. Any thread.
 GenerationResult parseResponse(const QByteArray &body, const ResourceReader &readResource);
 
 } // namespace quilmora

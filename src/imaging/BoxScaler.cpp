@@ -25,7 +25,7 @@ void addOpaque(float *sums, const uchar *row, std::size_t count, float share)
     }
 }
 
-/// Colours count as much as they can be seen. `Channels` with alpha, which is the last.
+/// Colors are weighted by alpha, the last of the `Channels`.
 template <typename Sample, std::size_t Channels>
 void addTransparent(float *sums, const uchar *row, std::size_t count, float share)
 {
@@ -53,13 +53,13 @@ void addRow(float *sums, const uchar *row, std::size_t count, float share, int c
     }
 }
 
-/// Every pixel's mean along the row, which `write` is given with its position. A column of the large picture
-/// is cut into as many parts as the small one has columns, so that everything counts in whole parts.
+/// Calls `write` with each position in the small row and its sums. A column of the large picture
+/// counts as many units as the small one has columns, so that all shares are integers.
 template <std::size_t Channels, typename Write>
 void forEachMean(const float *sums, int from, int to, Write write)
 {
     const float *column = sums;
-    int left = to; // Parts of the present column that are not spent yet.
+    int left = to; // Units of the current column that remain.
     for (int position = 0; position < to; ++position) {
         std::array<float, Channels> total{};
         int needed = from;
@@ -79,10 +79,7 @@ void forEachMean(const float *sums, int from, int to, Write write)
     }
 }
 
-int rounded(float value)
-{
-    return static_cast<int>(std::min(value + 0.5F, brightest));
-}
+int rounded(float value) { return static_cast<int>(std::min(value + 0.5F, brightest)); }
 
 } // namespace
 

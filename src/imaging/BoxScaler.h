@@ -7,16 +7,15 @@
 
 namespace quilmora {
 
-/// Makes a picture smaller while its rows come in, from the top to the bottom: every pixel of the result is
-/// the mean of the area that it stands for. Holds one row of sums, never the large picture.
+/// Reduces a picture row by row, from the top down: every pixel of the result is the mean of its area in the
+/// picture. Stores one row of sums.
 class BoxScaler final
 {
 public:
-    /// The form of the rows: 1 to 4 `channels`, of which the second and the fourth is alpha, `depth` 8 or 16
-    /// bits a sample. `to` must be no wider and no higher than `from`, and neither empty.
+    /// Rows have 1 to 4 `channels`, the second and the fourth being alpha, and `depth` 8 or 16 bits a sample.
+    /// `to` must be no wider and no higher than `from`, and neither empty.
     BoxScaler(QSize from, QSize to, int channels, int depth);
 
-    /// Takes the next row.
     void add(const uchar *row);
 
     /// The small picture, complete after the last row.
@@ -31,7 +30,7 @@ private:
     const int m_bits;
     QImage m_reduced;
     std::vector<float> m_sums; ///< Of the row of the small picture that is being filled.
-    qint64 m_place = 0;        ///< Of the next row, in parts: a row has as many as the small picture rows.
+    qint64 m_place = 0;        ///< Of the next row. A row counts as many units as the small picture has rows.
     int m_row = 0;             ///< Of the small picture, that is being filled.
 };
 

@@ -3,20 +3,19 @@
 #include "imaging/PngEncoder.h"
 
 #include <QBuffer>
+#include <QByteArrayList>
 #include <QColorSpace>
 #include <QFile>
 #include <QFileInfo>
 #include <QImageReader>
 
-#include <algorithm>
-#include <array>
 #include <limits>
 #include <mutex>
 
 namespace quilmora::imageCodec {
 namespace {
 
-/// Qt refuses what takes more than a limit of the whole process, which would be too small for large photos.
+/// Qt's allocation limit, one for the whole process, is too small for large photos.
 void allowBitmapsOf(qint64 pixels)
 {
     static std::mutex mutex;
@@ -31,13 +30,11 @@ void allowBitmapsOf(qint64 pixels)
     }
 }
 
-/// Bitmap formats only: drawings may name other files, and pictures come from outside.
+/// Bitmap formats only: vector formats may refer to other files, and pictures come from outside.
 bool isBitmapFormat(const QByteArray &format)
 {
-    static constexpr std::array<const char *, 8> formats{"png",  "jpeg", "jpg", "gif",
-                                                         "webp", "bmp",  "tif", "tiff"};
-    return std::any_of(formats.begin(), formats.end(),
-                       [&format](const char *known) { return format == known; });
+    static const QByteArrayList formats{"png", "jpeg", "jpg", "gif", "webp", "bmp", "tif", "tiff"};
+    return formats.contains(format);
 }
 
 QImage toSrgb(QImage image)
@@ -46,14 +43,13 @@ QImage toSrgb(QImage image)
     if (!image.colorSpace().isValid() || image.colorSpace() == srgb) {
         return image;
     }
-    if (image.format() == QImage::Format_Grayscale16) {
-        // Converted as it stands it would come back with eight bits' worth of greys.
+    const bool isDeepGray = image.format() == QImage::Format_Grayscale16;
+    if (isDeepGray) {
+        // The direct conversion would reduce grays to eight bits.
         image.convertTo(QImage::Format_RGBX64);
-        image.convertToColorSpace(srgb);
-        return image.convertToFormat(QImage::Format_Grayscale16);
     }
     image.convertToColorSpace(srgb);
-    return image;
+    return isDeepGray ? image.convertToFormat(QImage::Format_Grayscale16) : image;
 }
 
 } // namespace
@@ -76,7 +72,7 @@ QImage decode(const QByteArray &bytes, const Limits &limits)
 
 QImage decodeFile(const QString &path, const Limits &limits)
 {
-    // Opening a pipe would wait for a writer.
+    // Opening a pipe would block until it has a writer.
     if (!QFileInfo{path}.isFile()) {
         return {};
     }
@@ -87,9 +83,6 @@ QImage decodeFile(const QString &path, const Limits &limits)
     return decode(file.readAll(), limits);
 }
 
-QByteArray encodePng(const QImage &image)
-{
-    return pngEncoder::encode(toSrgb(image));
-}
+QByteArray encodePng(const QImage &image) { return pngEncoder::encode(toSrgb(image)); }
 
 } // namespace quilmora::imageCodec

@@ -3,16 +3,9 @@
 #include <QFileInfo>
 
 namespace quilmora {
-namespace {
-
-/// Wider rows would take too long for a slice.
-constexpr int widest = 1 << 16;
-
-} // namespace
 
 IncrementalDecoder::IncrementalDecoder(const QString &path, QSize box, const imageCodec::Limits &limits)
-    : m_path{path},
-      m_box{box},
+    : m_box{box},
       m_limits{limits},
       m_file{path}
 {
@@ -20,7 +13,9 @@ IncrementalDecoder::IncrementalDecoder(const QString &path, QSize box, const ima
 
 bool IncrementalDecoder::isModest(QSize size) const
 {
-    // Qt refuses pictures of 8 bytes a pixel that have more than half of the pixels of others.
+    // Wider rows would take too long for a slice.
+    constexpr int widest = 1 << 16;
+    // For 8 bytes a pixel, Qt's limit is half as many pixels.
     return size.width() <= widest && qint64{size.width()} * size.height() <= m_limits.pixels / 2;
 }
 
@@ -37,7 +32,8 @@ bool IncrementalDecoder::advance(QDeadlineTimer until)
         m_stage = readEnd();
         break;
     case Stage::whole:
-        m_stage = readWhole();
+        m_picture = imageCodec::decodeFile(m_file.fileName(), m_limits);
+        m_stage = Stage::done;
         break;
     case Stage::done:
         break;
@@ -47,8 +43,8 @@ bool IncrementalDecoder::advance(QDeadlineTimer until)
 
 IncrementalDecoder::Stage IncrementalDecoder::open()
 {
-    // Opening a pipe would wait for a writer.
-    if (!QFileInfo{m_path}.isFile() || !m_file.open(QIODevice::ReadOnly) ||
+    // Opening a pipe would block until it has a writer.
+    if (!QFileInfo{m_file}.isFile() || !m_file.open(QIODevice::ReadOnly) ||
         m_file.size() > m_limits.fileBytes) {
         return Stage::done;
     }
@@ -82,12 +78,6 @@ IncrementalDecoder::Stage IncrementalDecoder::readEnd()
         return Stage::whole;
     }
     m_picture = m_scaler->image();
-    return Stage::done;
-}
-
-IncrementalDecoder::Stage IncrementalDecoder::readWhole()
-{
-    m_picture = imageCodec::decodeFile(m_path, m_limits);
     return Stage::done;
 }
 

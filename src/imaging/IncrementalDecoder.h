@@ -16,22 +16,19 @@
 
 namespace quilmora {
 
-/// Reads one picture file for a small place, in slices between which others may have their turn. A PNG of the
-/// common kind is reduced while its rows are read; every other picture is decoded in one slice. What is a
-/// picture and what is none is decided as imageCodec::decodeFile decides it.
+/// Reads one picture file for a thumbnail, in slices. A PNG that PngReader reads is reduced row by row; every
+/// other picture is decoded in one slice. Accepts the pictures that imageCodec::decodeFile does.
 class IncrementalDecoder final
 {
 public:
     /// The picture at `path`, reduced into `box` (in pixels) if it is larger. Reads nothing yet.
     IncrementalDecoder(const QString &path, QSize box, const imageCodec::Limits &limits = {});
-    Q_DISABLE_COPY_MOVE(IncrementalDecoder)
-    ~IncrementalDecoder() = default;
 
-    /// Goes on reading up to `until`, and a row at least. True when there is no more to do.
+    /// Reads on until `until`, at least one row. True when it is done.
     bool advance(QDeadlineTimer until);
 
-    /// Afterwards the picture: upright and in sRGB; null when there is none. Of one that was decoded whole,
-    /// the whole.
+    /// When done, the picture: upright, in sRGB, not reduced if it was decoded in one slice; null if there is
+    /// none.
     QImage image() const { return m_picture; }
 
 private:
@@ -41,9 +38,7 @@ private:
     Stage open();
     Stage readRows(QDeadlineTimer until);
     Stage readEnd();
-    Stage readWhole();
 
-    const QString m_path;
     const QSize m_box;
     const imageCodec::Limits m_limits;
     QFile m_file;

@@ -46,7 +46,7 @@ struct Buffer {
     std::size_t size; ///< In use.
 };
 
-/// What the compressor gets.
+/// The input of the compressor.
 struct Filtered {
     Buffer rows; ///< One after the other, each led by the number of its filter type.
     bool isGrainy;
@@ -67,30 +67,26 @@ Filtered filtered(PngRows &rows)
     return result;
 }
 
-/// A zlib stream of `raw`.
-Buffer compressed(const Buffer &raw, int level)
+/// A zlib stream of the rows.
+Buffer compressed(const Filtered &raw, std::optional<int> level)
 {
     const std::unique_ptr<libdeflate_compressor, decltype(&libdeflate_free_compressor)> compressor{
-        libdeflate_alloc_compressor(level), &libdeflate_free_compressor};
+        libdeflate_alloc_compressor(level.value_or(raw.isGrainy ? grainyLevel : smoothLevel)),
+        &libdeflate_free_compressor};
     if (!compressor) {
         throw std::bad_alloc{};
     }
-    Buffer stream{libdeflate_zlib_compress_bound(compressor.get(), raw.size)};
-    stream.size = libdeflate_zlib_compress(compressor.get(), raw.bytes.get(), raw.size, stream.bytes.get(),
-                                           stream.size);
+    Buffer stream{libdeflate_zlib_compress_bound(compressor.get(), raw.rows.size)};
+    stream.size = libdeflate_zlib_compress(compressor.get(), raw.rows.bytes.get(), raw.rows.size,
+                                           stream.bytes.get(), stream.size);
     return stream;
-}
-
-Buffer zlibStream(PngRows &rows, std::optional<int> level)
-{
-    const Filtered raw = filtered(rows);
-    return compressed(raw.rows, level.value_or(raw.isGrainy ? grainyLevel : smoothLevel));
 }
 
 QByteArray fileOf(const QImage &image, std::optional<int> level)
 {
     PngRows rows{image};
-    const Buffer stream = zlibStream(rows, level);
+    // The filtered rows are freed before the file is allocated.
+    const Buffer stream = compressed(filtered(rows), level);
     const auto *data = static_cast<const char *>(static_cast<const void *>(stream.bytes.get()));
     const auto size = static_cast<qsizetype>(stream.size);
 

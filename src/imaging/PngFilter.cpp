@@ -7,7 +7,7 @@
 namespace quilmora {
 namespace {
 
-/// How many bytes go together: so many magnitudes fit a sum of 16 bits, of which vectors hold more.
+/// Bytes of a block: the sum of so many magnitudes fits into 16 bits, which allows wider vectors.
 constexpr qsizetype block = 256;
 
 /// A row and the one above it.
@@ -18,33 +18,21 @@ struct Rows {
     qsizetype pixelBytes;
 };
 
-uchar noPrediction(uchar /*left*/, uchar /*up*/, uchar /*upLeft*/)
-{
-    return 0;
-}
+uchar noPrediction(uchar /*left*/, uchar /*up*/, uchar /*upLeft*/) { return 0; }
 
-uchar leftPrediction(uchar left, uchar /*up*/, uchar /*upLeft*/)
-{
-    return left;
-}
+uchar leftPrediction(uchar left, uchar /*up*/, uchar /*upLeft*/) { return left; }
 
-uchar upPrediction(uchar /*left*/, uchar up, uchar /*upLeft*/)
-{
-    return up;
-}
+uchar upPrediction(uchar /*left*/, uchar up, uchar /*upLeft*/) { return up; }
 
 uchar averagePrediction(uchar left, uchar up, uchar /*upLeft*/)
 {
     return static_cast<uchar>((left + up) / 2);
 }
 
-short magnitude(short value)
-{
-    return std::max(value, static_cast<short>(-value));
-}
+short magnitude(short value) { return std::max(value, static_cast<short>(-value)); }
 
-/// Whichever of the three is nearest to left + up - upLeft; of those equally near the first. In short
-/// numbers, and without a branch, since that is what vectors are made of.
+/// Whichever of the three is nearest to left + up - upLeft; of those equally near the first. In 16-bit
+/// integers and without a branch, so that it can be vectorized.
 uchar paethPrediction(uchar left, uchar up, uchar upLeft)
 {
     const auto downwards = static_cast<short>(left - upLeft);
@@ -56,8 +44,8 @@ uchar paethPrediction(uchar left, uchar up, uchar upLeft)
     return fromLeft <= std::min(fromUp, fromUpLeft) ? left : notLeft;
 }
 
-/// Writes the residues of `count` bytes, at most a block, and gives the sum of their magnitudes. The loop is
-/// such that compilers make vector code of it, for x86-64 and for arm64.
+/// Writes the residues of `count` bytes, at most a block, and gives the sum of their magnitudes. Compilers
+/// vectorize the loop on x86-64 and arm64.
 template <auto Predict>
 inline quint16 filterBlock(const uchar *__restrict row, const uchar *__restrict left,
                            const uchar *__restrict up, const uchar *__restrict upLeft, uchar *__restrict out,
@@ -79,7 +67,7 @@ quint64 filterFrom(const Rows &rows, qsizetype start, uchar *out)
     const uchar *above = rows.above + start;
     const uchar *left = row - rows.pixelBytes;
     const uchar *upLeft = above - rows.pixelBytes;
-    // The constant count is the one that the compiler makes the best of.
+    // A constant count is compiled to faster code.
     return start + block <= rows.bytes
                ? filterBlock<Predict>(row, left, above, upLeft, out, block)
                : filterBlock<Predict>(row, left, above, upLeft, out, rows.bytes - start);

@@ -6,27 +6,23 @@
 
 namespace quilmora {
 
-/// Filters the rows of a PNG file, each with the one of the format's five filter types whose residues, taken
-/// as signed bytes, have the smallest sum of magnitudes. Every row is filtered with all five to find it. Rows
-/// are given from the top of the picture down.
+/// Filters the rows of a PNG file, from the top down, each with the one of the format's five filter types
+/// whose residues, taken as signed bytes, have the smallest sum of magnitudes.
 class PngFilter final
 {
-    Q_DISABLE_COPY_MOVE(PngFilter)
-
 public:
     /// For rows of `rowBytes` bytes (at least 1), in which a pixel takes `pixelBytes` (1 to 8).
     PngFilter(qsizetype rowBytes, qsizetype pixelBytes);
-    ~PngFilter() = default;
 
-    /// Where the next row is to be written; it has room for exactly one. Valid until the row is filtered.
+    /// Where the next row is to be written, until it is filtered.
     uchar *row() { return m_current.data() + margin; }
 
-    /// Filters that row: writes the number of the filter type chosen and the residues, `rowBytes` + 1 bytes
-    /// in all. Gives the sum of the residues' magnitudes.
+    /// Writes the number of the chosen filter type and the residues of that row, `rowBytes` + 1 bytes, to
+    /// `out`. Gives the sum of the residues' magnitudes.
     quint64 filterTo(uchar *out);
 
 private:
-    /// Room before a row, always zero: what lies to the left of the first pixel.
+    /// Zero bytes before a row: the pixel to the left of the first one.
     static constexpr qsizetype margin = 8;
 
     const qsizetype m_rowBytes;

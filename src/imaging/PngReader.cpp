@@ -8,15 +8,11 @@
 #include <cstring>
 #include <png.h>
 
-// libpng reports errors by a jump past its own functions to the last setjmp. Between the two no object of
-// ours may need its destructor.
+// libpng reports errors by longjmp; no object after setjmp may need its destructor.
 namespace quilmora {
 namespace {
 
-[[noreturn]] void fail(png_structp png, png_const_charp /*message*/)
-{
-    png_longjmp(png, 1);
-}
+[[noreturn]] void fail(png_structp png, png_const_charp /*message*/) { png_longjmp(png, 1); }
 
 void ignore(png_structp /*png*/, png_const_charp /*message*/) {}
 
@@ -29,7 +25,7 @@ void readBytes(png_structp png, png_bytep bytes, png_size_t count)
     }
 }
 
-/// What the samples mean; invalid when the file does not say.
+/// The color space of the samples; invalid when the file has none.
 QColorSpace colorSpaceOf(png_structp png, png_infop info)
 {
     if (png_get_valid(png, info, PNG_INFO_iCCP) != 0) {
@@ -65,21 +61,15 @@ QColorSpace colorSpaceOf(png_structp png, png_infop info)
 PngReader::PngReader(QIODevice &device)
     : m_png{png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, &fail, &ignore)}
 {
-    if (m_png == nullptr) {
-        return;
-    }
     m_info = png_create_info_struct(m_png);
     png_set_read_fn(m_png, &device, &readBytes);
 #if defined(PNG_SET_OPTION_SUPPORTED) && defined(PNG_MAXIMUM_INFLATE_WINDOW)
-    // Some files claim a smaller window than they use.
+    // Some files declare a smaller zlib window than they use.
     png_set_option(m_png, PNG_MAXIMUM_INFLATE_WINDOW, PNG_OPTION_ON);
 #endif
 }
 
-PngReader::~PngReader()
-{
-    png_destroy_read_struct(&m_png, &m_info, nullptr);
-}
+PngReader::~PngReader() { png_destroy_read_struct(&m_png, &m_info, nullptr); }
 
 bool PngReader::open()
 {
@@ -108,7 +98,7 @@ void PngReader::prepareRows()
     m_pictureSize = {static_cast<int>(png_get_image_width(m_png, m_info)),
                      static_cast<int>(png_get_image_height(m_png, m_info))};
     m_bits = png_get_bit_depth(m_png, m_info) == 16 ? 16 : 8;
-    // Palettes become colours, fewer bits eight, and a colour that stands for transparency alpha.
+    // Expands palettes to RGB, fewer bits to eight, and a transparent color to alpha.
     png_set_expand(m_png);
 #if Q_BYTE_ORDER == Q_LITTLE_ENDIAN
     png_set_swap(m_png);
@@ -116,7 +106,7 @@ void PngReader::prepareRows()
     const QColorSpace colorSpace = colorSpaceOf(m_png, m_info);
     if (colorSpace.isValid() && colorSpace != QColorSpace{QColorSpace::SRgb}) {
         m_toSrgb = colorSpace.transformationToColorSpace(QColorSpace::SRgb);
-        // Pixels of a form that can be transformed.
+        // In a format that QColorTransform supports.
         m_format = m_bits == 16 ? QImage::Format_RGBA64 : QImage::Format_RGBA8888;
         png_set_gray_to_rgb(m_png);
         png_set_add_alpha(m_png, opaque, PNG_FILLER_AFTER);
@@ -132,7 +122,7 @@ bool PngReader::read(uchar *row)
     if (m_toSrgb) {
         QImage pixels{row, m_pictureSize.width(), 1, m_rowBytes, m_format};
         pixels.applyColorTransform(*m_toSrgb);
-        // The transformation may have changed the form.
+        // The transformation may have changed the format.
         pixels.convertTo(m_format);
         std::memmove(row, pixels.constBits(), static_cast<std::size_t>(m_rowBytes));
     }

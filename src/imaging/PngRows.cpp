@@ -11,11 +11,6 @@ namespace {
 /// Enough rows for a fast conversion, few enough for the processor's cache.
 constexpr int stripRows = 64;
 
-bool isGray(QImage::Format format)
-{
-    return format == QImage::Format_Grayscale8 || format == QImage::Format_Grayscale16;
-}
-
 void writeDeep(const QRgba64 *pixels, int width, bool withAlpha, uchar *out)
 {
     for (const QRgba64 *pixel = pixels; pixel < pixels + width; ++pixel) {
@@ -35,7 +30,7 @@ PngRows::PngRows(const QImage &image)
     : m_image{image},
       m_isDeep{image.format() == QImage::Format_Grayscale16 || image.pixelFormat().redSize() > 8}
 {
-    if (isGray(image.format())) {
+    if (image.format() == QImage::Format_Grayscale8 || image.format() == QImage::Format_Grayscale16) {
         m_colorType = ColorType::gray;
         m_channels = 1;
         m_format = image.format();
@@ -44,7 +39,7 @@ PngRows::PngRows(const QImage &image)
         m_channels = 4;
         m_format = m_isDeep ? QImage::Format_RGBA64 : QImage::Format_RGBA8888;
     } else if (m_isDeep) {
-        // Not RGBX64: the conversion from ten bits a sample to that goes through eight.
+        // Not RGBX64: Qt converts ten bits a sample to that through eight.
         m_format = QImage::Format_RGBA64;
     }
 }

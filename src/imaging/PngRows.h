@@ -5,16 +5,12 @@
 namespace quilmora {
 
 /// The pixels of an image as the rows of a PNG file: gray, RGB or RGBA with 8 or 16 bits a sample, whichever
-/// represents the image without loss. An alpha channel in which every pixel is opaque is left out. Rows are
-/// converted in strips, so no second bitmap comes into being.
+/// is lossless; an alpha channel that is opaque throughout is left out. Converts a few rows at a time.
 class PngRows final
 {
-    Q_DISABLE_COPY_MOVE(PngRows)
-
 public:
     /// The image must not be null.
     explicit PngRows(const QImage &image);
-    ~PngRows() = default;
 
     /// The values are those of the file format.
     enum class ColorType : uchar { gray = 0, rgb = 2, rgba = 6 };

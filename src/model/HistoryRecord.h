@@ -1,5 +1,8 @@
 #pragma once
 
+#include "imaging/ImageCodec.h"
+#include "model/PictureLimits.h"
+#include "platform/Files.h"
 #include "platform/Timestamp.h"
 
 #include <QImage>
@@ -15,8 +18,11 @@ struct HistoryRecord {
     Timestamp createdAt;
     QString modelID; ///< May be empty.
 
-    /// The picture, read afresh from its file at each call; null when there is no readable picture.
-    QImage image() const;
+    /// The picture, read from its file at each call; null when it cannot be read.
+    QImage image() const
+    {
+        return imageCodec::decodeFile(userFolders::expandTilde(imagePath), pictureLimits::file);
+    }
 };
 
 } // namespace quilmora

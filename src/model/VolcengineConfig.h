@@ -4,15 +4,18 @@
 
 namespace quilmora {
 
-/// How to reach the image service; the user edits these on the settings screen.
+/// The settings of the image service.
 struct VolcengineConfig {
     QString apiURL;  ///< Full address of the image-generation endpoint.
     QString apiKey;  ///< Bearer key; may be empty.
     QString modelID; ///< Model identifier sent in each request.
 
     /// The provider's public endpoint.
-    static const QString &defaultURL();
-    static const QString &defaultModelID();
+    static QString defaultURL()
+    {
+        return QStringLiteral("https://ark.cn-beijing.volces.com/api/v3/images/generations");
+    }
+    static QString defaultModelID() { return QStringLiteral("doubao-seedream-4-0-250828"); }
 };
 
 } // namespace quilmora

@@ -9,17 +9,14 @@ using namespace Qt::StringLiterals;
 namespace quilmora::console {
 namespace {
 
-bool isLineBreak(QChar character)
-{
-    return u"\n\r\v\f\u0085\u2028\u2029"_s.contains(character);
-}
+bool isLineBreak(QChar character) { return u"\n\r\v\f\u0085\u2028\u2029"_s.contains(character); }
 
 } // namespace
 
 void printLine(const QString &text)
 {
 #ifdef SIGPIPE
-    // A reader that has gone, such as a closed pager, must not end the program.
+    // A closed pipe, such as that of a pager, must not end the program.
     [[maybe_unused]] static const auto former = std::signal(SIGPIPE, SIG_IGN);
 #endif
     QString line = text;

@@ -8,10 +8,7 @@ namespace {
 
 volatile std::sig_atomic_t statusAtTheEnd = 0;
 
-extern "C" void endNow(int /*signal*/)
-{
-    _exit(statusAtTheEnd);
-}
+extern "C" void endNow(int /*signal*/) { _exit(statusAtTheEnd); }
 
 } // namespace
 

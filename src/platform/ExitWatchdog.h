@@ -4,9 +4,9 @@
 
 namespace quilmora {
 
-/// Gives the process that long to end by itself, after which it is ended at once, with that exit status. For
-/// the time when all that is to be kept is kept: libraries wait at the end for what they cannot interrupt,
-/// for instance half a minute for a name that nobody knows.
+/// Ends the process at once, with `exitStatus`, if it has not ended by itself within `time`. To be called
+/// when everything is saved: libraries wait for calls that they cannot interrupt, such as the lookup of a
+/// host name.
 void startExitWatchdog(std::chrono::seconds time, int exitStatus);
 
 } // namespace quilmora

@@ -11,41 +11,24 @@ using namespace Qt::StringLiterals;
 namespace quilmora {
 namespace {
 
-constexpr int longestWait = 150; // milliseconds; the first window waits with it
+constexpr int longestWait = 150; // Milliseconds; delays the first window.
 
-QString service()
-{
-    return u"org.freedesktop.portal.Desktop"_s;
-}
+constexpr auto service = "org.freedesktop.portal.Desktop"_L1;
+constexpr auto path = "/org/freedesktop/portal/desktop"_L1;
+constexpr auto interface = "org.freedesktop.portal.Settings"_L1;
 
-QString path()
-{
-    return u"/org/freedesktop/portal/desktop"_s;
-}
-
-QString interface()
-{
-    return u"org.freedesktop.portal.Settings"_s;
-}
-
-QString appearance()
-{
-    return u"org.freedesktop.appearance"_s;
-}
-
-QString gnomeAccessibility()
-{
-    return u"org.gnome.desktop.a11y.interface"_s;
-}
+// The groups of settings that are read.
+constexpr auto appearance = "org.freedesktop.appearance"_L1;
+constexpr auto gnomeAccessibility = "org.gnome.desktop.a11y.interface"_L1;
 
 QDBusMessage question()
 {
-    QDBusMessage message = QDBusMessage::createMethodCall(service(), path(), interface(), u"ReadAll"_s);
-    message << QStringList{appearance(), gnomeAccessibility()};
+    QDBusMessage message = QDBusMessage::createMethodCall(service, path, interface, u"ReadAll"_s);
+    message << QStringList{appearance, gnomeAccessibility};
     return message;
 }
 
-/// The portal puts a variant into a variant.
+/// The portal wraps the variant in another one.
 QVariant unwrapped(QVariant value)
 {
     while (value.metaType() == QMetaType::fromType<QDBusVariant>()) {
@@ -63,9 +46,9 @@ PortalAppearance::PortalAppearance(QDBusConnection bus, QObject *parent)
     if (!m_connection.isConnected()) {
         return;
     }
-    // By the name of the slot: a bus connects in no other way. It is handed the whole message, because the
-    // types of arguments may not be known to Qt yet.
-    m_connection.connect(service(), path(), interface(), u"SettingChanged"_s, this,
+    // QDBusConnection connects by the name of the slot only. The slot gets the whole message, because Qt may
+    // not know the types of its arguments.
+    m_connection.connect(service, path, interface, u"SettingChanged"_s, this,
                          SLOT(settingChanged(QDBusMessage)));
     if (!askNow()) {
         askLater();
@@ -81,7 +64,7 @@ bool PortalAppearance::askNow()
         takeAll(answer);
         return true;
     }
-    // Any other error is an answer too: the portal has no settings.
+    // Any other error means that the portal has no settings.
     const auto error = QDBusError{answer}.type();
     return error != QDBusError::ServiceUnknown && error != QDBusError::NoReply &&
            error != QDBusError::Timeout && error != QDBusError::TimedOut;
@@ -128,14 +111,14 @@ void PortalAppearance::take(const QString &group, const QString &key, const QVar
     constexpr uint prefersLight = 2;
     constexpr uint prefersHigherContrast = 1;
     const QVariant told = unwrapped(value);
-    if (group == appearance() && key == u"color-scheme"_s) {
+    if (group == appearance && key == u"color-scheme"_s) {
         const uint preference = told.toUInt();
         into.scheme = preference == prefersDark    ? std::optional{ColorScheme::dark}
                       : preference == prefersLight ? std::optional{ColorScheme::light}
                                                    : std::nullopt;
-    } else if (group == appearance() && key == u"contrast"_s) {
+    } else if (group == appearance && key == u"contrast"_s) {
         into.isContrastHigher = told.toUInt() == prefersHigherContrast;
-    } else if (group == gnomeAccessibility() && key == u"high-contrast"_s) {
+    } else if (group == gnomeAccessibility && key == u"high-contrast"_s) {
         into.isGnomeContrastHigh = told.toBool();
     }
 }
@@ -146,11 +129,6 @@ void PortalAppearance::setLook(const Look &now)
         m_look = now;
         Q_EMIT changed();
     }
-}
-
-Contrast PortalAppearance::contrast() const
-{
-    return m_look.isContrastHigher || m_look.isGnomeContrastHigh ? Contrast::high : Contrast::normal;
 }
 
 } // namespace quilmora

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "platform/ColorScheme.h"
-#include "platform/Contrast.h"
+#include "platform/SystemAppearance.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -11,19 +10,23 @@
 
 namespace quilmora {
 
-/// The look that the user chose, as the desktop portal's settings tell it over D-Bus. Main thread only.
+/// The user's color scheme and contrast in the settings of the desktop portal, read over D-Bus. Main thread
+/// only.
 class PortalAppearance final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Asks the portal, and waits a moment for it if it is running; if not it is started, and an answer comes
-    /// with changed().
+    /// Reads the settings, with a short timeout, if the portal is running; otherwise starts it, and its reply
+    /// emits changed().
     explicit PortalAppearance(QDBusConnection bus, QObject *parent = nullptr);
 
-    /// Nothing where there is no portal or the user has no preference.
+    /// Nothing without a portal and where the user has no preference.
     std::optional<ColorScheme> scheme() const { return m_look.scheme; }
-    Contrast contrast() const;
+    Contrast contrast() const
+    {
+        return m_look.isContrastHigher || m_look.isGnomeContrastHigh ? Contrast::high : Contrast::normal;
+    }
 
 Q_SIGNALS:
     void changed();
@@ -35,8 +38,7 @@ private:
     struct Look {
         std::optional<ColorScheme> scheme;
         bool isContrastHigher = false;
-        bool isGnomeContrastHigh =
-            false; ///< The setting of GNOME before the portal had one for all desktops.
+        bool isGnomeContrastHigh = false; ///< Older than the portal's own setting.
 
         bool operator==(const Look &) const = default;
     };

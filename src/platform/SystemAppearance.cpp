@@ -13,34 +13,30 @@
 namespace quilmora {
 namespace {
 
-#if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
 std::optional<ColorScheme> toolkitScheme()
 {
+#if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
     switch (QGuiApplication::styleHints()->colorScheme()) {
     case Qt::ColorScheme::Dark:
         return ColorScheme::dark;
     case Qt::ColorScheme::Light:
         return ColorScheme::light;
     default:
-        return std::nullopt;
+        break;
     }
-}
-#else
-std::optional<ColorScheme> toolkitScheme()
-{
+#endif
     return std::nullopt;
 }
-#endif
 
 Contrast toolkitContrast()
 {
 #if QT_VERSION >= QT_VERSION_CHECK(6, 10, 0)
-    const bool isHigh = QGuiApplication::styleHints()->accessibility()->contrastPreference() ==
-                        Qt::ContrastPreference::HighContrast;
-    return isHigh ? Contrast::high : Contrast::normal;
-#else
-    return Contrast::normal;
+    if (QGuiApplication::styleHints()->accessibility()->contrastPreference() ==
+        Qt::ContrastPreference::HighContrast) {
+        return Contrast::high;
+    }
 #endif
+    return Contrast::normal;
 }
 
 } // namespace

@@ -1,16 +1,19 @@
 #pragma once
 
-#include "platform/ColorScheme.h"
-#include "platform/Contrast.h"
-
 #include <QObject>
 
 #include <optional>
 
 namespace quilmora {
 
-/// The look that the system asks of its applications, as far as it states one otherwise than by its palette.
-/// Needs a QGuiApplication. Main thread only.
+/// The color scheme of a desktop.
+enum class ColorScheme { light, dark };
+
+/// The contrast of texts and borders.
+enum class Contrast { normal, high };
+
+/// The color scheme and the contrast that the system requests of applications besides its palette. Needs a
+/// QGuiApplication. Main thread only.
 class SystemAppearance final : public QObject
 {
     Q_OBJECT
@@ -18,7 +21,7 @@ class SystemAppearance final : public QObject
 public:
     explicit SystemAppearance(QObject *parent = nullptr);
 
-    /// Nothing where the palette is all there is to go by.
+    /// Nothing where only the palette shows the scheme.
     std::optional<ColorScheme> scheme() const;
     Contrast contrast() const;
 

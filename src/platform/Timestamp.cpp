@@ -6,20 +6,11 @@
 
 namespace quilmora {
 
-Timestamp now()
-{
-    return std::chrono::system_clock::now();
-}
+Timestamp now() { return std::chrono::system_clock::now(); }
 
-Timestamp fromSecondsSince1970(double seconds)
-{
-    return Timestamp{std::chrono::duration<double>{seconds}};
-}
+Timestamp fromSecondsSince1970(double seconds) { return Timestamp{std::chrono::duration<double>{seconds}}; }
 
-double secondsSince1970(Timestamp moment)
-{
-    return moment.time_since_epoch().count();
-}
+double secondsSince1970(Timestamp moment) { return moment.time_since_epoch().count(); }
 
 QString localDateText(Timestamp moment, const QString &pattern)
 {

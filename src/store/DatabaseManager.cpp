@@ -1,31 +1,54 @@
 #include "store/DatabaseManager.h"
 
 #include "platform/Console.h"
+#include "platform/Files.h"
 #include "platform/Timestamp.h"
-#include "platform/UserFolders.h"
-#include "store/CoversFolder.h"
-#include "store/FilePermissions.h"
-#include "store/HistoryInsertion.h"
-#include "store/HistoryMigration.h"
-#include "store/OrphanBackfill.h"
+#include "store/HistoryTable.h"
+#include "store/ImageStorageService.h"
 
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
 
 using namespace Qt::StringLiterals;
 
 namespace quilmora {
 namespace {
 
-/// Creates the folder if need be, closed to other users, and gives the path of the database file in it.
+bool isOpenToOthers(const QFileInfo &place)
+{
+    constexpr QFile::Permissions others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup |
+                                          QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
+    return (place.permissions() & others) != QFile::Permissions{};
+}
+
+/// Removes all permissions but the owner's to read and write from a file that others may access.
+void closeFile(const QString &path)
+{
+    const QFileInfo file{path};
+    if (file.isFile() && isOpenToOthers(file)) {
+        QFile::setPermissions(path, file.permissions() & (QFile::ReadOwner | QFile::WriteOwner));
+    }
+}
+
+/// Creates the folder and the database file if they are missing, and gives the path of the file. It contains
+/// the key in plain text: only the owner may access both and SQLite's other files, where the system allows.
 QString databaseFileIn(const QString &folder)
 {
     QDir{}.mkpath(folder);
-    QString file = folder + u"/quilmora.db"_s;
-    filePermissions::restrictToOwner(folder, file);
-    return file;
+    if (const QFileInfo place{folder}; place.isDir() && isOpenToOthers(place)) {
+        QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    }
+    QString path = folder + u"/quilmora.db"_s;
+    static_cast<void>(
+        QFile{path}.open(QIODevice::ReadWrite | QIODevice::NewOnly, QFile::ReadOwner | QFile::WriteOwner));
+    for (const auto suffix : {""_L1, "-journal"_L1, "-wal"_L1, "-shm"_L1}) {
+        closeFile(path + suffix);
+    }
+    return path;
 }
 
-/// The text of a column that can hold no NULL in a sound database.
+/// The text of a column that is NOT NULL.
 QString requiredText(const SqliteStatement &row, int column)
 {
     if (row.isNull(column)) {
@@ -43,8 +66,8 @@ DatabaseManager::DatabaseManager(const QString &folder, const QString &covers)
     migrateHistoryTableIfNeeded(m_database);
     ensureDefaultConfig();
     backfillOrphanImages(m_database, covers);
-    // The first window comes after this, so up to here another program is waited for only once.
-    m_database.setWaitsOnlyOnce(false);
+    // The first window opens after this, so until here only one statement waits for another program.
+    m_database.waitEachTime();
 }
 
 DatabaseManager &DatabaseManager::shared()

@@ -9,37 +9,31 @@
 
 namespace quilmora {
 
-/// Everything that is kept across runs: the settings of the image service and the history of covers, in one
-/// SQLite file. No operation reports a failure: reads fall back to defaults or an empty list, failed writes
-/// are printed to standard output. To be used from the main thread.
+/// The settings of the image service and the history of covers, in one SQLite file. When they fail, reads
+/// give defaults or an empty list, and writes are printed to standard output. Main thread only.
 class DatabaseManager final
 {
 public:
-    /// Opens "quilmora.db" in `folder`, creating both if missing, brings a history of an older version to the
-    /// present layout, and adds a row for each file in `covers`, the folder of the covers, that has none.
-    /// Folder and file of the database are made the owner's alone: the settings hold the key in plain text.
+    /// Opens "quilmora.db" in `folder`, creating both if missing, both accessible to their owner alone;
+    /// migrates the history and adds a row for each file in `covers`, the folder of the covers, that has
+    /// none.
     DatabaseManager(const QString &folder, const QString &covers);
-    Q_DISABLE_COPY_MOVE(DatabaseManager)
-    ~DatabaseManager() = default;
 
-    /// The one instance of the running application, in the user's application-support folder and with the
-    /// user's covers; opened on first use.
+    /// The application's instance, in the user's application-support folder; opened on first use.
     static DatabaseManager &shared();
 
-    /// Stores the settings exactly as given.
     void saveConfig(const QString &apiURL, const QString &apiKey, const QString &modelID);
 
     /// The stored settings, with the defaults for an empty address or model.
     VolcengineConfig getConfig();
 
-    /// Adds one cover, stamped with the present moment.
+    /// Adds one cover with the current time.
     void insertHistory(const QString &prompt, const QString &imagePath, const QString &modelID);
 
     /// All covers, newest first.
     QList<HistoryRecord> fetchAllHistory();
 
-    /// Removes the row; the picture file stays, and a cover in the folder of the covers comes back at the
-    /// next start. An unknown id changes nothing.
+    /// Removes the row, not the picture: the next start adds a cover in the folder of the covers again.
     void deleteHistory(qint64 id);
 
 private:

@@ -1,11 +1,10 @@
 #include "store/ImageStorageService.h"
 
+#include "imaging/ImageCodec.h"
 #include "model/PictureLimits.h"
 #include "platform/Console.h"
-#include "platform/FileWriter.h"
+#include "platform/Files.h"
 #include "platform/Timestamp.h"
-#include "platform/UserFolders.h"
-#include "store/CoversFolder.h"
 
 #include <QDir>
 #include <QFile>
@@ -20,13 +19,17 @@ namespace {
 
 QString newFileName()
 {
-    // The number keeps covers of the same second apart.
+    // The number distinguishes covers of the same second.
     const int number = QRandomGenerator::system()->bounded(1000, 10000);
     return u"cover_"_s + localDateText(now(), u"yyyyMMdd_HHmmss"_s) + u'_' + QString::number(number) +
            u".png"_s;
 }
 
 } // namespace
+
+QString coversFolder::path() { return userFolders::pictures() + u"/Quilmora/coverimg"_s; }
+
+QString coversFolder::storedPath(const QString &name) { return u"~/Pictures/Quilmora/coverimg/"_s + name; }
 
 ImageStorageService::ImageStorageService(QString directory) : m_coverImageDirectory{std::move(directory)}
 {
@@ -58,9 +61,6 @@ QImage ImageStorageService::loadImage(const QString &path) const
     return imageCodec::decodeFile(userFolders::expandTilde(path), pictureLimits::file);
 }
 
-void ImageStorageService::deleteImage(const QString &path)
-{
-    QFile::remove(userFolders::expandTilde(path));
-}
+void ImageStorageService::deleteImage(const QString &path) { QFile::remove(userFolders::expandTilde(path)); }
 
 } // namespace quilmora

@@ -5,23 +5,32 @@
 
 #include <optional>
 
+/// The folder of the covers, and the paths of its files in the history.
+namespace quilmora::coversFolder {
+
+/// "Quilmora/coverimg" in the user's pictures folder; absolute and without a final slash.
+QString path();
+
+/// The path in the history of the cover with that file name: "~/Pictures/Quilmora/coverimg/" and the name,
+/// the same on every machine.
+QString storedPath(const QString &name);
+
+} // namespace quilmora::coversFolder
+
 namespace quilmora {
 
-/// Keeps every generated cover as a PNG file in one folder. To be used from the main thread.
+/// Keeps every generated cover as a PNG file in one folder. Main thread only.
 class ImageStorageService final
 {
 public:
-    /// Keeps the covers in `coverImageDirectory`, which is created, with the folders above it, if missing.
+    /// Creates the folder, with those above it, if it is missing.
     explicit ImageStorageService(QString coverImageDirectory);
-    Q_DISABLE_COPY_MOVE(ImageStorageService)
-    ~ImageStorageService() = default;
 
-    /// The one instance of the running application, in "Quilmora/coverimg" of the user's pictures folder.
+    /// The application's instance, in coversFolder::path().
     static ImageStorageService &shared();
 
-    /// Writes `image` under a name made of the present time and a random number. Gives the path to store, in
-    /// the form "~/Pictures/Quilmora/coverimg/…"; nothing when the image cannot be encoded or written, the
-    /// latter printed as one line on standard output.
+    /// Writes `image` under a name of the current time and a random number. Gives its storedPath();
+    /// nothing when it cannot be encoded or written, the latter printed as one line on standard output.
     std::optional<QString> saveImage(const QImage &image);
 
     /// The picture at a stored path; null when there is none.

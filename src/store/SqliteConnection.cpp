@@ -2,25 +2,13 @@
 
 #include "platform/Console.h"
 
-#include <QStringDecoder>
-
+#include <array>
+#include <charconv>
 #include <sqlite3.h>
 
 using namespace Qt::StringLiterals;
 
 namespace quilmora {
-namespace {
-
-QString keepingTheMark(QByteArrayView utf8)
-{
-    QStringDecoder decoder{QStringDecoder::Utf8,
-                           QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom};
-    return decoder(utf8);
-}
-
-} // namespace
-
-SqliteStatement::SqliteStatement(sqlite3_stmt *prepared) : m_statement{prepared} {}
 
 bool SqliteStatement::step()
 {
@@ -39,25 +27,19 @@ QString SqliteStatement::text(int column) const
     const auto *bytes =
         static_cast<const char *>(static_cast<const void *>(sqlite3_column_text(m_statement.get(), column)));
     const QByteArrayView utf8{bytes, sqlite3_column_bytes(m_statement.get(), column)};
-    // The usual conversion, which is quicker, takes a first character without width for a mark of the
-    // encoding and drops it.
-    return utf8.startsWith("\xEF\xBB\xBF") ? keepingTheMark(utf8) : QString::fromUtf8(utf8);
+    QString text = QString::fromUtf8(utf8);
+    if (utf8.startsWith("\xEF\xBB\xBF")) {
+        // Dropped by the conversion.
+        text.prepend(QChar::ByteOrderMark);
+    }
+    return text;
 }
 
-qint64 SqliteStatement::integer(int column) const
-{
-    return sqlite3_column_int64(m_statement.get(), column);
-}
+qint64 SqliteStatement::integer(int column) const { return sqlite3_column_int64(m_statement.get(), column); }
 
-double SqliteStatement::real(int column) const
-{
-    return sqlite3_column_double(m_statement.get(), column);
-}
+double SqliteStatement::real(int column) const { return sqlite3_column_double(m_statement.get(), column); }
 
-void SqliteStatement::Finalize::operator()(sqlite3_stmt *pointer) const
-{
-    sqlite3_finalize(pointer);
-}
+void SqliteStatement::Finalize::operator()(sqlite3_stmt *pointer) const { sqlite3_finalize(pointer); }
 
 SqliteConnection::SqliteConnection(const QString &path)
 {
@@ -69,13 +51,13 @@ SqliteConnection::SqliteConnection(const QString &path)
         return;
     }
     setBusyTimeout(busyTimeout);
-    // Room for ten thousand rows of the history: with less they are sorted in a file on the disk.
+    // Enough for ten thousand rows of the history; with less they are sorted in a file on the disk.
     noteResult(sqlite3_exec(opened, "PRAGMA cache_size = -32768;", nullptr, nullptr, nullptr));
 }
 
-void SqliteConnection::setWaitsOnlyOnce(bool once)
+void SqliteConnection::waitEachTime()
 {
-    m_waitsOnlyOnce = once;
+    m_waitsOnlyOnce = false;
     setBusyTimeout(busyTimeout);
 }
 
@@ -109,15 +91,9 @@ SqliteStatement SqliteConnection::prepare(const QString &sql)
     return SqliteStatement{statement};
 }
 
-bool SqliteConnection::wasBusy() const
-{
-    return sqlite3_errcode(m_connection.get()) == SQLITE_BUSY;
-}
+bool SqliteConnection::wasBusy() const { return sqlite3_errcode(m_connection.get()) == SQLITE_BUSY; }
 
-bool SqliteConnection::isInTransaction() const
-{
-    return sqlite3_get_autocommit(m_connection.get()) == 0;
-}
+bool SqliteConnection::isInTransaction() const { return sqlite3_get_autocommit(m_connection.get()) == 0; }
 
 QString SqliteConnection::quoted(const QString &text)
 {
@@ -126,9 +102,16 @@ QString SqliteConnection::quoted(const QString &text)
     return u'\'' + doubled + u'\'';
 }
 
-void SqliteConnection::Close::operator()(sqlite3 *pointer) const
+void SqliteConnection::Close::operator()(sqlite3 *pointer) const { sqlite3_close_v2(pointer); }
+
+QString shortestDecimal(double value)
 {
-    sqlite3_close_v2(pointer);
+    // The longest text, of the smallest subnormal, has "-0." and 323 zeros before its digits.
+    std::array<char, 400> buffer{};
+    const auto written =
+        std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::fixed);
+    const QString text = QString::fromLatin1(buffer.data(), written.ptr - buffer.data());
+    return text.contains(u'.') ? text : text + u".0"_s;
 }
 
 } // namespace quilmora

@@ -14,7 +14,7 @@ namespace quilmora {
 class SqliteStatement final
 {
 public:
-    explicit SqliteStatement(sqlite3_stmt *statement);
+    explicit SqliteStatement(sqlite3_stmt *statement) : m_statement{statement} {}
 
     /// Whether preparing succeeded; no other operation may be called otherwise.
     explicit operator bool() const { return m_statement != nullptr; }
@@ -22,7 +22,7 @@ public:
     /// Moves to the next row; false when there is none or the read failed.
     bool step();
 
-    /// Whether the last move ended in an error rather than at a row or behind the last one.
+    /// Whether the last step() failed, rather than found no more rows.
     bool hasFailed() const { return m_failed; }
 
     bool isNull(int column) const;
@@ -38,8 +38,7 @@ private:
     bool m_failed = false;
 };
 
-/// One open database file. Failures are printed to standard output where stated and never thrown.
-/// To be used from one thread at a time.
+/// One open database file. To be used from one thread at a time.
 class SqliteConnection final
 {
 public:
@@ -47,24 +46,19 @@ public:
     static constexpr std::chrono::milliseconds busyTimeout{5000};
 
     /// Opens the file, creating it if it is missing. When that fails, "无法打开数据库: " and the path are
-    /// printed and every later operation fails quietly.
+    /// printed and every later operation fails without a line.
     explicit SqliteConnection(const QString &path);
-    Q_DISABLE_COPY_MOVE(SqliteConnection)
-    ~SqliteConnection() = default;
 
-    /// While `once`, a statement that has waited in vain for another program makes all that follow fail at
-    /// once when the database is busy. So it is at first.
-    void setWaitsOnlyOnce(bool once);
+    /// Before this call, only the first statement that finds the database busy waits.
+    void waitEachTime();
 
     /// Runs the statements in `sql`; prints "SQL 错误: " and SQLite's message when one fails.
     void execute(const QString &sql);
 
-    /// A statement to read from; false in a boolean context when `sql` cannot be prepared (nothing is
-    /// printed).
+    /// A statement to read from. Prints nothing when `sql` cannot be prepared.
     SqliteStatement prepare(const QString &sql);
 
-    /// Whether the statement that failed last failed because another program used the database. Nothing is
-    /// known of the content then.
+    /// Whether the last failure was that another program uses the database.
     bool wasBusy() const;
 
     /// Whether a transaction is open; SQLite ends it by itself on some errors, for instance on a full disk.
@@ -77,13 +71,16 @@ private:
     struct Close {
         void operator()(sqlite3 *pointer) const;
     };
-    /// Sets SQLite's own limit.
     void setBusyTimeout(std::chrono::milliseconds timeout);
-    /// Ends the waiting where `result` says that it was in vain.
+    /// Stops waiting after a statement that has waited in vain.
     void noteResult(int result);
 
     std::unique_ptr<sqlite3, Close> m_connection;
     bool m_waitsOnlyOnce = true;
 };
+
+/// The shortest decimal text, without an exponent, that reads back as `value`; it always has a decimal point
+/// (1700000000 gives "1700000000.0"). `value` must be finite.
+QString shortestDecimal(double value);
 
 } // namespace quilmora

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "app/MainView.h"
-#include "app/NavTabButton.h"
 #include "app/QuilmoraApp.h"
+#include "app/TopNavigationBar.h"
 #include "support/AccessibleFinder.h"
 #include "support/ScreenTest.h"
 #include "support/Texts.h"
@@ -11,17 +11,12 @@
 
 namespace quilmora::test {
 
-/// A test of the application as main() starts it, worked by its window as a user does.
-class ApplicationTest : public QObject
+/// The window of an application, worked as a user does.
+class ApplicationWindow
 {
 public:
-    ApplicationTest(QuilmoraApp &application, const TemporaryHome &home)
-        : m_application{application},
-          m_home{home}
-    {
-    }
+    explicit ApplicationWindow(QuilmoraApp &application) : m_application{application} {}
 
-protected:
     MainView *window() const { return m_application.mainWindow(); }
     QWidget *find(const QString &name) const { return accessible::find(window(), name); }
     QLineEdit *field(const QString &name) const { return accessible::find<QLineEdit>(window(), name); }
@@ -31,7 +26,21 @@ protected:
         QCoreApplication::processEvents();
     }
 
+protected:
     QuilmoraApp &m_application;
+};
+
+/// A test of the application as main() starts it.
+class ApplicationTest : public QObject, protected ApplicationWindow
+{
+public:
+    ApplicationTest(QuilmoraApp &application, const TemporaryHome &home)
+        : ApplicationWindow{application},
+          m_home{home}
+    {
+    }
+
+protected:
     const TemporaryHome &m_home;
 };
 

@@ -1,13 +1,12 @@
 #include "app/ClickFilter.h"
-#include "model/CoverSize.h"
+#include "model/CoverInputs.h"
 #include "support/GenerateScreen.h"
 #include "support/HistoryScreen.h"
 #include "support/Placement.h"
-#include "support/TestProgram.h"
 #include "ui/dialogs/AlertDialog.h"
 
 #include <QPushButton>
-#include <QScrollBar>
+#include <QSignalSpy>
 #include <QWindow>
 
 using namespace Qt::StringLiterals;
@@ -15,6 +14,16 @@ using namespace quilmora;
 using namespace quilmora::test;
 
 namespace {
+
+class DoubleClickCounter final : public QWidget
+{
+public:
+    using QWidget::QWidget;
+    int count = 0;
+
+protected:
+    void mouseDoubleClickEvent(QMouseEvent * /*event*/) override { ++count; }
+};
 
 /// The names of the options that are chosen.
 QStringList chosenOptions(QWidget &window)
@@ -55,67 +64,112 @@ class DoubleClickTest final : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { qApp->installEventFilter(&m_filter); }
-
-    void goingBackFromAResultKeepsTheForm_data()
+    /// A button that goes when it is clicked, and one that lies behind it.
+    void init()
     {
-        QTest::addColumn<QSize>("size");
-        for (const CoverSize &size : CoverSize::presets()) {
-            QTest::newRow(qPrintable(size.name))
-                << QSize(static_cast<int>(size.width), static_cast<int>(size.height)) / 8;
+        m_window = std::make_unique<QWidget>();
+        // Installed like this it is the first filter, as in the application.
+        qApp->installEventFilter(new ClickFilter{m_window.get()});
+        m_second = new QPushButton{m_window.get()};
+        m_second->setGeometry(0, 0, 100, 200);
+        m_first = new QPushButton{m_window.get()};
+        m_first->setGeometry(0, 0, 100, 100);
+        connect(m_first, &QPushButton::clicked, m_first, &QWidget::hide);
+        m_clicks = 0;
+        connect(m_second, &QPushButton::clicked, this, [this] { ++m_clicks; });
+        showWindow(*m_window, {200, 200});
+    }
+
+    void cleanup() { m_window.reset(); }
+
+    void theSecondClickOfADoubleClickDoesNotReachWhatHasAppeared()
+    {
+        m_second->setFocusPolicy(Qt::ClickFocus);
+        m_window->setFocus();
+        doubleClick(*m_window, m_inFront);
+        QVERIFY(!m_first->isVisible());
+        QCOMPARE(m_clicks, 0);
+        QVERIFY(!m_second->isDown());
+        QVERIFY(!m_second->hasFocus());
+        // Nor when the first widget is destroyed.
+        m_first->show();
+        connect(
+            m_first, &QPushButton::clicked, this, [this] { delete m_first; }, Qt::QueuedConnection);
+        doubleClick(*m_window, m_inFront);
+        QTRY_COMPARE(m_window->findChildren<QPushButton *>().size(), 1);
+        QCOMPARE(m_clicks, 0);
+    }
+
+    void aSlowSecondClickDoes()
+    {
+        // Qt Test lets more than the interval of a double click lie between the times of two clicks.
+        for (int times = 0; times < 2; ++times) {
+            QTest::mouseClick(m_window->windowHandle(), Qt::LeftButton, {}, m_inFront);
         }
+        QCOMPARE(m_clicks, 1);
+    }
+
+    void aQuickClickElsewhereOrOfAnotherButtonDoes()
+    {
+        QTest::mousePress(m_window->windowHandle(), Qt::LeftButton, {}, m_inFront);
+        m_first->hide();
+        QTest::mousePress(m_window->windowHandle(), Qt::LeftButton, {}, m_beside);
+        QVERIFY(m_second->isDown());
+        QTest::mouseRelease(m_window->windowHandle(), Qt::LeftButton, {}, m_beside);
+        QCOMPARE(m_clicks, 1);
+
+        m_first->show();
+        m_second->setContextMenuPolicy(Qt::CustomContextMenu);
+        const QSignalSpy menus{m_second, &QWidget::customContextMenuRequested};
+        QTest::mousePress(m_window->windowHandle(), Qt::LeftButton, {}, m_inFront);
+        m_first->hide();
+        QTest::mousePress(m_window->windowHandle(), Qt::RightButton, {}, m_inFront);
+        QCOMPARE(menus.size(), 1);
+        QTest::mouseRelease(m_window->windowHandle(), Qt::RightButton, {}, m_inFront);
+        QTest::mouseRelease(m_window->windowHandle(), Qt::LeftButton, {}, m_inFront);
+    }
+
+    void aDoubleClickOnOneWidgetStaysOne()
+    {
+        auto *counter = new DoubleClickCounter{m_window.get()};
+        counter->setGeometry(100, 0, 100, 200);
+        counter->show();
+        doubleClick(*m_window, {150, 100});
+        QCOMPARE(counter->count, 1);
     }
 
     void goingBackFromAResultKeepsTheForm()
     {
-        QFETCH(const QSize, size);
-        GenerateScreen screen{GenerateScreen::respondWithPicture(size)};
-        const QStringList chosen = chosenOptions(screen.window);
-        screen.generate(u"标题"_s);
-        QTRY_VERIFY(screen.shows(texts::back));
-        doubleClick(screen.window, centerOf(screen.find(texts::back)));
-        QTRY_VERIFY(screen.generateButton() != nullptr);
-        QCOMPARE(chosenOptions(screen.window), chosen);
-        QCOMPARE(screen.panels.referencePanelCount(), 0);
-    }
-
-    void aTileOpensThePreviewAndPressesNoneOfItsButtons_data()
-    {
-        QTest::addColumn<QString>("below");
-        for (const QString &name : {texts::savePicture, texts::closePreview, texts::close}) {
-            QTest::newRow(qPrintable(name)) << name;
+        for (const CoverSize &size : CoverSize::presets()) {
+            const QSize picture{static_cast<int>(size.width) / 8, static_cast<int>(size.height) / 8};
+            GenerateScreen screen{GenerateScreen::respondWithPicture(picture)};
+            const QStringList chosen = chosenOptions(screen.window);
+            screen.generate(u"标题"_s);
+            QTRY_VERIFY(screen.shows(texts::back));
+            doubleClick(screen.window, centerOf(screen.find(texts::back)));
+            QTRY_VERIFY(screen.generateButton() != nullptr);
+            QVERIFY2(chosenOptions(screen.window) == chosen, qPrintable(size.name));
+            QVERIFY2(screen.panels.referencePanelCount() == 0, qPrintable(size.name));
         }
     }
 
-    void aTileOpensThePreviewAndPressesNoneOfItsButtons()
+    void openingAndClosingThePreviewPressesNothingElse()
     {
-        QFETCH(const QString, below);
-        HistoryScreen screen;
-        openHistory(screen);
-        const QPoint place = placeInPreview(screen, below);
-        QVERIFY(scrollTileUnder(screen, place));
-        doubleClick(screen.window, place);
-        QVERIFY(HistoryScreen::preview() != nullptr);
-        QCOMPARE(screen.panels.proposedNames(), QStringList{});
-    }
-
-    void closingThePreviewOpensNoOther_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::newRow("button") << texts::closePreview;
-        QTest::newRow("symbol") << texts::close;
-    }
-
-    void closingThePreviewOpensNoOther()
-    {
-        QFETCH(const QString, name);
-        HistoryScreen screen;
-        openHistory(screen);
-        const QPoint place = placeInPreview(screen, name);
-        QVERIFY(scrollTileUnder(screen, place));
-        screen.clickTile(0);
-        doubleClick(screen.window, place);
-        QVERIFY(HistoryScreen::preview() == nullptr);
+        for (const QString &name : {texts::savePicture, texts::closePreview, texts::close}) {
+            HistoryScreen screen;
+            screen.addCovers(16);
+            // So large that tiles lie below all of the preview.
+            screen.open({1400, 1080});
+            const QPoint place = placeInPreview(screen, name);
+            QVERIFY(scrollTileUnder(screen, place));
+            doubleClick(screen.window, place);
+            QVERIFY2(HistoryScreen::preview() != nullptr, qPrintable(name));
+            QCOMPARE(screen.panels.proposedNames(), QStringList{});
+            if (name != texts::savePicture) {
+                doubleClick(screen.window, place);
+                QVERIFY2(HistoryScreen::preview() == nullptr, qPrintable(name));
+            }
+        }
     }
 
     void closingTheAlertPressesNothingBelow()
@@ -139,15 +193,12 @@ private:
     }
     static QPoint centerOf(QWidget *widget) { return placement::inWindow(widget).center(); }
 
-    static void openHistory(HistoryScreen &screen)
-    {
-        constexpr int covers = 16;
-        screen.addCovers(covers);
-        // So large that tiles lie below all of the preview.
-        screen.open({1400, 1080});
-    }
-
-    ClickFilter m_filter;
+    const QPoint m_inFront{50, 50};
+    const QPoint m_beside{50, 150};
+    std::unique_ptr<QWidget> m_window;
+    QPushButton *m_first = nullptr;
+    QPushButton *m_second = nullptr;
+    int m_clicks = 0; ///< Of the second button.
 };
 
 QUILMORA_TEST(DoubleClickTest, runScreenTest)

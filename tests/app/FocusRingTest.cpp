@@ -1,15 +1,13 @@
-#include "app/NavTabButton.h"
+#include "app/TopNavigationBar.h"
 #include "screens/generate/DisclosureHeader.h"
-#include "screens/generate/EmotionChip.h"
+#include "screens/generate/FormOptions.h"
 #include "screens/generate/GenerateButton.h"
-#include "screens/generate/SizeCard.h"
-#include "screens/generate/UploadButton.h"
+#include "screens/generate/UploadCard.h"
 #include "support/SamplePictures.h"
 #include "support/ScreenCapture.h"
 #include "support/ScreenTest.h"
 #include "support/Texts.h"
 #include "ui/widgets/ActionButton.h"
-#include "ui/widgets/GradientButton.h"
 #include "ui/widgets/PaintedButton.h"
 
 #include <QLineEdit>
@@ -55,28 +53,6 @@ Make option(const Value &value, bool checked)
     };
 }
 
-/// How many pixels differ in a band along the edges, and how many further inside. The outermost pixels do not
-/// count: there any second drawing of the same outline shows a little.
-struct Difference {
-    int atTheEdge = 0;
-    int inside = 0;
-};
-
-Difference difference(const QImage &first, const QImage &second)
-{
-    const QRect outer = first.rect().adjusted(1, 1, -1, -1);
-    const QRect inner = first.rect().adjusted(4, 4, -4, -4);
-    Difference found;
-    for (int y = outer.top(); y <= outer.bottom(); ++y) {
-        for (int x = outer.left(); x <= outer.right(); ++x) {
-            if (!screenCapture::isClose(first.pixelColor(x, y), second.pixelColor(x, y), 24)) {
-                ++(inner.contains(x, y) ? found.inside : found.atTheEdge);
-            }
-        }
-    }
-    return found;
-}
-
 } // namespace
 
 /// How every button that takes the keyboard focus shows it.
@@ -96,108 +72,48 @@ private Q_SLOTS:
     }
 
     void cleanup() { m_window.reset(); }
-    void theFocusShowsAlongTheEdge_data() { addButtons(); }
-
-    void theFocusShowsAlongTheEdge()
+    void theFocusShowsInARing_data()
     {
-        PaintedButton *button = make();
-        QVERIFY(QTest::qWaitFor([button] { return button->isVisible(); }));
-        m_other->setFocus();
-        const QImage without = screenCapture::capture(button);
-        for (const auto reason : {Qt::TabFocusReason, Qt::BacktabFocusReason}) {
-            button->setFocus(reason);
-            QVERIFY(button->showsFocus());
-            const Difference shown = difference(without, screenCapture::capture(button));
-            QVERIFY2(shown.atTheEdge > button->width() && shown.inside < shown.atTheEdge / 2,
-                     qPrintable(u"%1 at the edge, %2 inside"_s.arg(shown.atTheEdge).arg(shown.inside)));
-            m_other->setFocus();
-            QVERIFY(!button->showsFocus());
-            QCOMPARE(screenCapture::capture(button), without);
+        QTest::addColumn<Make>("build");
+        QTest::newRow("bordered") << action(ActionButton::Kind::bordered);
+        QTest::newRow("prominent") << action(ActionButton::Kind::prominent);
+        QTest::newRow("plain") << action(ActionButton::Kind::plain);
+        QTest::newRow("gradient") << Make{[](QWidget *parent) {
+            return new GradientButton{u"arrow.counterclockwise"_s, texts::back, 0.25, parent};
+        }};
+        QTest::newRow("disclosure") << Make{[](QWidget *parent) {
+            return new DisclosureHeader{u"gearshape"_s, texts::advancedOptions, true, parent};
+        }};
+        QTest::newRow("generate") << Make{[](QWidget *parent) {
+            return new GenerateButton{parent};
+        }};
+        QTest::newRow("upload, empty") << upload({});
+        QTest::newRow("upload, narrow picture") << upload(samplePictures::picture({60, 80}));
+        QTest::newRow("upload, wide picture") << upload(samplePictures::picture({800, 140}));
+        for (const bool checked : {true, false}) {
+            const char *state = checked ? "checked" : "not checked";
+            QTest::addRow("size card, %s", state) << option<SizeCard>(CoverSize::presets().first(), checked);
+            QTest::addRow("expression chip, %s", state) << option<EmotionChip>(u"震惊"_s, checked);
+            QTest::addRow("tab, %s", state)
+                << option<NavTabButton>(NavigationTab{NavigationTab::settings}, checked);
         }
     }
 
-    void theRingIsTwoWholePixelsWide_data() { addButtons(); }
-
-    void theRingIsTwoWholePixelsWide()
+    void theFocusShowsInARing()
     {
-        PaintedButton *button = make();
+        QFETCH(const Make, build);
+        PaintedButton *button = build(m_window.get());
+        m_window->layout()->addWidget(button);
+        // Hovering looks otherwise.
+        QTest::mouseMove(m_window->windowHandle(), {1, 1});
         QVERIFY(QTest::qWaitFor([button] { return button->isVisible(); }));
+        QCoreApplication::processEvents();
+        checkTheEdge(button);
         for (const int ratio : {1, 2}) {
-            const auto onWhite = [&] {
-                const QImage seen = screenCapture::capture(button, ratio);
-                QImage picture{seen.size(), QImage::Format_RGB32};
-                picture.fill(Qt::white);
-                QPainter{&picture}.drawImage(picture.rect(), seen);
-                return picture;
-            };
-            m_other->setFocus();
-            const QImage without = onWhite();
-            button->setFocus(Qt::TabFocusReason);
-            const QImage with = onWhite();
-            const int middle = with.width() / 2;
-            const int width = 2 * ratio;
-            const QColor ring = with.pixelColor(middle, width - 1);
-            QVERIFY(!screenCapture::isClose(ring, without.pixelColor(middle, width - 1), 24));
-            for (int y = 0; y < width; ++y) {
-                // The border and what it lies on shine through a little.
-                const QColor there = with.pixelColor(middle, y);
-                QVERIFY2(screenCapture::isClose(there, ring, 24),
-                         qPrintable(u"%1: %2"_s.arg(y).arg(screenCapture::text(there))));
-            }
-            QVERIFY(
-                screenCapture::isClose(with.pixelColor(middle, width), without.pixelColor(middle, width), 8));
+            checkTheWidth(button, ratio);
         }
-    }
-
-    void aClickLeavesNoRing_data() { addButtons(); }
-
-    void aClickLeavesNoRing()
-    {
-        PaintedButton *button = make();
-        button->setCheckable(false);
-        // As the tabs and options are when they are not checked.
-        button->setFocusPolicy(Qt::StrongFocus);
-        m_other->setFocus();
-        QTest::keyClick(m_other, Qt::Key_A);
-        QTest::mousePress(button, Qt::LeftButton);
-        QVERIFY(button->hasFocus());
-        QVERIFY(!button->showsFocus());
-        QTest::mouseRelease(button, Qt::LeftButton);
-        button->clearFocus();
-        const QImage without = screenCapture::capture(button);
-        button->setFocus(Qt::MouseFocusReason);
-        QCOMPARE(screenCapture::capture(button), without);
-    }
-
-    void focusFromTheProgramShowsAfterAKeyOnly_data() { addButtons(); }
-
-    void focusFromTheProgramShowsAfterAKeyOnly()
-    {
-        PaintedButton *button = make();
-        const QList<std::pair<Qt::Key, bool>> keys{
-            {Qt::Key_unknown, false}, {Qt::Key_Alt, false}, {Qt::Key_A, true}};
-        for (const auto &[key, shows] : keys) {
-            click(m_other);
-            if (key != Qt::Key_unknown) {
-                QTest::keyClick(m_other, key);
-            }
-            button->setFocus(Qt::OtherFocusReason);
-            QVERIFY(button->hasFocus());
-            QCOMPARE(button->showsFocus(), shows);
-        }
-        // A menu leaves it as it was, whatever was pressed there.
-        for (const bool shows : {true, false}) {
-            click(m_other);
-            button->setFocus(shows ? Qt::TabFocusReason : Qt::OtherFocusReason);
-            m_other->setFocus(Qt::PopupFocusReason);
-            if (shows) {
-                click(m_other);
-            } else {
-                QTest::keyClick(m_other, Qt::Key_Escape);
-            }
-            button->setFocus(Qt::PopupFocusReason);
-            QCOMPARE(button->showsFocus(), shows);
-        }
+        checkFocusFromTheProgram(button);
+        checkAClick(button);
     }
 
     void aWindowThatComesBackShowsTheFocusAsTheUserWorks()
@@ -225,42 +141,99 @@ private Q_SLOTS:
     }
 
 private:
-    static void addButtons()
+    void checkTheEdge(PaintedButton *button)
     {
-        QTest::addColumn<Make>("build");
-        QTest::newRow("bordered") << action(ActionButton::Kind::bordered);
-        QTest::newRow("prominent") << action(ActionButton::Kind::prominent);
-        QTest::newRow("plain") << action(ActionButton::Kind::plain);
-        QTest::newRow("gradient") << Make{[](QWidget *parent) {
-            return new GradientButton{u"arrow.counterclockwise"_s, texts::back, 0.25, parent};
-        }};
-        QTest::newRow("disclosure") << Make{[](QWidget *parent) {
-            return new DisclosureHeader{u"gearshape"_s, texts::advancedOptions, true, parent};
-        }};
-        QTest::newRow("generate") << Make{[](QWidget *parent) {
-            return new GenerateButton{parent};
-        }};
-        QTest::newRow("upload, empty") << upload({});
-        QTest::newRow("upload, narrow picture") << upload(samplePictures::picture({60, 80}));
-        QTest::newRow("upload, wide picture") << upload(samplePictures::picture({800, 140}));
-        for (const bool checked : {true, false}) {
-            const char *state = checked ? "checked" : "not checked";
-            QTest::addRow("size card, %s", state) << option<SizeCard>(CoverSize::presets().first(), checked);
-            QTest::addRow("expression chip, %s", state) << option<EmotionChip>(u"震惊"_s, checked);
-            QTest::addRow("tab, %s", state)
-                << option<NavTabButton>(NavigationTab{NavigationTab::settings}, checked);
+        m_other->setFocus();
+        const QImage without = screenCapture::capture(button);
+        // There any second drawing of the same outline shows a little.
+        const QRect outer = without.rect().adjusted(1, 1, -1, -1);
+        const QRect inner = without.rect().adjusted(4, 4, -4, -4);
+        for (const auto reason : {Qt::TabFocusReason, Qt::BacktabFocusReason}) {
+            button->setFocus(reason);
+            QVERIFY(button->showsFocus());
+            const QImage with = screenCapture::capture(button);
+            const int inside = screenCapture::countDifferent(without, with, inner);
+            const int atTheEdge = screenCapture::countDifferent(without, with, outer) - inside;
+            QVERIFY2(atTheEdge > button->width() && inside < atTheEdge / 2,
+                     qPrintable(u"%1 at the edge, %2 inside"_s.arg(atTheEdge).arg(inside)));
+            m_other->setFocus();
+            QVERIFY(!button->showsFocus());
+            QCOMPARE(screenCapture::capture(button), without);
         }
     }
 
-    PaintedButton *make()
+    /// Two whole device-independent pixels.
+    void checkTheWidth(PaintedButton *button, int ratio)
     {
-        QFETCH(const Make, build);
-        PaintedButton *button = build(m_window.get());
-        m_window->layout()->addWidget(button);
-        // Hovering looks otherwise.
-        QTest::mouseMove(m_window->windowHandle(), {1, 1});
-        QCoreApplication::processEvents();
-        return button;
+        const auto onWhite = [&] {
+            const QImage seen = screenCapture::capture(button, ratio);
+            QImage picture{seen.size(), QImage::Format_RGB32};
+            picture.fill(Qt::white);
+            QPainter{&picture}.drawImage(picture.rect(), seen);
+            return picture;
+        };
+        m_other->setFocus();
+        const QImage without = onWhite();
+        button->setFocus(Qt::TabFocusReason);
+        const QImage with = onWhite();
+        const int middle = with.width() / 2;
+        const int width = 2 * ratio;
+        const QColor ring = with.pixelColor(middle, width - 1);
+        QVERIFY(!screenCapture::isClose(ring, without.pixelColor(middle, width - 1), 24));
+        for (int y = 0; y < width; ++y) {
+            // The border and what it lies on shine through a little.
+            const QColor there = with.pixelColor(middle, y);
+            QVERIFY2(screenCapture::isClose(there, ring, 24),
+                     qPrintable(u"%1: %2"_s.arg(y).arg(screenCapture::text(there))));
+        }
+        QVERIFY(screenCapture::isClose(with.pixelColor(middle, width), without.pixelColor(middle, width), 8));
+    }
+
+    /// It shows after a key only.
+    void checkFocusFromTheProgram(PaintedButton *button)
+    {
+        const QList<std::pair<Qt::Key, bool>> keys{
+            {Qt::Key_unknown, false}, {Qt::Key_Alt, false}, {Qt::Key_A, true}};
+        for (const auto &[key, shows] : keys) {
+            click(m_other);
+            if (key != Qt::Key_unknown) {
+                QTest::keyClick(m_other, key);
+            }
+            button->setFocus(Qt::OtherFocusReason);
+            QVERIFY(button->hasFocus());
+            QCOMPARE(button->showsFocus(), shows);
+        }
+        // A menu leaves it as it was, whatever was pressed there.
+        for (const bool shows : {true, false}) {
+            click(m_other);
+            button->setFocus(shows ? Qt::TabFocusReason : Qt::OtherFocusReason);
+            m_other->setFocus(Qt::PopupFocusReason);
+            if (shows) {
+                click(m_other);
+            } else {
+                QTest::keyClick(m_other, Qt::Key_Escape);
+            }
+            button->setFocus(Qt::PopupFocusReason);
+            QCOMPARE(button->showsFocus(), shows);
+        }
+    }
+
+    /// It leaves no ring.
+    void checkAClick(PaintedButton *button)
+    {
+        button->setCheckable(false);
+        // As the tabs and options are when they are not checked.
+        button->setFocusPolicy(Qt::StrongFocus);
+        m_other->setFocus();
+        QTest::keyClick(m_other, Qt::Key_A);
+        QTest::mousePress(button, Qt::LeftButton);
+        QVERIFY(button->hasFocus());
+        QVERIFY(!button->showsFocus());
+        QTest::mouseRelease(button, Qt::LeftButton);
+        button->clearFocus();
+        const QImage without = screenCapture::capture(button);
+        button->setFocus(Qt::MouseFocusReason);
+        QCOMPARE(screenCapture::capture(button), without);
     }
 
     std::unique_ptr<QWidget> m_window;
@@ -268,5 +241,4 @@ private:
 };
 
 QUILMORA_TEST(FocusRingTest, runScreenTest)
-
 #include "FocusRingTest.moc"

@@ -1,19 +1,12 @@
-#include "app/MainView.h"
-#include "app/NavTabButton.h"
-#include "app/QuilmoraApp.h"
+#include "ApplicationTest.h"
 #include "generation/GenerationProbe.h"
 #include "screens/history/HistoryGrid.h"
-#include "store/CoversFolder.h"
 #include "store/DatabaseManager.h"
-#include "support/AccessibleFinder.h"
+#include "store/ImageStorageService.h"
 #include "support/ChildProcess.h"
 #include "support/DatabaseLocker.h"
-#include "support/ScreenTest.h"
-#include "support/TemporaryHome.h"
-#include "support/Texts.h"
 
 #include <QDir>
-#include <QLineEdit>
 
 #include <cstdio>
 #include <functional>
@@ -32,18 +25,18 @@ using Fault = std::function<void(const TemporaryHome &home)>;
 const Fault none = [](const TemporaryHome &) {
 };
 
-QString databaseIn(const TemporaryHome &home)
-{
-    return home.path(u".local/share/Quilmora/quilmora.db"_s);
-}
+QString databaseIn(const TemporaryHome &home) { return home.path(u".local/share/Quilmora/quilmora.db"_s); }
 
 /// The application in this process, worked by its window as a user does.
-class WorkedWindow final
+class WorkedWindow final : private ApplicationWindow
 {
 public:
-    WorkedWindow(int &argc, char **argv) : m_application{argc, argv} { m_application.openMainWindow(); }
+    explicit WorkedWindow(QuilmoraApp &application) : ApplicationWindow{application}
+    {
+        m_application.openMainWindow();
+    }
 
-    bool isOpen() { return QTest::qWaitForWindowActive(m_application.mainWindow()); }
+    bool isOpen() const { return QTest::qWaitForWindowActive(window()); }
 
     void saveSettings(const QString &address)
     {
@@ -69,7 +62,7 @@ public:
     int coversInHistory()
     {
         select(NavigationTab::history);
-        const auto *grid = m_application.mainWindow()->findChild<HistoryGrid *>();
+        const auto *grid = window()->findChild<HistoryGrid *>();
         return grid == nullptr ? 0 : grid->model()->rowCount();
     }
 
@@ -80,37 +73,17 @@ public:
     }
 
 private:
-    void select(NavigationTab tab)
-    {
-        click(accessible::find<NavTabButton>(m_application.mainWindow(), tab.rawValue()));
-        QCoreApplication::processEvents();
-    }
-    QWidget *find(const QString &name)
-    {
-        for (QWidget *window : QApplication::topLevelWidgets()) {
-            if (QWidget *found = window->isVisible() ? accessible::find(window, name) : nullptr) {
-                return found;
-            }
-        }
-        return nullptr;
-    }
-    QLineEdit *field(const QString &name)
-    {
-        return accessible::find<QLineEdit>(m_application.mainWindow(), name);
-    }
     static void wait(const std::function<bool()> &isSo)
     {
         if (!QTest::qWaitFor(isSo)) {
             qFatal("The window does not go on");
         }
     }
-
-    QuilmoraApp m_application;
 };
 
 /// Without an application: each copy of the process makes one of its own.
 template <typename Test>
-int runInApplication(int argc, char **argv)
+int runWithoutApplication(int argc, char **argv)
 {
     Test test{argc, argv};
     return QTest::qExec(&test, argc, argv);
@@ -209,7 +182,8 @@ private Q_SLOTS:
         QDir{}.mkpath(coversFolder::path());
         before(home);
         const auto copy = childProcess::run([&] {
-            WorkedWindow window{m_argumentCount, m_arguments};
+            QuilmoraApp application{m_argumentCount, m_arguments};
+            WorkedWindow window{application};
             if (!window.isOpen()) {
                 _exit(1);
             }
@@ -240,6 +214,5 @@ private:
     char **const m_arguments;
 };
 
-QUILMORA_TEST(StoreFaultsWindowTest, runInApplication)
-
+QUILMORA_TEST(StoreFaultsWindowTest, runWithoutApplication)
 #include "StoreFaultsWindowTest.moc"

@@ -38,10 +38,7 @@ bool canBeActedUpon(AtspiAccessible *object)
     return action != nullptr && atspi_action_get_n_actions(action.get(), nullptr) > 0;
 }
 
-QByteArray nameOf(AtspiAccessible *object)
-{
-    return taken(atspi_accessible_get_name(object, nullptr));
-}
+QByteArray nameOf(AtspiAccessible *object) { return taken(atspi_accessible_get_name(object, nullptr)); }
 
 QByteArray contentOf(AtspiAccessible *object)
 {
@@ -138,25 +135,13 @@ void AccessibleDesktop::listen()
     }
 }
 
-bool AccessibleDesktop::isShowing(const QString &name)
-{
-    return find(name) != nullptr;
-}
+bool AccessibleDesktop::isShowing(const QString &name) { return find(name) != nullptr; }
 
-bool AccessibleDesktop::isUsable(const QString &name)
-{
-    return has(name, ATSPI_STATE_ENABLED);
-}
+bool AccessibleDesktop::isUsable(const QString &name) { return has(name, ATSPI_STATE_ENABLED); }
 
-bool AccessibleDesktop::isChecked(const QString &name)
-{
-    return has(name, ATSPI_STATE_CHECKED);
-}
+bool AccessibleDesktop::isChecked(const QString &name) { return has(name, ATSPI_STATE_CHECKED); }
 
-bool AccessibleDesktop::hasFocus(const QString &name)
-{
-    return has(name, ATSPI_STATE_FOCUSED);
-}
+bool AccessibleDesktop::hasFocus(const QString &name) { return has(name, ATSPI_STATE_FOCUSED); }
 
 QString AccessibleDesktop::content(const QString &name)
 {

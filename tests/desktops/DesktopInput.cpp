@@ -1,5 +1,6 @@
 #include "DesktopInput.h"
 
+#include <QImage>
 #include <QProcess>
 #include <QStringList>
 
@@ -13,10 +14,7 @@ using namespace Qt::StringLiterals;
 namespace quilmora::test {
 namespace {
 
-QByteArray display()
-{
-    return qgetenv("QUILMORA_INPUT_DISPLAY");
-}
+QByteArray display() { return qgetenv("QUILMORA_INPUT_DISPLAY"); }
 
 /// What xdotool prints; nothing where it fails.
 std::optional<QByteArray> output(const QStringList &arguments)
@@ -47,46 +45,8 @@ QStringList movement(QPoint position)
             u"0.1"_s};
 }
 
-} // namespace
-
-void desktopInput::moveTo(QPoint position)
-{
-    run(movement(position));
-}
-
-void desktopInput::click(QPoint position)
-{
-    run(movement(position) + QStringList{u"click"_s, u"1"_s});
-}
-
-void desktopInput::doubleClick(QPoint position)
-{
-    run(movement(position) + QStringList{u"click"_s, u"--repeat"_s, u"2"_s, u"--delay"_s, u"60"_s, u"1"_s});
-}
-
-void desktopInput::drag(QPoint from, QPoint to)
-{
-    run(movement(from) + QStringList{u"mousedown"_s, u"1"_s} + movement((from + to) / 2) + movement(to) +
-        QStringList{u"mouseup"_s, u"1"_s});
-}
-
-void desktopInput::press(const QString &key)
-{
-    run({u"key"_s, key});
-}
-
-void desktopInput::type(const QString &text)
-{
-    run({u"type"_s, u"--"_s, text});
-}
-
-QString desktopInput::activeTitle()
-{
-    return QString::fromUtf8(output({u"getactivewindow"_s, u"getwindowname"_s}).value_or(QByteArray{}))
-        .trimmed();
-}
-
-QImage desktopInput::picture()
+/// What is on the screen now, without the pointer.
+QImage picture()
 {
     const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection{
         xcb_connect(display().constData(), nullptr), &xcb_disconnect};
@@ -106,6 +66,25 @@ QImage desktopInput::picture()
     return QImage{xcb_get_image_data(reply.get()), screen.width_in_pixels, screen.height_in_pixels,
                   QImage::Format_RGB32}
         .copy();
+}
+
+} // namespace
+
+void desktopInput::click(QPoint position) { run(movement(position) + QStringList{u"click"_s, u"1"_s}); }
+
+void desktopInput::doubleClick(QPoint position)
+{
+    run(movement(position) + QStringList{u"click"_s, u"--repeat"_s, u"2"_s, u"--delay"_s, u"60"_s, u"1"_s});
+}
+
+void desktopInput::press(const QString &key) { run({u"key"_s, key}); }
+
+void desktopInput::type(const QString &text) { run({u"type"_s, u"--"_s, text}); }
+
+QString desktopInput::activeTitle()
+{
+    return QString::fromUtf8(output({u"getactivewindow"_s, u"getwindowname"_s}).value_or(QByteArray{}))
+        .trimmed();
 }
 
 QRect desktopInput::pixelsOf(const QColor &color)

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QColor>
-#include <QImage>
 #include <QRect>
 #include <QString>
 
@@ -17,14 +16,9 @@ inline constexpr int desktopLimit = 30'000;
 
 namespace quilmora::test::desktopInput {
 
-void moveTo(QPoint position);
-
 void click(QPoint position);
 
 void doubleClick(QPoint position);
-
-/// Presses the left button at the first position and releases it at the second one.
-void drag(QPoint from, QPoint to);
 
 /// Presses and releases a key, perhaps with modifiers, by its names in X: "Return", "ctrl+v".
 void press(const QString &key);
@@ -34,9 +28,6 @@ void type(const QString &text);
 
 /// The title of the window that has the keyboard, on X11 with a window manager; null when none has it.
 QString activeTitle();
-
-/// What is on the screen now, without the pointer.
-QImage picture();
 
 /// The bounds of the pixels of the screen that have that color; empty when there are none.
 QRect pixelsOf(const QColor &color);

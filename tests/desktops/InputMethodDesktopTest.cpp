@@ -1,18 +1,15 @@
-#include "DesktopInput.h"
 #include "ProgramOnDesktop.h"
-#include "platform/UserFolders.h"
-#include "store/CoversFolder.h"
+#include "platform/Files.h"
 #include "store/DatabaseManager.h"
+#include "store/ImageStorageService.h"
 #include "support/ScriptedHttpServer.h"
 #include "support/TemporaryHome.h"
 #include "support/TestProgram.h"
 
 #include <QDeadlineTimer>
-#include <QTest>
 
 #include <optional>
 
-using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 

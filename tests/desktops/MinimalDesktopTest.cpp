@@ -5,10 +5,8 @@
 
 #include <QLibraryInfo>
 #include <QProcess>
-#include <QTest>
 #include <QVersionNumber>
 
-using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
@@ -49,25 +47,21 @@ private Q_SLOTS:
         const QString noRuntimeFolder =
             QLibraryInfo::version() < QVersionNumber{6, 8} ? u"XDG_RUNTIME_DIR not set"_s : QString{};
 
-        QTest::addColumn<QStringList>("variables");
-        QTest::addColumn<QString>("output");
-        const auto row = [](const char *name, const QStringList &variables, const QString &output = {}) {
-            QTest::newRow(name) << variables << output;
-        };
+        const DataRows<QStringList, QString> row{"variables", "output"};
         const QString bus = u"DBUS_SESSION_BUS_ADDRESS"_s;
-        row("nothing is missing", {});
+        row("nothing is missing", {}, {});
         row("no accessibility bus",
-            {u"AT_SPI_BUS_ADDRESS=unix:path=/nowhere"_s, u"QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1"_s});
-        row("no service on the session bus", {bus + u'=' + m_busAddress});
-        row("no portal", {bus + u'=' + m_busAddress, u"QT_QPA_PLATFORMTHEME=xdgdesktopportal"_s});
-        row("no session bus", {bus + u"=unix:path=/nowhere"_s});
-        row("no address of a session bus", {bus});
+            {u"AT_SPI_BUS_ADDRESS=unix:path=/nowhere"_s, u"QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1"_s}, {});
+        row("no service on the session bus", {bus + u'=' + m_busAddress}, {});
+        row("no portal", {bus + u'=' + m_busAddress, u"QT_QPA_PLATFORMTHEME=xdgdesktopportal"_s}, {});
+        row("no session bus", {bus + u"=unix:path=/nowhere"_s}, {});
+        row("no address of a session bus", {bus}, {});
         row("no XDG_RUNTIME_DIR", {u"XDG_RUNTIME_DIR"_s}, noRuntimeFolder);
-        row("no folder at XDG_RUNTIME_DIR", {u"XDG_RUNTIME_DIR=/nowhere"_s});
+        row("no folder at XDG_RUNTIME_DIR", {u"XDG_RUNTIME_DIR=/nowhere"_s}, {});
         row("no fonts", {u"FONTCONFIG_FILE="_s + noFonts}, u"没有中文字体"_s);
         row("a file as home", folders(file), noDatabase);
         row("a home that cannot be written", folders(u"/proc"_s), noDatabase);
-        row("no home", folders(u"/nowhere/home"_s).mid(1) + QStringList{u"HOME"_s});
+        row("no home", folders(u"/nowhere/home"_s).mid(1) + QStringList{u"HOME"_s}, {});
     }
 
     void theWindowComes()
@@ -89,11 +83,11 @@ private Q_SLOTS:
 
     void itEndsWithoutADisplay_data()
     {
-        QTest::addColumn<QStringList>("variables");
-        QTest::newRow("none is named") << QStringList{u"DISPLAY"_s, u"WAYLAND_DISPLAY"_s};
-        QTest::newRow("none is there") << QStringList{u"DISPLAY=:987"_s, u"WAYLAND_DISPLAY=/nowhere"_s};
-        QTest::newRow("no folder of the Wayland display")
-            << QStringList{u"DISPLAY"_s, u"WAYLAND_DISPLAY=wayland-1"_s, u"XDG_RUNTIME_DIR"_s};
+        const DataRows<QStringList> row{"variables"};
+        row("none is named", {u"DISPLAY"_s, u"WAYLAND_DISPLAY"_s});
+        row("none is there", {u"DISPLAY=:987"_s, u"WAYLAND_DISPLAY=/nowhere"_s});
+        row("no folder of the Wayland display",
+            {u"DISPLAY"_s, u"WAYLAND_DISPLAY=wayland-1"_s, u"XDG_RUNTIME_DIR"_s});
     }
 
     void itEndsWithoutADisplay()

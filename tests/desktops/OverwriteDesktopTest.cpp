@@ -1,7 +1,5 @@
-#include "DesktopInput.h"
 #include "ProgramOnDesktop.h"
-#include "platform/UserFolders.h"
-#include "store/CoversFolder.h"
+#include "platform/Files.h"
 #include "store/DatabaseManager.h"
 #include "store/ImageStorageService.h"
 #include "support/SamplePictures.h"
@@ -10,11 +8,9 @@
 
 #include <QDir>
 #include <QFile>
-#include <QTest>
 
 #include <optional>
 
-using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 

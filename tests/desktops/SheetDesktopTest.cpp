@@ -1,28 +1,22 @@
-#include "DesktopInput.h"
 #include "ProgramOnDesktop.h"
-#include "platform/UserFolders.h"
-#include "store/CoversFolder.h"
+#include "platform/Files.h"
 #include "store/DatabaseManager.h"
+#include "store/ImageStorageService.h"
 #include "support/SamplePictures.h"
 #include "support/TemporaryHome.h"
 #include "support/TestProgram.h"
 
 #include <QDir>
-#include <QTest>
 
 #include <cmath>
 #include <memory>
 
-using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
 namespace {
 
-QString message()
-{
-    return u"火山引擎配置已成功保存"_s;
-}
+QString message() { return u"火山引擎配置已成功保存"_s; }
 
 /// Black at 92 % over the background of the window.
 QColor previewGround()

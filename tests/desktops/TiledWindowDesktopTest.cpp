@@ -1,11 +1,7 @@
-#include "DesktopInput.h"
 #include "ProgramOnDesktop.h"
 #include "support/TemporaryHome.h"
 #include "support/TestProgram.h"
 
-#include <QTest>
-
-using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 

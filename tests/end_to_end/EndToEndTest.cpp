@@ -1,8 +1,8 @@
 #include "ProgramFixture.h"
+#include "reliability/ServiceProcess.h"
 #include "support/SamplePictures.h"
 #include "support/TestProgram.h"
 
-using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
@@ -14,24 +14,8 @@ class EndToEndTest final : public ProgramFixture
 private Q_SLOTS:
     void initTestCase()
     {
-        m_service.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_service.start(QStringLiteral(QUILMORA_LOCAL_SERVICE_PROGRAM),
-                        {u"--key"_s, u"a key"_s, u"--delay"_s, u"300"_s});
-        while (!m_service.canReadLine()) {
-            QVERIFY(m_service.waitForReadyRead());
-        }
-        const QString endpoint = QString::fromUtf8(m_service.readLine()).trimmed().section(u' ', -1);
-        QVERIFY(endpoint.startsWith(u"http://127.0.0.1:"_s));
-        saveSettings({endpoint, u"a key"_s, u"doubao-seedream-4-0-250828"_s});
+        saveSettings({m_service.endpoint(), u"a key"_s, u"doubao-seedream-4-0-250828"_s});
         startAndWaitForForm();
-    }
-
-    void cleanupTestCase()
-    {
-        m_program.reset();
-        m_service.terminate();
-        QVERIFY(m_service.waitForFinished());
-        QCOMPARE(m_service.exitCode(), 0);
     }
 
     void aCoverIsMadeStoredAndRecorded()
@@ -119,7 +103,7 @@ private:
         return DatabaseManager{dataFolder(), coversFolder::path()}.fetchAllHistory();
     }
 
-    QProcess m_service;
+    const ServiceProcess m_service{{u"--key"_s, u"a key"_s, u"--delay"_s, u"300"_s}};
 };
 
 QUILMORA_TEST(EndToEndTest, runCoreTest)

@@ -13,7 +13,6 @@
 #include <csignal>
 #include <thread>
 
-using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 

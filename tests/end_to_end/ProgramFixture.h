@@ -1,9 +1,9 @@
 #pragma once
 
 #include "AccessibleDesktop.h"
-#include "platform/UserFolders.h"
-#include "store/CoversFolder.h"
+#include "platform/Files.h"
 #include "store/DatabaseManager.h"
+#include "store/ImageStorageService.h"
 #include "support/TemporaryHome.h"
 
 #include <QObject>

@@ -2,7 +2,6 @@
 #include "generation/GenerationProbe.h"
 #include "support/TestProgram.h"
 
-using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 

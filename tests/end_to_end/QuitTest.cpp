@@ -13,7 +13,6 @@
 
 #include <thread>
 
-using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 using namespace std::chrono_literals;
@@ -101,15 +100,14 @@ private Q_SLOTS:
 
     void quitting_data()
     {
-        QTest::addColumn<qsizetype>("state");
-        QTest::addColumn<Way>("way");
+        const DataRows<qsizetype, Way> row{"state", "way"};
         const bool inBothWays = runCount(1) > 1;
         const QList<State> all = states();
         for (qsizetype index = 0; index < all.size(); ++index) {
             const State &state = all.at(index);
             for (const Way way : {closing, key}) {
                 if (way == state.usual || (inBothWays && (state.all & way) != 0)) {
-                    QTest::addRow("%s, %s", state.name, way == key ? "key" : "closed") << index << way;
+                    row(state.name + QByteArray{way == key ? ", key" : ", closed"}, index, way);
                 }
             }
         }

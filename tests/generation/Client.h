@@ -2,9 +2,15 @@
 
 #include "generation/GenerationProbe.h"
 #include "generation/ImageGeneratorService.h"
+#include "platform/ChineseTranslations.h"
+#include "support/FailureNote.h"
+#include "support/TestProgram.h"
 
+#include <QCoreApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonValue>
 #include <QRegularExpression>
-#include <QTest>
 #include <QThread>
 
 #include <atomic>
@@ -137,8 +143,35 @@ inline void survive(const ScriptedHttpServer &server, const Outcome &expected,
     survive(server, configFor(server), expected, limit);
 }
 
-/// The content codings that requests offer with this version of Qt, of those that contentCoding::encode()
-/// knows.
+/// The pictures in a request, or in the member "image" of its body.
+inline QList<QImage> picturesIn(const QJsonValue &image)
+{
+    QList<QImage> pictures;
+    const QJsonArray urls = image.isArray() ? image.toArray() : QJsonArray{image};
+    for (const auto &url : urls) {
+        if (url.isString()) {
+            const QByteArray base64 = url.toString().section(u',', 1).toLatin1();
+            pictures.append(QImage::fromData(QByteArray::fromBase64(base64), "png"));
+        }
+    }
+    return pictures;
+}
+inline QList<QImage> picturesIn(const ReceivedRequest &request)
+{
+    return picturesIn(QJsonDocument::fromJson(request.body)[QStringLiteral("image")]);
+}
+
+/// Runs the tests of a class with an application object whose texts are Chinese.
+template <typename Test>
+int runChineseTest(int argc, char **argv)
+{
+    QCoreApplication application{argc, argv};
+    installChineseTranslations(application);
+    return runTest<Test>(argc, argv);
+}
+
+/// The content codings that requests offer with this version of Qt, of those that
+/// ScriptedResponse::compressed() knows.
 inline QByteArrayList offeredCodings()
 {
     const ScriptedHttpServer server{pictureResponse()};

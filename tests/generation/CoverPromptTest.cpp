@@ -1,14 +1,11 @@
-#include "generation/CoverPrompt.h"
-
-#include "generation/CoverInputs.h"
+#include "generation/GenerationRequest.h"
+#include "model/CoverInputs.h"
 #include "support/TestProgram.h"
-
-#include <QTest>
 
 #include <functional>
 
-using namespace Qt::StringLiterals;
 using namespace quilmora;
+using namespace quilmora::test;
 
 namespace {
 
@@ -87,16 +84,15 @@ private Q_SLOTS:
 
     void customExpressionIsTrimmed_data()
     {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("piece");
-        QTest::newRow("empty") << u""_s << u""_s;
-        QTest::newRow("blanks and tabs only") << u" \t  "_s << u""_s;
-        QTest::newRow("full-width blanks only") << u"\u3000\u3000"_s << u""_s;
-        QTest::newRow("blanks around a word") << u"  开心 "_s << u"人物表情：开心。 "_s;
-        QTest::newRow("tabs and wide blanks around") << u"\t\u3000开心\u00a0"_s << u"人物表情：开心。 "_s;
-        QTest::newRow("blanks inside stay") << u" 又 惊 又喜 "_s << u"人物表情：又 惊 又喜。 "_s;
-        QTest::newRow("line breaks stay") << u" \n开心\n "_s << u"人物表情：\n开心\n。 "_s;
-        QTest::newRow("the custom entry's own name") << u" 自定义... "_s << u""_s;
+        const DataRows<QString, QString> row{"typed", "piece"};
+        row("empty", u""_s, u""_s);
+        row("blanks and tabs only", u" \t  "_s, u""_s);
+        row("full-width blanks only", u"\u3000\u3000"_s, u""_s);
+        row("blanks around a word", u"  开心 "_s, u"人物表情：开心。 "_s);
+        row("tabs and wide blanks around", u"\t\u3000开心\u00a0"_s, u"人物表情：开心。 "_s);
+        row("blanks inside stay", u" 又 惊 又喜 "_s, u"人物表情：又 惊 又喜。 "_s);
+        row("line breaks stay", u" \n开心\n "_s, u"人物表情：\n开心\n。 "_s);
+        row("the custom entry's own name", u" 自定义... "_s, u""_s);
     }
 
     void customExpressionIsTrimmed()
@@ -129,5 +125,5 @@ private Q_SLOTS:
     }
 };
 
-QUILMORA_TEST(CoverPromptTest, quilmora::test::runCoreTest)
+QUILMORA_TEST(CoverPromptTest, runCoreTest)
 #include "CoverPromptTest.moc"

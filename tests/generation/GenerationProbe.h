@@ -18,19 +18,21 @@ inline QByteArray pictureAnswer(QSize size = {32, 24})
 }
 
 /// The body of a good response that only names the picture's address.
-inline QByteArray addressAnswer(const QByteArray &url)
-{
-    return R"({"data":[{"url":")" + url + R"("}]})";
-}
+inline QByteArray addressAnswer(const QByteArray &url) { return R"({"data":[{"url":")" + url + R"("}]})"; }
 
 inline ScriptedResponse pictureResponse(QSize size = {32, 24})
 {
     return ScriptedResponse::whole(pictureAnswer(size));
 }
 
+inline VolcengineConfig configFor(const QString &url)
+{
+    return {url, QStringLiteral("secret-key"), QStringLiteral("model-1")};
+}
+
 inline VolcengineConfig configFor(const ScriptedHttpServer &server)
 {
-    return {server.url().toString(), QStringLiteral("secret-key"), QStringLiteral("model-1")};
+    return configFor(server.url().toString());
 }
 
 } // namespace quilmora::test

@@ -1,11 +1,9 @@
 #include "generation/ResponseParser.h"
 
+#include "support/FailureNote.h"
 #include "support/SamplePictures.h"
 #include "support/TestProgram.h"
 
-#include <QTest>
-
-using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
@@ -38,10 +36,7 @@ struct Parsed {
 };
 
 /// A string of JSON.
-QByteArray quoted(const QByteArray &text)
-{
-    return '"' + text + '"';
-}
+QByteArray quoted(const QByteArray &text) { return '"' + text + '"'; }
 
 /// An element of the data, with other members before the picture and behind it.
 QByteArray element(const QByteArray &base64, const QByteArray &before = {}, const QByteArray &behind = {})
@@ -49,10 +44,7 @@ QByteArray element(const QByteArray &base64, const QByteArray &before = {}, cons
     return '{' + before + quoted("b64_json") + ':' + quoted(base64) + behind + '}';
 }
 
-QByteArray responseWith(const QByteArray &elements)
-{
-    return R"({"data":[)" + elements + "]}";
-}
+QByteArray responseWith(const QByteArray &elements) { return R"({"data":[)" + elements + "]}"; }
 
 const QByteArray address = quoted("url") + ':' + quoted("https://example.org/a?Sig=a%2Fb");
 const QByteArrayList badAddresses{quoted({}), quoted("https://example.org/a b"), quoted("http://[oops"), "1",
@@ -74,10 +66,9 @@ QByteArray pictureWithPadding(int padding)
 
 void addRows(const std::initializer_list<std::tuple<const char *, QByteArray, QString>> &rows)
 {
-    QTest::addColumn<QByteArray>("body");
-    QTest::addColumn<QString>("text");
+    const DataRows<QByteArray, QString> row{"body", "text"};
     for (const auto &[name, body, text] : rows) {
-        QTest::newRow(name) << body << text;
+        row(name, body, text);
     }
 }
 
@@ -191,22 +182,16 @@ private Q_SLOTS:
         QVERIFY(parsed.asked.isEmpty());
     }
 
-    void theAddressIsReadWhenThePictureIsUnusable_data()
-    {
-        QTest::addColumn<QByteArray>("member");
-        for (const char *member : {"", R"("b64_json":"a b=",)", R"("b64_json":"aGVsbG8=",)",
-                                   R"("b64_json":1,)", R"("b64_json":null,)"}) {
-            QTest::newRow(member) << QByteArray{member};
-        }
-    }
-
     void theAddressIsReadWhenThePictureIsUnusable()
     {
-        QFETCH(const QByteArray, member);
-        const Parsed parsed{responseWith('{' + member + address + '}'),
-                            samplePictures::png(samplePictures::picture({8, 8}))};
-        QCOMPARE(parsed.pictureSize(), QSize(8, 8));
-        QCOMPARE(parsed.asked, QStringList{u"https://example.org/a?Sig=a%2Fb"_s});
+        for (const QByteArray member : {"", R"("b64_json":"a b=",)", R"("b64_json":"aGVsbG8=",)",
+                                        R"("b64_json":1,)", R"("b64_json":null,)"}) {
+            const FailureNote note{member};
+            const Parsed parsed{responseWith('{' + member + address + '}'),
+                                samplePictures::png(samplePictures::picture({8, 8}))};
+            QCOMPARE(parsed.pictureSize(), QSize(8, 8));
+            QCOMPARE(parsed.asked, QStringList{u"https://example.org/a?Sig=a%2Fb"_s});
+        }
     }
 
     void anAddressThatGivesNoPictureFails()
@@ -229,26 +214,20 @@ private Q_SLOTS:
         }
     }
 
-    void numbersOfAnySizeAreRead_data()
-    {
-        QTest::addColumn<QByteArray>("number");
-        for (const char *number : {"9223372036854775808", "18446744073709551616", "-9223372036854775809",
-                                   "123456789012345678901234567890123456789012345678901234567890",
-                                   "0.1234567890123456789012345678901", "1e-400",
-                                   "12345678901234567890123456789.5E+0000000000000000000000001"}) {
-            QTest::newRow(number) << QByteArray{number};
-        }
-    }
-
     void numbersOfAnySizeAreRead()
     {
-        QFETCH(const QByteArray, number);
-        const QByteArray member = R"("n":[)" + number + "],";
-        QCOMPARE(Parsed{responseWith(element(encodedPicture({4, 4}))).insert(1, member)}.pictureSize(),
-                 QSize(4, 4));
-        // What looks like a long number in a text stays as it is.
-        const Parsed text{'{' + member + errorWithLongNumber + '}'};
-        QCOMPARE(text.text(), u"[] \"1234567890123456789012345"_s);
+        for (const QByteArray number : {"9223372036854775808", "18446744073709551616", "-9223372036854775809",
+                                        "123456789012345678901234567890123456789012345678901234567890",
+                                        "0.1234567890123456789012345678901", "1e-400",
+                                        "12345678901234567890123456789.5E+0000000000000000000000001"}) {
+            const FailureNote note{number};
+            const QByteArray member = R"("n":[)" + number + "],";
+            QCOMPARE(Parsed{responseWith(element(encodedPicture({4, 4}))).insert(1, member)}.pictureSize(),
+                     QSize(4, 4));
+            // What looks like a long number in a text stays as it is.
+            const Parsed text{'{' + member + errorWithLongNumber + '}'};
+            QCOMPARE(text.text(), u"[] \"1234567890123456789012345"_s);
+        }
     }
 
     void aThousandLevelsAreRead()
@@ -283,10 +262,7 @@ private Q_SLOTS:
 
     void base64IsReadStrictly_data()
     {
-        QTest::addColumn<QByteArray>("base64");
-        const auto row = [](const char *name, const QByteArray &base64) {
-            QTest::newRow(name) << base64;
-        };
+        const DataRows<QByteArray> row{"base64"};
         const QByteArray none = pictureWithPadding(0).toBase64();
         const QByteArray one = pictureWithPadding(1).toBase64();
         const QByteArray two = pictureWithPadding(2).toBase64();

@@ -1,10 +1,5 @@
 #include "generation/Client.h"
-#include "platform/ChineseTranslations.h"
-#include "support/TestProgram.h"
 
-#include <QCoreApplication>
-
-using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 using namespace std::chrono_literals;
@@ -14,10 +9,7 @@ namespace {
 const char *const refusal = R"({"error":{"code":"TooLarge","message":"m"}})";
 
 /// So much that a part of it still waits to be sent when the connection ends or the response comes.
-QString longPrompt()
-{
-    return u"0123456789"_s.repeated(2'000'000);
-}
+QString longPrompt() { return u"0123456789"_s.repeated(2'000'000); }
 
 } // namespace
 
@@ -29,52 +21,38 @@ class SentOnceTest final : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { installChineseTranslations(*QCoreApplication::instance()); }
-
-    void anUploadThatIsBrokenOff_data()
-    {
-        QTest::addColumn<qsizetype>("bytes");
-        QTest::newRow("with the headers") << qsizetype{1};
-        QTest::newRow("within the body") << qsizetype{100'000};
-        QTest::newRow("late in the body") << qsizetype{16'000'000};
-    }
-
     void anUploadThatIsBrokenOff()
     {
-        QFETCH(const qsizetype, bytes);
-        ScriptedHttpServer server{pictureResponse()};
-        server.hangUpAfterBytes(bytes);
-        QCOMPARE(Client{}.generate(server, longPrompt()), Outcome::closed());
-        QCOMPARE(server.headCount(), 1);
-        QCOMPARE(server.requestCount(), 0);
-    }
-
-    void anEarlyResponseWhoseServerTakesTheRest_data()
-    {
-        QTest::addColumn<QByteArray>("status");
-        for (const char *status :
-             {"200 OK", "400 Bad Request", "401 Unauthorized", "413 Payload Too Large"}) {
-            QTest::newRow(status) << QByteArray{status};
+        // With the headers, within the body, and late in it.
+        for (const qsizetype bytes : {1, 100'000, 16'000'000}) {
+            const FailureNote note{QByteArray::number(bytes)};
+            ScriptedHttpServer server{pictureResponse()};
+            server.hangUpAfterBytes(bytes);
+            QCOMPARE(Client{}.generate(server, longPrompt()), Outcome::closed());
+            QCOMPARE(server.headCount(), 1);
+            QCOMPARE(server.requestCount(), 0);
         }
     }
 
     void anEarlyResponseWhoseServerTakesTheRest()
     {
-        QFETCH(const QByteArray, status);
-        ScriptedResponse response = ScriptedResponse::whole(refusal, status);
-        response.end = ScriptedResponse::End::stayOpen;
-        ScriptedHttpServer server{faultOnce(response)};
-        server.answerAfterBytes(1);
-        survive(server, configFor(server), Outcome::shown(u"[TooLarge] m"_s), 30s, longPrompt());
+        for (const QByteArray status :
+             {"200 OK", "400 Bad Request", "401 Unauthorized", "413 Payload Too Large"}) {
+            const FailureNote note{status};
+            ScriptedResponse response = ScriptedResponse::whole(refusal, status);
+            response.end = ScriptedResponse::End::stayOpen;
+            ScriptedHttpServer server{faultOnce(response)};
+            server.answerAfterBytes(1);
+            survive(server, configFor(server), Outcome::shown(u"[TooLarge] m"_s), 30s, longPrompt());
+        }
     }
 
     void anEarlyResponseThatEndsTheConnection_data()
     {
-        QTest::addColumn<ScriptedResponse::End>("end");
-        QTest::addColumn<qsizetype>("bytes");
+        const DataRows<ScriptedResponse::End, qsizetype> row{"end", "bytes"};
         for (const int bytes : {1, 100'000, 10'000'000}) {
-            QTest::addRow("closed after %d", bytes) << ScriptedResponse::End::close << qsizetype{bytes};
-            QTest::addRow("reset after %d", bytes) << ScriptedResponse::End::reset << qsizetype{bytes};
+            row("closed after " + QByteArray::number(bytes), ScriptedResponse::End::close, bytes);
+            row("reset after " + QByteArray::number(bytes), ScriptedResponse::End::reset, bytes);
         }
     }
 
@@ -133,5 +111,6 @@ private Q_SLOTS:
     }
 };
 
-QUILMORA_TEST(SentOnceTest, runCoreTest)
+QUILMORA_TEST(SentOnceTest, runChineseTest)
 #include "SentOnceTest.moc"
+#include "support/FailureNote.h"

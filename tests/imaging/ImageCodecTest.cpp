@@ -8,11 +8,9 @@
 #include <QColorSpace>
 #include <QImageReader>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <cstdlib>
 
-using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
@@ -43,17 +41,16 @@ class ImageCodecTest final : public QObject
 private Q_SLOTS:
     void photosStandUpright_data()
     {
-        QTest::addColumn<char>("orientation");
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<QPoint>("mark"); // Of the corners, the one that the mark of the top left goes to.
-        QTest::newRow("as it is") << '\1' << QSize{64, 32} << QPoint{0, 0};
-        QTest::newRow("mirrored") << '\2' << QSize{64, 32} << QPoint{1, 0};
-        QTest::newRow("upside down") << '\3' << QSize{64, 32} << QPoint{1, 1};
-        QTest::newRow("mirrored upside down") << '\4' << QSize{64, 32} << QPoint{0, 1};
-        QTest::newRow("transposed") << '\5' << QSize{32, 64} << QPoint{0, 0};
-        QTest::newRow("quarter turn to the right") << '\6' << QSize{32, 64} << QPoint{1, 0};
-        QTest::newRow("transposed, half turn") << '\7' << QSize{32, 64} << QPoint{1, 1};
-        QTest::newRow("quarter turn to the left") << '\10' << QSize{32, 64} << QPoint{0, 1};
+        // The mark: of the corners, the one that the mark of the top left goes to.
+        const DataRows<char, QSize, QPoint> row{"orientation", "size", "mark"};
+        row("as it is", '\1', {64, 32}, {0, 0});
+        row("mirrored", '\2', {64, 32}, {1, 0});
+        row("upside down", '\3', {64, 32}, {1, 1});
+        row("mirrored upside down", '\4', {64, 32}, {0, 1});
+        row("transposed", '\5', {32, 64}, {0, 0});
+        row("quarter turn to the right", '\6', {32, 64}, {1, 0});
+        row("transposed, half turn", '\7', {32, 64}, {1, 1});
+        row("quarter turn to the left", '\10', {32, 64}, {0, 1});
     }
 
     void photosStandUpright()
@@ -108,41 +105,31 @@ private Q_SLOTS:
         QVERIFY(qint64{size.width()} * size.height() * 4 < pictureLimits::file.pixels * 4);
     }
 
-    void anyFileNameWillDo_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::newRow("Chinese") << u"照片/自拍.png"_s;
-        QTest::newRow("blanks") << u" a  folder / my photo .png"_s;
-        QTest::newRow("quotes") << u"it's \"mine\".png"_s;
-        QTest::newRow("emoji") << u"😀👩‍👩‍👧.png"_s;
-        QTest::newRow("what addresses escape") << u"100%25 #1?a=b&c.png"_s;
-        QTest::newRow("twice the density") << u"photo@2x.png"_s;
-        QTest::newRow("no suffix") << u"photo"_s;
-        QTest::newRow("the suffix of another format") << u"photo.svg"_s;
-    }
-
     void anyFileNameWillDo()
     {
-        QFETCH(const QString, name);
         const QTemporaryDir folder;
         const QImage image = samplePictures::picture({32, 24});
-        const QString path = samplePictures::write(folder.filePath(name), samplePictures::png(image));
-        const QImage decoded = imageCodec::decodeFile(path);
-        QCOMPARE(decoded, image);
-        QCOMPARE(decoded.devicePixelRatio(), 1.0);
-        samplePictures::write(path, samplePictures::jpeg(image));
-        QCOMPARE(imageCodec::decodeFile(path).size(), image.size());
+        // What addresses escape, the mark of twice the density, and no suffix or a wrong one, too.
+        for (const QString &name :
+             {u"照片/自拍.png"_s, u" a  folder / my photo .png"_s, u"it's \"mine\".png"_s,
+              u"😀👩‍👩‍👧.png"_s, u"100%25 #1?a=b&c.png"_s, u"photo@2x.png"_s, u"photo"_s,
+              u"photo.svg"_s}) {
+            const QString path = samplePictures::write(folder.filePath(name), samplePictures::png(image));
+            const QImage decoded = imageCodec::decodeFile(path);
+            QVERIFY2(decoded == image && decoded.devicePixelRatio() == 1.0, qPrintable(name));
+            samplePictures::write(path, samplePictures::jpeg(image));
+            QVERIFY2(imageCodec::decodeFile(path).size() == image.size(), qPrintable(name));
+        }
     }
 
     void wideColorsBecomeSrgb_data()
     {
-        QTest::addColumn<QColor>("displayP3");
-        QTest::addColumn<QColor>("srgb");
-        QTest::newRow("orange") << QColor{200, 100, 50} << QColor{215, 93, 31};
-        QTest::newRow("green") << QColor{100, 150, 100} << QColor{83, 152, 95};
-        QTest::newRow("blue") << QColor{60, 120, 180} << QColor{30, 122, 185};
-        QTest::newRow("gray") << QColor{128, 128, 128} << QColor{128, 128, 128};
-        QTest::newRow("beyond sRGB") << QColor{255, 0, 0} << QColor{255, 0, 0};
+        const DataRows<QColor, QColor> row{"displayP3", "srgb"};
+        row("orange", {200, 100, 50}, {215, 93, 31});
+        row("green", {100, 150, 100}, {83, 152, 95});
+        row("blue", {60, 120, 180}, {30, 122, 185});
+        row("gray", {128, 128, 128}, {128, 128, 128});
+        row("beyond sRGB", {255, 0, 0}, {255, 0, 0});
     }
 
     void wideColorsBecomeSrgb()
@@ -158,6 +145,18 @@ private Q_SLOTS:
         const QImage fromJpeg = imageCodec::decode(samplePictures::jpeg(wide, 100));
         QVERIFY(isNear(fromJpeg.pixel(8, 8), srgb.rgb(), 4));
         QCOMPARE(fromJpeg.colorSpace(), QColorSpace{QColorSpace::SRgb});
+    }
+
+    void encodedPicturesAreInSrgb()
+    {
+        const QImage image = samplePictures::picture({1600, 2848});
+        QCOMPARE(imageCodec::decode(imageCodec::encodePng(image)), samplePictures::inSrgb(image));
+        QImage wide = filled(QColor{60, 160, 90});
+        wide.setColorSpace(QColorSpace::AdobeRgb);
+        const QImage written = QImage::fromData(imageCodec::encodePng(wide));
+        QCOMPARE(written, wide.convertedToColorSpace(QColorSpace::SRgb));
+        QVERIFY(written.pixel(0, 0) != wide.pixel(0, 0));
+        QCOMPARE(imageCodec::encodePng(QImage{}), QByteArray{});
     }
 
     void colorsWithoutAProfileStayAsTheyAre()

@@ -8,12 +8,10 @@
 #include <QColorSpace>
 #include <QPainter>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <cmath>
 #include <cstdlib>
 
-using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 
@@ -168,17 +166,16 @@ private Q_SLOTS:
 
     void everyShapeIsFittedIntoTheBox_data()
     {
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<QSize>("fitted");
-        QTest::newRow("landscape") << QSize{2848, 1600} << QSize{100, 56};
-        QTest::newRow("portrait") << QSize{1600, 2848} << QSize{56, 100};
-        QTest::newRow("a little larger") << QSize{101, 101} << QSize{100, 100};
-        QTest::newRow("a line") << QSize{1, 900} << QSize{1, 100};
-        QTest::newRow("a long line") << QSize{9000, 1} << QSize{100, 1};
-        QTest::newRow("two thin rows") << QSize{3001, 2} << QSize{100, 1};
-        QTest::newRow("as large") << QSize{100, 100} << QSize{100, 100};
-        QTest::newRow("smaller") << QSize{37, 20} << QSize{37, 20};
-        QTest::newRow("one pixel") << QSize{1, 1} << QSize{1, 1};
+        const DataRows<QSize, QSize> row{"size", "fitted"};
+        row("landscape", {2848, 1600}, {100, 56});
+        row("portrait", {1600, 2848}, {56, 100});
+        row("a little larger", {101, 101}, {100, 100});
+        row("a line", {1, 900}, {1, 100});
+        row("a long line", {9000, 1}, {100, 1});
+        row("two thin rows", {3001, 2}, {100, 1});
+        row("as large", {100, 100}, {100, 100});
+        row("smaller", {37, 20}, {37, 20});
+        row("one pixel", {1, 1}, {1, 1});
     }
 
     void everyShapeIsFittedIntoTheBox()

@@ -4,12 +4,12 @@
 
 #include <QByteArray>
 #include <QSet>
-#include <QTest>
 
 #include <cstdlib>
 #include <random>
 
 using namespace quilmora;
+using namespace quilmora::test;
 
 namespace {
 
@@ -142,5 +142,5 @@ private:
     QSet<char> m_types;
 };
 
-QUILMORA_TEST(PngFilterTest, quilmora::test::runCoreTest)
+QUILMORA_TEST(PngFilterTest, runCoreTest)
 #include "PngFilterTest.moc"

@@ -7,11 +7,10 @@
 #include <QLocale>
 #include <QRegularExpression>
 #include <QTemporaryDir>
-#include <QTest>
 #include <QTranslator>
 
-using namespace Qt::StringLiterals;
 using namespace quilmora;
+using namespace quilmora::test;
 
 class ChineseTranslationsTest final : public QObject
 {
@@ -33,10 +32,9 @@ private Q_SLOTS:
 
     void platformTextsAreChinese_data()
     {
-        QTest::addColumn<QByteArray>("context");
-        QTest::addColumn<QByteArray>("source");
-        const auto row = [](const char *context, const char *source) {
-            QTest::addRow("%s: %s", context, source) << QByteArray{context} << QByteArray{source};
+        const DataRows<QByteArray, QByteArray> addRow{"context", "source"};
+        const auto row = [&](const QByteArray &context, const QByteArray &source) {
+            addRow(context + ": " + source, context, source);
         };
         // From the system's catalog.
         row("QHttp", "Connection closed");
@@ -97,5 +95,5 @@ private:
     QLocale m_localeBefore;
 };
 
-QUILMORA_TEST(ChineseTranslationsTest, quilmora::test::runCoreTest)
+QUILMORA_TEST(ChineseTranslationsTest, runCoreTest)
 #include "ChineseTranslationsTest.moc"

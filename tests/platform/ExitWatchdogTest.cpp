@@ -3,8 +3,6 @@
 #include "support/ChildProcess.h"
 #include "support/TestProgram.h"
 
-#include <QTest>
-
 #include <unistd.h>
 
 using namespace quilmora;

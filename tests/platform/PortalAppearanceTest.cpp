@@ -4,9 +4,7 @@
 #include "support/TestProgram.h"
 
 #include <QSignalSpy>
-#include <QTest>
 
-using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 

@@ -2,10 +2,10 @@
 
 #include "imaging/ImageCodec.h"
 #include "imaging/IncrementalDecoder.h"
-#include "platform/UserFolders.h"
+#include "platform/Files.h"
 #include "reliability/PixelDigest.h"
 #include "reliability/WorkedSettings.h"
-#include "store/CoversFolder.h"
+#include "store/ImageStorageService.h"
 
 #include <QDeadlineTimer>
 #include <QDir>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/FileFingerprint.h"
+#include "platform/Files.h"
 #include "support/DatabaseFile.h"
 
 #include <QByteArrayList>

@@ -1,6 +1,6 @@
 #include "generation/CoverGenerationFlow.h"
-#include "generation/CoverInputs.h"
 #include "generation/ImageGeneratorService.h"
+#include "model/CoverInputs.h"
 #include "platform/Console.h"
 #include "reliability/PixelDigest.h"
 #include "reliability/WorkedSettings.h"

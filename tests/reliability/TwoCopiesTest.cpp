@@ -5,9 +5,6 @@
 #include "support/TemporaryHome.h"
 #include "support/TestProgram.h"
 
-#include <QTest>
-
-using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
 

@@ -1,14 +1,45 @@
-#include "ResourceUsage.h"
 #include "gallery/ApplicationFixture.h"
 #include "support/GenerateScreen.h"
 #include "support/SamplePictures.h"
 #include "support/Texts.h"
 
-using namespace Qt::StringLiterals;
+#include <QDir>
+
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+#include <sqlite3.h>
+
 using namespace quilmora;
 using namespace quilmora::test;
 
 namespace {
+
+int entriesOf(const QString &folder)
+{
+    return static_cast<int>(
+        QDir{folder}.entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System).size());
+}
+
+/// What this process holds of the system at one moment.
+struct ResourceUsage {
+    qint64 heapBytes = 0; ///< In use, without the database's cache, which grows to a bound of its own; 0
+                          ///< where the system does not tell, negative under the address sanitizer.
+    int descriptors = 0;
+    int threads = 0;
+
+    static ResourceUsage now()
+    {
+        ResourceUsage resourceUsage;
+#ifdef __GLIBC__
+        const struct mallinfo2 heap = mallinfo2();
+        resourceUsage.heapBytes = static_cast<qint64>(heap.uordblks + heap.hblkhd) - sqlite3_memory_used();
+#endif
+        resourceUsage.descriptors = entriesOf(u"/proc/self/fd"_s);
+        resourceUsage.threads = entriesOf(u"/proc/self/task"_s);
+        return resourceUsage;
+    }
+};
 
 /// More than caches that have filled and lists that have grown to their size, less than one widget a round.
 constexpr qint64 mostHeapGrowth = 300'000;

@@ -3,7 +3,6 @@
 #include "support/TestProgram.h"
 
 #include <QFileInfo>
-#include <QTest>
 
 using namespace quilmora;
 using namespace quilmora::test;
@@ -43,15 +42,14 @@ private Q_SLOTS:
 
     void anExistingDatabaseIsClosedToOthers_data()
     {
-        QTest::addColumn<mode_t>("before");
-        QTest::addColumn<QString>("after");
-        QTest::newRow("readable by all") << mode_t{0644} << u"600"_s;
-        QTest::newRow("writable by all") << mode_t{0666} << u"600"_s;
-        QTest::newRow("readable by the group") << mode_t{0640} << u"600"_s;
-        QTest::newRow("everything allowed") << mode_t{0777} << u"600"_s;
-        QTest::newRow("closed already") << mode_t{0600} << u"600"_s;
-        QTest::newRow("read-only") << mode_t{0444} << u"400"_s;
-        QTest::newRow("read-only, and closed") << mode_t{0400} << u"400"_s;
+        const DataRows<mode_t, QString> row{"before", "after"};
+        row("readable by all", 0644, u"600"_s);
+        row("writable by all", 0666, u"600"_s);
+        row("readable by the group", 0640, u"600"_s);
+        row("everything allowed", 0777, u"600"_s);
+        row("closed already", 0600, u"600"_s);
+        row("read-only", 0444, u"400"_s);
+        row("read-only, and closed", 0400, u"400"_s);
     }
 
     void anExistingDatabaseIsClosedToOthers()
@@ -131,15 +129,14 @@ private Q_SLOTS:
 
     void aFailedSaveDoesNotPrintTheKey_data()
     {
-        QTest::addColumn<QByteArray>("damage");
-        QTest::addColumn<QByteArray>("message");
-        QTest::newRow("no table") << QByteArray{"DROP TABLE volc_config"}
-                                  << QByteArray{"no such table: volc_config"};
-        QTest::newRow("no column") << QByteArray{"ALTER TABLE volc_config RENAME COLUMN api_key TO k"}
-                                   << QByteArray{"table volc_config has no column named api_key"};
-        QTest::newRow("a trigger") << QByteArray{"CREATE TRIGGER t BEFORE INSERT ON volc_config "
-                                                 "BEGIN SELECT RAISE(ABORT, 'no'); END"}
-                                   << QByteArray{"no"};
+        const DataRows<QByteArray, QByteArray> row{"damage", "message"};
+        row("no table", "DROP TABLE volc_config", "no such table: volc_config");
+        row("no column", "ALTER TABLE volc_config RENAME COLUMN api_key TO k",
+            "table volc_config has no column named api_key");
+        row("a trigger",
+            "CREATE TRIGGER t BEFORE INSERT ON volc_config "
+            "BEGIN SELECT RAISE(ABORT, 'no'); END",
+            "no");
     }
 
     void aFailedSaveDoesNotPrintTheKey()

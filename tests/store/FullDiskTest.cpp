@@ -2,8 +2,6 @@
 #include "store/ImageStorageService.h"
 #include "support/TestProgram.h"
 
-#include <QTest>
-
 #include <functional>
 #include <random>
 #include <sys/statvfs.h>
@@ -122,7 +120,7 @@ private Q_SLOTS:
 private:
     static void addOperations()
     {
-        QTest::addColumn<Operation>("operation");
+        const DataRows<Operation> row{"operation"};
         const auto nothing = [](auto &, auto &) {
         };
         const auto saveSettings = [](auto &database, auto &) {
@@ -136,15 +134,16 @@ private:
                 database.insertHistory(u"drawn"_s, *path, u"m"_s);
             }
         };
-        QTest::newRow("the first start") << Operation{
-            true, 2, nothing, "SELECT count(*) = 2 AND (SELECT count(*) FROM volc_config) = 1 FROM history"};
-        QTest::newRow("a cover adopted") << Operation{false, 1, nothing, "SELECT count(*) = 4 FROM history"};
-        QTest::newRow("settings saved")
-            << Operation{false, 0, saveSettings, "SELECT length(api_key) = 9000 FROM volc_config"};
-        QTest::newRow("a cover recorded") << Operation{
-            false, 0, insertRow, "SELECT count(*) >= 1 FROM history WHERE length(prompt) = 9000"};
-        QTest::newRow("a picture stored and recorded")
-            << Operation{false, 0, savePicture, "SELECT count(*) >= 1 FROM history WHERE prompt = 'drawn'"};
+        row("the first start",
+            Operation{true, 2, nothing,
+                      "SELECT count(*) = 2 AND (SELECT count(*) FROM volc_config) = 1 FROM history"});
+        row("a cover adopted", Operation{false, 1, nothing, "SELECT count(*) = 4 FROM history"});
+        row("settings saved",
+            Operation{false, 0, saveSettings, "SELECT length(api_key) = 9000 FROM volc_config"});
+        row("a cover recorded",
+            Operation{false, 0, insertRow, "SELECT count(*) >= 1 FROM history WHERE length(prompt) = 9000"});
+        row("a picture stored and recorded",
+            Operation{false, 0, savePicture, "SELECT count(*) >= 1 FROM history WHERE prompt = 'drawn'"});
     }
 
     /// Runs `attempt` in a child process with more and more blocks until all was written three times. Calls

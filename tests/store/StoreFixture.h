@@ -3,6 +3,7 @@
 #include "store/DatabaseManager.h"
 #include "support/ChildProcess.h"
 #include "support/DatabaseFile.h"
+#include "support/FailureNote.h"
 #include "support/SamplePictures.h"
 #include "support/StandardOutput.h"
 #include "support/TemporaryHome.h"
@@ -12,12 +13,41 @@
 #include <QObject>
 
 #include <algorithm>
+#include <functional>
 #include <optional>
 #include <sys/stat.h>
 
 namespace quilmora::test {
 
 using namespace Qt::StringLiterals;
+
+/// Puts something at a path.
+using Make = std::function<void(const QString &path)>;
+
+inline void makeNothing(const QString & /*path*/) {}
+
+inline void makeFolder(const QString &path) { QDir{}.mkpath(path); }
+
+inline void makePipe(const QString &path)
+{
+    if (mkfifo(QFile::encodeName(path).constData(), 0600) != 0) {
+        qFatal("Cannot make a pipe");
+    }
+}
+
+inline Make linkTo(const QString &target)
+{
+    return [target](const QString &path) {
+        QFile::link(target, path);
+    };
+}
+
+inline Make fileOf(const QByteArray &bytes)
+{
+    return [bytes](const QString &path) {
+        samplePictures::write(path, bytes);
+    };
+}
 
 /// A database file and a folder of covers in a home of their own, all new for each test.
 class StoreFixture : public QObject
@@ -96,7 +126,13 @@ protected:
         return standardOutputOf([this] { const DatabaseManager database{folder(), covers()}; });
     }
 
-    /// The same without the administrator's rights, in a copy of the process.
+    /// The same in a copy of the process, which is ended when it hangs.
+    childProcess::Outcome startInChild() const
+    {
+        return childProcess::run([this] { const DatabaseManager database{folder(), covers()}; });
+    }
+
+    /// The same without the administrator's rights.
     childProcess::Outcome startAsOrdinaryUser() const
     {
         return childProcess::run([this] {

@@ -2,9 +2,7 @@
 #include "support/TestProgram.h"
 
 #include <QFileInfo>
-#include <QTest>
 
-#include <functional>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -13,20 +11,6 @@ using namespace quilmora;
 using namespace quilmora::test;
 
 namespace {
-
-using Make = std::function<void(const QString &path)>;
-
-void makeFolder(const QString &path)
-{
-    QDir{}.mkpath(path + u"/inside"_s);
-}
-
-void makePipe(const QString &path)
-{
-    if (mkfifo(QFile::encodeName(path).constData(), 0666) != 0) {
-        qFatal("Cannot make a pipe");
-    }
-}
 
 void makeSocket(const QString &path)
 {
@@ -40,18 +24,6 @@ void makeSocket(const QString &path)
         qFatal("Cannot make a socket");
     }
     close(socketDescriptor);
-}
-
-void makeLinkToItself(const QString &path)
-{
-    QFile::link(path, path);
-}
-
-Make fileOf(const QByteArray &bytes)
-{
-    return [bytes](const QString &path) {
-        samplePictures::write(path, bytes);
-    };
 }
 
 /// What lies at `path`: its kind, its owner's permissions (the store takes away those of others), and the
@@ -71,10 +43,13 @@ QByteArray described(const QString &path)
     return text;
 }
 
+const QByteArray readOnlyLine{"SQL 错误: attempt to write a readonly database\n"};
+
 } // namespace
 
-/// Something else than a sound database at the database's path, or beside it. A child process that hangs is
-/// ended after ten seconds.
+/// Something else than a sound database at the database's path, from the start or while the store is in use:
+/// what fails is reported, and what was put there is kept. A child process that hangs is ended after ten
+/// seconds.
 class StrangeFileTest final : public StoreFixture
 {
     Q_OBJECT
@@ -82,16 +57,14 @@ class StrangeFileTest final : public StoreFixture
 private Q_SLOTS:
     void otherFilesAreReportedAndKept_data()
     {
-        QTest::addColumn<Make>("make");
-        QTest::addColumn<bool>("opens");
-        QTest::newRow("a folder") << Make{makeFolder} << false;
-        QTest::newRow("a pipe") << Make{makePipe} << false;
-        QTest::newRow("a socket") << Make{makeSocket} << false;
-        QTest::newRow("a link to itself") << Make{makeLinkToItself} << false;
-        QTest::newRow("a picture") << fileOf(samplePictures::png(samplePictures::picture({200, 200})))
-                                   << true;
-        QTest::newRow("a text") << fileOf("{\"settings\": []}\n" + QByteArray(3000, ' ')) << true;
-        QTest::newRow("zeros") << fileOf(QByteArray(8192, '\0')) << true;
+        const DataRows<Make, bool> row{"make", "opens"};
+        row("a folder", makeFolder, false);
+        row("a pipe", makePipe, false);
+        row("a socket", makeSocket, false);
+        row("a link to itself", linkTo(u"quilmora.db"_s), false);
+        row("a picture", fileOf(samplePictures::png(samplePictures::picture({200, 200}))), true);
+        row("a text", fileOf("{\"settings\": []}\n" + QByteArray(3000, ' ')), true);
+        row("zeros", fileOf(QByteArray(8192, '\0')), true);
     }
 
     void otherFilesAreReportedAndKept()
@@ -102,12 +75,11 @@ private Q_SLOTS:
         setMode(folder(), 0700);
         make(file());
         const QByteArray before = described(file());
-        const auto outcome = childProcess::run([this] { useAndPrint(); });
-        QCOMPARE(outcome.signal, 0);
         // Three statements of the start, and the three operations.
         const QByteArray output =
             opens ? QByteArray{"SQL 错误: file is not a database\n"}.repeated(6) : cannotOpen();
-        QCOMPARE(outcome.standardOutput, output + "defaults, 0 covers\n");
+        QCOMPARE(childProcess::run([this] { useAndPrint(); }),
+                 childProcess::succeeded(output + "defaults, 0 covers\n"));
         QCOMPARE(described(file()), before);
         QCOMPARE(
             QDir{folder()}.entryList(QDir::AllEntries | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot),
@@ -126,23 +98,16 @@ private Q_SLOTS:
     void aFolderThatCannotBeMadeIsReported()
     {
         setMode(m_home->path(), 0555);
-        const auto outcome = childProcess::run([this] {
-            childProcess::becomeOrdinaryUser();
-            useAndPrint();
-        });
-        QCOMPARE(outcome.standardOutput, cannotOpen() + "defaults, 0 covers\n");
+        QCOMPARE(useAsOrdinaryUser(), childProcess::succeeded(cannotOpen() + "defaults, 0 covers\n"));
         QVERIFY(!QFileInfo::exists(folder()));
     }
 
     void anEmptyFileOrALinkToNothingIsFilled_data()
     {
-        QTest::addColumn<Make>("make");
-        QTest::newRow("nothing") << Make{[](const QString &) {
-        }};
-        QTest::newRow("an empty file") << fileOf({});
-        QTest::newRow("a link to nothing") << Make{[](const QString &path) {
-            QFile::link(u"elsewhere.db"_s, path);
-        }};
+        const DataRows<Make> row{"make"};
+        row("nothing", makeNothing);
+        row("an empty file", fileOf({}));
+        row("a link to nothing", linkTo(u"elsewhere.db"_s));
     }
 
     void anEmptyFileOrALinkToNothingIsFilled()
@@ -166,13 +131,11 @@ private Q_SLOTS:
 
     void missingPermissionsAreReportedAndNothingChanges_data()
     {
-        QTest::addColumn<mode_t>("fileMode");
-        QTest::addColumn<mode_t>("folderMode");
-        QTest::addColumn<int>("failures"); ///< -1 when the file cannot be opened.
-        QTest::newRow("a read-only file") << mode_t{0444} << mode_t{0755} << 3;
-        QTest::newRow("an unreadable file") << mode_t{0000} << mode_t{0755} << -1;
-        // A row that is not there is removed without a journal.
-        QTest::newRow("a read-only folder") << mode_t{0666} << mode_t{0555} << 2;
+        // -1 failures when the file cannot be opened. A row that is not there is removed without a journal.
+        const DataRows<mode_t, mode_t, int> row{"fileMode", "folderMode", "failures"};
+        row("a read-only file", 0444, 0755, 3);
+        row("an unreadable file", 0000, 0755, -1);
+        row("a read-only folder", 0666, 0555, 2);
     }
 
     void missingPermissionsAreReportedAndNothingChanges()
@@ -180,20 +143,16 @@ private Q_SLOTS:
         QFETCH(const mode_t, fileMode);
         QFETCH(const mode_t, folderMode);
         QFETCH(const int, failures);
-        start();
-        sql("UPDATE volc_config SET api_key = 'former'; INSERT INTO history VALUES (1, 'p', 'i', 1.0, 'm')");
+        fill();
         const Rows before = everything();
         setMode(file(), fileMode);
         setMode(folder(), folderMode);
-        const auto outcome = childProcess::run([this] {
-            childProcess::becomeOrdinaryUser();
-            useAndPrint();
-        });
+        const auto outcome = useAsOrdinaryUser();
         setMode(folder(), 0755);
         setMode(file(), 0644);
-        const QByteArray readOnly{"SQL 错误: attempt to write a readonly database\n"};
-        QCOMPARE(outcome.standardOutput, failures < 0 ? QByteArray{cannotOpen() + "defaults, 0 covers\n"}
-                                                      : readOnly.repeated(failures) + "former, 1 covers\n");
+        const QByteArray output = failures < 0 ? QByteArray{cannotOpen() + "defaults, 0 covers\n"}
+                                               : readOnlyLine.repeated(failures) + "former, 1 covers\n";
+        QCOMPARE(outcome, childProcess::succeeded(output));
         QCOMPARE(everything(), before);
     }
 
@@ -208,23 +167,97 @@ private Q_SLOTS:
                             "defaults, 0 covers\n"});
     }
 
+    void withoutItsDatabaseTheOpenStoreGoesOn_data()
+    {
+        const DataRows<Make> row{"replace"};
+        row("gone", makeNothing);
+        row("an empty file", fileOf({}));
+        row("another program's file", fileOf("somebody's"));
+        row("a folder", makeFolder);
+        row("a pipe", makePipe);
+    }
+
+    void withoutItsDatabaseTheOpenStoreGoesOn()
+    {
+        QFETCH(const Make, replace);
+        fill();
+        const Rows before = everything();
+        const QString aside = file() + u".aside"_s;
+        const auto outcome = useAfter([&] {
+            QFile::rename(file(), aside);
+            replace(file());
+        });
+        // Reported rather than written where nobody finds it.
+        QCOMPARE(outcome, childProcess::succeeded(readOnlyLine.repeated(3) + "former, 1 covers\n"));
+        const QFileInfo put{file()};
+        QVERIFY(!put.isFile() || put.size() == 0 || put.size() == 10);
+        if (put.isDir()) {
+            QDir{}.rmdir(file());
+        }
+        QFile::remove(file());
+        QVERIFY(QFile::rename(aside, file()));
+        QCOMPARE(everything(), before);
+        QCOMPARE(start(), QByteArray{});
+        QCOMPARE(everything(), before);
+    }
+
+    void withoutItsFolderTheOpenStoreGoesOn()
+    {
+        fill();
+        const Rows before = everything();
+        const QString aside = folder() + u".aside"_s;
+        const auto outcome = useAfter([&] { QDir{}.rename(folder(), aside); });
+        QCOMPARE(outcome, childProcess::succeeded(readOnlyLine.repeated(3) + "former, 1 covers\n"));
+        QVERIFY(!QFileInfo::exists(folder()));
+        QVERIFY(QDir{}.rename(aside, folder()));
+        QCOMPARE(everything(), before);
+    }
+
 private:
+    /// Settings, and a cover with its row.
+    void fill() const
+    {
+        start();
+        sql("UPDATE volc_config SET api_key = 'former'; INSERT INTO history VALUES (1, 'p', '" +
+            stored("a.png") + "', 1.0, 'm')");
+        addCover(u"a.png"_s);
+    }
+
     /// Tries every operation and prints what was read.
-    static void use(DatabaseManager &database)
+    static void use(DatabaseManager &database, qint64 idToDelete = 99)
     {
         database.saveConfig(u"https://a"_s, u"key"_s, u"m"_s);
         database.insertHistory(u"p"_s, u"~/a.png"_s, u"m"_s);
-        database.deleteHistory(99);
+        database.deleteHistory(idToDelete);
         const VolcengineConfig config = database.getConfig();
         const bool isDefault = config.apiURL == VolcengineConfig::defaultURL() && config.apiKey.isEmpty() &&
                                config.modelID == VolcengineConfig::defaultModelID();
         std::printf("%s, %d covers\n", isDefault ? "defaults" : qPrintable(config.apiKey),
                     static_cast<int>(database.fetchAllHistory().size()));
     }
+
     void useAndPrint() const
     {
         DatabaseManager database{folder(), covers()};
         use(database);
+    }
+
+    childProcess::Outcome useAsOrdinaryUser() const
+    {
+        return childProcess::run([this] {
+            childProcess::becomeOrdinaryUser();
+            useAndPrint();
+        });
+    }
+
+    /// Opens the store, lets `change` happen, and tries every operation, all in a child process.
+    childProcess::Outcome useAfter(const std::function<void()> &change) const
+    {
+        return childProcess::run([&] {
+            DatabaseManager database{folder(), covers()};
+            change();
+            use(database, 1);
+        });
     }
 };
 

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QTest>
 
 #include <functional>
 
@@ -13,7 +14,21 @@ struct Outcome {
     int exitCode = -1; ///< 0 when the action came to its end; -1 when a signal ended the copy.
     int signal = 0;    ///< The signal that ended it; SIGALRM for one that hung for ten seconds.
     QByteArray standardOutput;
+
+    bool operator==(const Outcome &other) const = default;
+
+    /// For the messages of QCOMPARE.
+    friend char *toString(const Outcome &outcome)
+    {
+        return QTest::toString(QStringLiteral("exit code %1, signal %2: %3")
+                                   .arg(outcome.exitCode)
+                                   .arg(outcome.signal)
+                                   .arg(QString::fromUtf8(outcome.standardOutput)));
+    }
 };
+
+/// That of an action that came to its end and printed that.
+inline Outcome succeeded(const QByteArray &output = {}) { return {0, 0, output}; }
 
 /// Runs `action` in a forked copy of the process and waits for its end. Nothing that it changes in memory is
 /// seen by the caller. No core file is left behind.

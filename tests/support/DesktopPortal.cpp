@@ -1,19 +1,60 @@
 #include "support/DesktopPortal.h"
 
-#include "support/PortalSettings.h"
-
 #include <QDBusConnection>
 #include <QDBusError>
+#include <QDBusMetaType>
+#include <QDBusVariant>
+#include <QMap>
+
+#include <atomic>
 
 using namespace Qt::StringLiterals;
 
 namespace quilmora::test {
+
+using PortalSettingGroups = QMap<QString, QVariantMap>;
+
+/// The settings as a portal offers them on a bus.
+class PortalSettings final : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
+    Q_DISABLE_COPY_MOVE(PortalSettings)
+
+public:
+    PortalSettings() { qDBusRegisterMetaType<PortalSettingGroups>(); }
+    ~PortalSettings() override = default;
+
+    std::atomic_uint scheme = 0;
+    std::atomic_uint contrast = 0;
+    std::atomic_bool gnomeContrast = false;
+    std::atomic_bool known = true;
+    std::atomic_int questions = 0;
+
+public Q_SLOTS:
+    /// With the name that it has on the bus.
+    quilmora::test::PortalSettingGroups ReadAll(const QStringList &groups)
+    {
+        ++questions;
+        PortalSettingGroups all;
+        const QString appearance = u"org.freedesktop.appearance"_s;
+        if (known && groups.contains(appearance)) {
+            all.insert(appearance, {{u"color-scheme"_s, scheme.load()}, {u"contrast"_s, contrast.load()}});
+        }
+        const QString gnome = u"org.gnome.desktop.a11y.interface"_s;
+        if (known && groups.contains(gnome)) {
+            all.insert(gnome, {{u"high-contrast"_s, gnomeContrast.load()}});
+        }
+        return all;
+    }
+
+Q_SIGNALS:
+    void SettingChanged(const QString &group, const QString &key, const QDBusVariant &value);
+};
+
 namespace {
 
-QString connectionName()
-{
-    return u"portal"_s;
-}
+QString connectionName() { return u"portal"_s; }
 
 uint number(std::optional<ColorScheme> scheme)
 {
@@ -92,14 +133,10 @@ void DesktopPortal::tell(const QString &group, const QString &key, const QVarian
     inThread([&] { Q_EMIT m_settings->SettingChanged(group, key, QDBusVariant{value}); });
 }
 
-void DesktopPortal::forgetSettings()
-{
-    m_settings->known = false;
-}
+void DesktopPortal::forgetSettings() { m_settings->known = false; }
 
-int DesktopPortal::questionCount() const
-{
-    return m_settings->questions;
-}
+int DesktopPortal::questionCount() const { return m_settings->questions; }
 
 } // namespace quilmora::test
+
+#include "DesktopPortal.moc"

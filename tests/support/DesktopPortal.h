@@ -1,7 +1,6 @@
 #pragma once
 
-#include "platform/ColorScheme.h"
-#include "platform/Contrast.h"
+#include "platform/SystemAppearance.h"
 
 #include <QObject>
 #include <QProcess>

@@ -1,11 +1,10 @@
 #include "support/Drawing.h"
 
+#include "support/SilentEngine.h"
 #include "ui/theme/Symbol.h"
 
 #include <QFile>
 #include <QFontMetricsF>
-#include <QPaintDevice>
-#include <QPaintEngine>
 #include <QWidget>
 
 #include <algorithm>
@@ -17,22 +16,14 @@ namespace quilmora::test {
 namespace {
 
 /// Draws nothing and notes what texts and pictures it is asked to draw.
-class NotingEngine final : public QPaintEngine
+class NotingEngine final : public SilentEngine
 {
 public:
     NotingEngine(QList<DrawnText> &textList, QList<DrawnPixmap> &pixmapList)
-        : QPaintEngine{AllFeatures},
-          m_texts{textList},
+        : m_texts{textList},
           m_pixmaps{pixmapList}
     {
     }
-
-    bool begin(QPaintDevice * /*device*/) override { return true; }
-    bool end() override { return true; }
-    void updateState(const QPaintEngineState & /*state*/) override {}
-    void drawPath(const QPainterPath & /*path*/) override {}
-    void drawPolygon(const QPointF * /*points*/, int /*count*/, PolygonDrawMode /*mode*/) override {}
-    Type type() const override { return User; }
 
     void drawPixmap(const QRectF &to, const QPixmap &pixmap, const QRectF & /*from*/) override
     {
@@ -64,46 +55,6 @@ private:
     QList<DrawnPixmap> &m_pixmaps;
 };
 
-/// A sheet of the widget's size for that engine.
-class NotingDevice final : public QPaintDevice
-{
-public:
-    NotingDevice(const QWidget &widget, NotingEngine &notingEngine) : m_source{widget}, m_engine{notingEngine}
-    {
-    }
-
-    QPaintEngine *paintEngine() const override { return &m_engine; }
-
-protected:
-    int metric(PaintDeviceMetric metric) const override
-    {
-        switch (metric) {
-        case PdmWidth:
-            return m_source.width();
-        case PdmHeight:
-            return m_source.height();
-        case PdmDevicePixelRatioScaled:
-            return static_cast<int>(devicePixelRatioFScale());
-        case PdmDevicePixelRatio:
-            return 1;
-        case PdmDepth:
-            return 32;
-        case PdmDpiX:
-        case PdmPhysicalDpiX:
-            return m_source.logicalDpiX();
-        case PdmDpiY:
-        case PdmPhysicalDpiY:
-            return m_source.logicalDpiY();
-        default:
-            return QPaintDevice::metric(metric);
-        }
-    }
-
-private:
-    const QWidget &m_source;
-    NotingEngine &m_engine;
-};
-
 const DrawnText *find(const QList<DrawnText> &texts, const QString &text)
 {
     const auto found = std::find_if(texts.begin(), texts.end(),
@@ -121,8 +72,17 @@ QImage DrawnPixmap::leftHalf() const
 Drawing::Drawing(QWidget *widget)
 {
     NotingEngine engine{m_allTexts, m_allPixmaps};
-    NotingDevice device{*widget, engine};
+    SilentDevice device{*widget, engine};
     widget->render(&device, {}, {}, QWidget::DrawChildren);
+}
+
+QStringList Drawing::strings() const
+{
+    QStringList strings;
+    for (const DrawnText &drawn : m_allTexts) {
+        strings.append(drawn.text);
+    }
+    return strings;
 }
 
 QString Drawing::lookOf(const QString &text) const

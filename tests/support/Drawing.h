@@ -31,7 +31,7 @@ struct DrawnPixmap {
 };
 
 /// What a widget and all that lies on it draw, seen from the outside: also what a component draws itself and
-/// no screen reader is told of.
+/// no screen reader gets.
 class Drawing final
 {
 public:
@@ -39,6 +39,7 @@ public:
     explicit Drawing(QWidget *widget);
 
     const QList<DrawnText> &texts() const { return m_allTexts; }
+    QStringList strings() const;
     const QList<DrawnPixmap> &pixmaps() const { return m_allPixmaps; }
 
     /// Size in pixels, weight and colour of the first text that reads so, as look() says it; "not drawn" when

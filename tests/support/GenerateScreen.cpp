@@ -1,11 +1,10 @@
 #include "support/GenerateScreen.h"
 
-#include "platform/UserFolders.h"
-#include "store/CoversFolder.h"
+#include "platform/Files.h"
+#include "store/ImageStorageService.h"
 #include "support/SamplePictures.h"
 
 #include <QJsonDocument>
-#include <QPlainTextEdit>
 #include <QVBoxLayout>
 
 #include <utility>
@@ -64,19 +63,16 @@ ScriptedHttpServer::Script GenerateScreen::neverRespond()
     };
 }
 
-QLineEdit *GenerateScreen::titleField()
+CoverInputs GenerateScreen::inputs(const QImage &face)
 {
-    return find<QLineEdit>(texts::title);
-}
-
-QAbstractButton *GenerateScreen::generateButton()
-{
-    return find<QAbstractButton>(texts::start);
-}
-
-QPlainTextEdit *GenerateScreen::advancedEditor()
-{
-    return find<QPlainTextEdit>(texts::instructions);
+    return {.selectedSize = CoverSize::presets().constFirst(),
+            .titleText = u"标题"_s,
+            .sceneText = {},
+            .selectedEmotion = Emotion::presets().constFirst(),
+            .customEmotion = {},
+            .faceImage = face,
+            .styleImage = {},
+            .advancedText = {}};
 }
 
 void GenerateScreen::generate(const QString &title)
@@ -97,10 +93,7 @@ bool GenerateScreen::fails()
     return QTest::qWaitFor([this] { return shows(texts::failed); });
 }
 
-QString GenerateScreen::error()
-{
-    return find<QPlainTextEdit>(texts::errorMessage)->toPlainText();
-}
+QString GenerateScreen::error() { return find<QPlainTextEdit>(texts::errorMessage)->toPlainText(); }
 
 void GenerateScreen::pick(QAbstractButton *card, QSize size)
 {

@@ -2,6 +2,7 @@
 
 #include "generation/CoverGenerationFlow.h"
 #include "generation/ImageGeneratorService.h"
+#include "model/CoverInputs.h"
 #include "screens/generate/GenerateCoverView.h"
 #include "store/DatabaseManager.h"
 #include "store/ImageStorageService.h"
@@ -14,10 +15,9 @@
 #include <QAbstractButton>
 #include <QJsonObject>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 
 #include <memory>
-
-class QPlainTextEdit;
 
 namespace quilmora::test {
 
@@ -51,14 +51,19 @@ public:
     /// Whether something of that name is visible.
     bool shows(const QString &name) { return find(name) != nullptr; }
 
-    QLineEdit *titleField();
-    QAbstractButton *generateButton();
-    QPlainTextEdit *advancedEditor();
+    QLineEdit *titleField() { return find<QLineEdit>(texts::title); }
+    QLineEdit *sceneField() { return find<QLineEdit>(texts::scene); }
+    QLineEdit *customExpression() { return find<QLineEdit>(texts::customExpression); }
+    QAbstractButton *generateButton() { return find<QAbstractButton>(texts::start); }
+    QPlainTextEdit *advancedEditor() { return find<QPlainTextEdit>(texts::instructions); }
     QAbstractButton *facePhoto() { return find<QAbstractButton>(texts::facePhoto); }
     QAbstractButton *stylePicture() { return find<QAbstractButton>(texts::stylePicture); }
 
     /// Clicks an upload card and picks a picture of that size.
     void pick(QAbstractButton *card, QSize size);
+
+    /// What a form with a title and nothing else but perhaps a photo holds.
+    static CoverInputs inputs(const QImage &face = {});
 
     /// Types a title and presses the button.
     void generate(const QString &title = QStringLiteral("标题"));

@@ -12,15 +12,9 @@ using namespace Qt::StringLiterals;
 
 namespace quilmora::test {
 
-QString HistoryScreen::storedPath(const QString &name)
-{
-    return u"~/Pictures/Quilmora/coverimg/"_s + name;
-}
+QString HistoryScreen::storedPath(const QString &name) { return u"~/Pictures/Quilmora/coverimg/"_s + name; }
 
-QString HistoryScreen::databasePath() const
-{
-    return home.path(u"data/quilmora.db"_s);
-}
+QString HistoryScreen::databasePath() const { return home.path(u"data/quilmora.db"_s); }
 
 HistoryScreen::HistoryScreen() : database{home.path(u"data"_s), home.path(u"Pictures/Quilmora/coverimg"_s)}
 {
@@ -34,10 +28,15 @@ void HistoryScreen::build()
     window.layout()->addWidget(view.get());
 }
 
-void HistoryScreen::open(QSize size)
+void HistoryScreen::buildAndShow(QSize size)
 {
     build();
     showWindow(window, size);
+}
+
+void HistoryScreen::open(QSize size)
+{
+    buildAndShow(size);
     if (!waitUntilFilled()) {
         qFatal("The pictures do not come");
     }
@@ -129,9 +128,12 @@ bool HistoryScreen::opensPreview(int position)
     return QTest::qWaitFor([] { return preview() != nullptr; });
 }
 
-void HistoryScreen::refresh()
+bool HistoryScreen::closesPreview()
 {
-    click(accessible::find<QAbstractButton>(&window, texts::refresh));
+    QTest::keyClick(preview(), Qt::Key_Escape);
+    return QTest::qWaitFor([] { return preview() == nullptr; });
 }
+
+void HistoryScreen::refresh() { click(accessible::find<QAbstractButton>(&window, texts::refresh)); }
 
 } // namespace quilmora::test

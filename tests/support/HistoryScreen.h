@@ -9,6 +9,8 @@
 #include "support/Texts.h"
 #include "ui/dialogs/Sheet.h"
 
+#include <QScrollBar>
+
 #include <memory>
 
 namespace quilmora::test {
@@ -24,7 +26,9 @@ public:
 
     /// Puts the screen into the window.
     void build();
-    /// The same, shows the window and waits until every picture is there.
+    /// The same, and shows the window.
+    void buildAndShow(QSize size = {1000, 700});
+    /// The same, and waits until every picture is there.
     void open(QSize size = {1000, 700});
 
     /// Waits until every picture in sight is there; false when that takes too long.
@@ -49,6 +53,9 @@ public:
     HistoryGrid *grid() { return window.findChild<HistoryGrid *>(); }
     /// The tile at a position, as a screen reader has it.
     QAccessibleInterface *tile(int position);
+    /// What a screen reader says of it.
+    QString nameOf(int position) { return tile(position)->text(QAccessible::Name); }
+    QString descriptionOf(int position) { return tile(position)->text(QAccessible::Description); }
     QRect tileRect(int position);
     /// The part of it for the picture.
     QRect squareRect(int position);
@@ -58,12 +65,15 @@ public:
     /// The color in the middle of a tile's square.
     QColor middleColor(int position);
 
+    void scrollTo(int value) { grid()->verticalScrollBar()->setValue(value); }
     void refresh();
     bool shows(const QString &name) { return accessible::find(&window, name) != nullptr; }
     /// The open preview; null when there is none.
     static Sheet *preview() { return openSheet(); }
     /// Clicks a tile; whether the preview opens.
     bool opensPreview(int position);
+    /// Closes it by the Escape key; whether it goes.
+    static bool closesPreview();
     /// A widget of that name on the open preview.
     static QWidget *inPreview(const QString &name) { return accessible::find(preview(), name); }
 

@@ -8,10 +8,7 @@ using namespace Qt::StringLiterals;
 
 namespace quilmora::test::placement {
 
-QRect inWindow(const QWidget *piece)
-{
-    return {piece->mapTo(piece->window(), QPoint{}), piece->size()};
-}
+QRect inWindow(const QWidget *piece) { return {piece->mapTo(piece->window(), QPoint{}), piece->size()}; }
 
 int gapBelow(const QWidget *upper, const QWidget *lower)
 {

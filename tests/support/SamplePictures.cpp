@@ -9,7 +9,7 @@
 #include <QPainter>
 #include <QtEndian>
 
-#include <array>
+#include <libdeflate.h>
 
 namespace quilmora::test::samplePictures {
 namespace {
@@ -30,27 +30,6 @@ QByteArray bigEndian(quint32 value)
     QByteArray four(4, '\0');
     qToBigEndian(value, four.data());
     return four;
-}
-
-/// The format's own checksum; decoders warn of a wrong one.
-quint32 checksum(const QByteArray &bytes)
-{
-    static const auto table = [] {
-        std::array<quint32, 256> remainders{};
-        for (quint32 byte = 0; byte < remainders.size(); ++byte) {
-            quint32 remainder = byte;
-            for (int bit = 0; bit < 8; ++bit) {
-                remainder = (remainder >> 1U) ^ ((remainder & 1U) != 0U ? 0xedb88320U : 0U);
-            }
-            remainders.at(byte) = remainder;
-        }
-        return remainders;
-    }();
-    quint32 sum = 0xffffffffU;
-    for (const char byte : bytes) {
-        sum = (sum >> 8U) ^ table.at((sum ^ static_cast<quint8>(byte)) & 0xffU);
-    }
-    return ~sum;
 }
 
 } // namespace
@@ -80,15 +59,9 @@ QImage inSrgb(QImage image)
     return image;
 }
 
-QByteArray png(const QImage &image)
-{
-    return encoded(image, "png", -1);
-}
+QByteArray png(const QImage &image) { return encoded(image, "png", -1); }
 
-QByteArray jpeg(const QImage &image, int quality)
-{
-    return encoded(image, "jpeg", quality);
-}
+QByteArray jpeg(const QImage &image, int quality) { return encoded(image, "jpeg", quality); }
 
 QByteArray progressiveJpeg(const QImage &image)
 {
@@ -105,62 +78,35 @@ QByteArray progressiveJpeg(const QImage &image)
 QByteArray sidewaysJpeg(const QImage &image)
 {
     // An Exif segment with the one entry that matters: tag 0x0112 (orientation), value 6.
-    static const QByteArray segment = QByteArray::fromHex("ffe10022457869660000"
-                                                          "4d4d002a00000008"
-                                                          "00010112000300000001000600000000"
-                                                          "0000");
+    static const QByteArray segment = QByteArray::fromHex("ffe1 0022 457869660000 4d4d002a00000008 0001"
+                                                          "0112 0003 00000001 0006 0000 00000000");
     return jpeg(image).insert(2, segment);
 }
 
 QByteArray cmykJpeg()
 {
     // 8 x 8 pixels of one colour, written by hand: baseline, four components, trivial Huffman tables.
-    QByteArray bytes = QByteArray::fromHex("ffd8"
-                                           "ffee000e41646f6265006400000000"
-                                           "00"
-                                           "ffdb004300");
-    bytes += QByteArray(64, '\x01');
-    bytes += QByteArray::fromHex("ffc00014080008000804"
-                                 "011100"
-                                 "021100"
-                                 "031100"
-                                 "041100");
-    // One code of one bit in each table: the value 0 (no difference; end of block).
-    bytes += QByteArray::fromHex("ffc4001400"
-                                 "01000000000000000000000000000000"
-                                 "00");
-    bytes += QByteArray::fromHex("ffc4001410"
-                                 "01000000000000000000000000000000"
-                                 "00");
-    bytes += QByteArray::fromHex("ffda000e04"
-                                 "0100"
-                                 "0200"
-                                 "0300"
-                                 "0400"
-                                 "003f00");
-    bytes += QByteArray::fromHex("00");
-    bytes += QByteArray::fromHex("ffd9");
-    return bytes;
+    const QByteArray table = "01000000000000000000000000000000 00";
+    return QByteArray::fromHex("ffd8 ffee 000e 41646f62650064 00000000 00 ffdb 0043 00") +
+           QByteArray(64, '\x01') +
+           QByteArray::fromHex("ffc0 0014 08 0008 0008 04 011100 021100 031100 041100") +
+           // One code of one bit in each table: the value 0 (no difference; end of block).
+           QByteArray::fromHex("ffc4 0014 00" + table) + QByteArray::fromHex("ffc4 0014 10" + table) +
+           QByteArray::fromHex("ffda 000e 04 0100 0200 0300 0400 003f00 00 ffd9");
 }
 
 QByteArray animatedGif()
 {
-    return QByteArray::fromHex("47494638396102000200800000ff00000000ff"
-                               "21f904000a000000"
-                               "2c000000000200020000020284"
-                               "51"
-                               "00"
-                               "21f904000a000000"
-                               "2c00000000020002000002028c"
-                               "53"
-                               "00"
-                               "3b");
+    return QByteArray::fromHex("474946383961 0200 0200 80 0000 ff0000 0000ff 21f904 000a0000 00"
+                               "2c00000000 0200 0200 00 02 02 8451 00 21f904 000a0000 00"
+                               "2c00000000 0200 0200 00 02 02 8c53 00 3b");
 }
 
 QByteArray pngChunk(const QByteArray &type, const QByteArray &data)
 {
     const QByteArray summed = type + data;
-    return bigEndian(static_cast<quint32>(data.size())) + summed + bigEndian(checksum(summed));
+    return bigEndian(static_cast<quint32>(data.size())) + summed +
+           bigEndian(libdeflate_crc32(0, summed.constData(), static_cast<std::size_t>(summed.size())));
 }
 
 QByteArray pngByHand(QSize size, char bits, char colorType, const QByteArray &rows, const QByteArray &extra)
@@ -196,9 +142,6 @@ QString write(const QString &path, const QByteArray &bytes)
     return path;
 }
 
-QString writePng(const QString &path, const QImage &image)
-{
-    return write(path, png(image));
-}
+QString writePng(const QString &path, const QImage &image) { return write(path, png(image)); }
 
 } // namespace quilmora::test::samplePictures

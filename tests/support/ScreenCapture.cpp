@@ -4,6 +4,7 @@
 #include <QWidget>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
 
@@ -40,22 +41,73 @@ bool isClose(const QColor &first, const QColor &second, int tolerance)
            std::abs(first.alpha() - second.alpha()) <= tolerance;
 }
 
-int countOf(const QImage &picture, const QColor &color, QRect area, int tolerance)
+int countIf(const QImage &picture, const std::function<bool(const QColor &)> &condition, QRect area)
 {
     const QRect looked = area.isEmpty() ? picture.rect() : area & picture.rect();
     int count = 0;
     for (int y = looked.top(); y <= looked.bottom(); ++y) {
         for (int x = looked.left(); x <= looked.right(); ++x) {
-            count += isClose(picture.pixelColor(x, y), color, tolerance) ? 1 : 0;
+            count += condition(picture.pixelColor(x, y)) ? 1 : 0;
         }
     }
     return count;
 }
 
-QString text(const QColor &color)
+int countOf(const QImage &picture, const QColor &color, QRect area, int tolerance)
 {
-    return color.name(QColor::HexArgb).toUpper();
+    return countIf(
+        picture, [&](const QColor &pixel) { return isClose(pixel, color, tolerance); }, area);
 }
+
+int countBeside(const QImage &picture, const QColor &color, QRect area, int tolerance)
+{
+    return countIf(
+        picture, [&](const QColor &pixel) { return !isClose(pixel, color, tolerance); }, area);
+}
+
+int countDifferent(const QImage &first, const QImage &second, QRect area, int tolerance)
+{
+    const QRect looked = area.isEmpty() ? first.rect() : area;
+    int count = 0;
+    for (int y = looked.top(); y <= looked.bottom(); ++y) {
+        for (int x = looked.left(); x <= looked.right(); ++x) {
+            count += isClose(first.pixelColor(x, y), second.pixelColor(x, y), tolerance) ? 0 : 1;
+        }
+    }
+    return count;
+}
+
+QList<QPoint> runs(int count, const std::function<bool(int)> &isSo)
+{
+    QList<QPoint> found;
+    for (int i = 0; i < count; ++i) {
+        if (isSo(i) && (i == 0 || !isSo(i - 1))) {
+            found.append({i, 0});
+        }
+        if (isSo(i)) {
+            ++found.last().ry();
+        }
+    }
+    return found;
+}
+
+QString differenceFromAccentGradient(const QImage &face, int tolerance)
+{
+    const std::array stops{srgb(0.1, 0.8, 0.85), srgb(0.275, 0.575, 0.9), srgb(0.45, 0.35, 0.95),
+                           srgb(0.7, 0.325, 0.85), srgb(0.95, 0.3, 0.75)};
+    for (std::size_t quarter = 0; quarter < stops.size(); ++quarter) {
+        // The outermost columns are clipped by round ends; elsewhere the text is passed above.
+        const bool isEnd = quarter == 0 || quarter == stops.size() - 1;
+        const double x = std::clamp(face.width() * static_cast<double>(quarter) / 4, 1.0, face.width() - 2.0);
+        const QColor seen = colorAt(face, {x, isEnd ? face.height() / 2.0 : 5});
+        if (!isClose(seen, stops.at(quarter), tolerance)) {
+            return QStringLiteral("after %1 quarters it is %2").arg(quarter).arg(text(seen));
+        }
+    }
+    return {};
+}
+
+QString text(const QColor &color) { return color.name(QColor::HexArgb).toUpper(); }
 
 QColor over(const QColor &color, const QColor &ground)
 {

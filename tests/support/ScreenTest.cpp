@@ -49,10 +49,7 @@ Sheet *openSheet()
     return nullptr;
 }
 
-void click(QWidget *widget)
-{
-    QTest::mouseClick(widget, Qt::LeftButton);
-}
+void click(QWidget *widget) { QTest::mouseClick(widget, Qt::LeftButton); }
 
 QMenu *openMenu(QWidget *widget)
 {

@@ -18,12 +18,26 @@ public:
 
     /// The next panel for a picture gives `answer`; without a value it is cancelled. `beforeClosing` runs
     /// while the panel is open.
-    void answerReference(const Answer &answer, const std::function<void()> &beforeClosing = {});
+    void answerReference(const Answer &answer, const std::function<void()> &beforeClosing = {})
+    {
+        m_references.append({answer, beforeClosing});
+    }
     /// The same for the next panel that asks where to save.
-    void answerDestination(const Answer &answer, const std::function<void()> &beforeClosing = {});
+    void answerDestination(const Answer &answer, const std::function<void()> &beforeClosing = {})
+    {
+        m_destinations.append({answer, beforeClosing});
+    }
 
-    std::optional<QString> chooseReferenceImage(QWidget *parent) override;
-    std::optional<QString> chooseCoverDestination(QWidget *parent, const QString &proposedName) override;
+    std::optional<QString> chooseReferenceImage(QWidget * /*parent*/) override
+    {
+        ++m_referencePanels;
+        return next(m_references);
+    }
+    std::optional<QString> chooseCoverDestination(QWidget * /*parent*/, const QString &proposedName) override
+    {
+        m_names.append(proposedName);
+        return next(m_destinations);
+    }
 
     /// How often a picture was asked for.
     qsizetype referencePanelCount() const { return m_referencePanels; }
@@ -35,7 +49,14 @@ private:
         Answer answer;
         std::function<void()> beforeClosing;
     };
-    static Answer next(QList<Step> &steps);
+    static Answer next(QList<Step> &steps)
+    {
+        const Step step = steps.isEmpty() ? Step{} : steps.takeFirst();
+        if (step.beforeClosing) {
+            step.beforeClosing();
+        }
+        return step.answer;
+    }
 
     QList<Step> m_references;
     QList<Step> m_destinations;

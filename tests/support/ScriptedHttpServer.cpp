@@ -39,10 +39,7 @@ QByteArray ReceivedRequest::header(const QByteArray &name) const
     return {};
 }
 
-QByteArray ReceivedRequest::path() const
-{
-    return head.split(' ').value(1);
-}
+QByteArray ReceivedRequest::path() const { return head.split(' ').value(1); }
 
 qsizetype ReceivedRequest::headerCount(const QByteArray &name) const
 {
@@ -204,10 +201,7 @@ QList<ReceivedRequest> ScriptedHttpServer::requests() const
     return m_received;
 }
 
-qsizetype ScriptedHttpServer::requestCount() const
-{
-    return requests().size();
-}
+qsizetype ScriptedHttpServer::requestCount() const { return requests().size(); }
 
 void ScriptedHttpServer::forgetRequests()
 {

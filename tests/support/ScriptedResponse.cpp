@@ -1,10 +1,54 @@
 #include "support/ScriptedResponse.h"
 
-#include "support/ContentCoding.h"
-
 #include <algorithm>
+#include <brotli/encode.h>
+#include <libdeflate.h>
+#include <memory>
+#include <zstd.h>
 
 namespace quilmora::test {
+namespace {
+
+QByteArray gzip(const QByteArray &bytes)
+{
+    constexpr int level = 1;
+    const std::unique_ptr<libdeflate_compressor, decltype(&libdeflate_free_compressor)> compressor{
+        libdeflate_alloc_compressor(level), &libdeflate_free_compressor};
+    const auto size = static_cast<std::size_t>(bytes.size());
+    const std::size_t bound = libdeflate_gzip_compress_bound(compressor.get(), size);
+    QByteArray encoded{static_cast<qsizetype>(bound), Qt::Uninitialized};
+    return encoded.first(static_cast<qsizetype>(
+        libdeflate_gzip_compress(compressor.get(), bytes.constData(), size, encoded.data(), bound)));
+}
+
+QByteArray brotli(const QByteArray &bytes)
+{
+    constexpr int quality = 1;
+    std::size_t size = BrotliEncoderMaxCompressedSize(static_cast<std::size_t>(bytes.size()));
+    QByteArray encoded{static_cast<qsizetype>(size), Qt::Uninitialized};
+    if (BrotliEncoderCompress(quality, BROTLI_DEFAULT_WINDOW, BROTLI_MODE_GENERIC,
+                              static_cast<std::size_t>(bytes.size()),
+                              reinterpret_cast<const std::uint8_t *>(bytes.constData()), &size,
+                              reinterpret_cast<std::uint8_t *>(encoded.data())) == BROTLI_FALSE) {
+        qFatal("Brotli cannot compress this");
+    }
+    return encoded.first(static_cast<qsizetype>(size));
+}
+
+QByteArray zstd(const QByteArray &bytes)
+{
+    constexpr int level = 1;
+    const auto bound = ZSTD_compressBound(static_cast<std::size_t>(bytes.size()));
+    QByteArray encoded{static_cast<qsizetype>(bound), Qt::Uninitialized};
+    const std::size_t size = ZSTD_compress(encoded.data(), bound, bytes.constData(),
+                                           static_cast<std::size_t>(bytes.size()), level);
+    if (ZSTD_isError(size) != 0U) {
+        qFatal("Zstandard cannot compress this");
+    }
+    return encoded.first(static_cast<qsizetype>(size));
+}
+
+} // namespace
 
 ScriptedResponse ScriptedResponse::whole(const QByteArray &body, const QByteArray &statusLine,
                                          const QByteArray &extraHeaders)
@@ -33,9 +77,23 @@ ScriptedResponse ScriptedResponse::chunked(const QByteArray &body, qsizetype chu
     return answer;
 }
 
+QByteArray ScriptedResponse::compressed(const QByteArray &body, const QByteArray &coding)
+{
+    if (coding == "gzip") {
+        return gzip(body);
+    }
+    if (coding == "br") {
+        return brotli(body);
+    }
+    if (coding != "zstd") {
+        qFatal("No such content coding: %s", coding.constData());
+    }
+    return zstd(body);
+}
+
 ScriptedResponse ScriptedResponse::encoded(const QByteArray &body, const QByteArray &coding)
 {
-    return whole(contentCoding::encode(body, coding), "200 OK", "Content-Encoding: " + coding + "\r\n");
+    return whole(compressed(body, coding), "200 OK", "Content-Encoding: " + coding + "\r\n");
 }
 
 ScriptedResponse ScriptedResponse::cut(const QByteArray &body, qsizetype promised)
@@ -72,20 +130,11 @@ ScriptedResponse ScriptedResponse::redirect(int status, const QByteArray &locati
     return whole({}, QByteArray::number(status) + " Redirected", "Location: " + location + "\r\n");
 }
 
-ScriptedResponse ScriptedResponse::silence()
-{
-    return {{}, End::stayOpen};
-}
+ScriptedResponse ScriptedResponse::silence() { return {{}, End::stayOpen}; }
 
-ScriptedResponse ScriptedResponse::hangUp()
-{
-    return {};
-}
+ScriptedResponse ScriptedResponse::hangUp() { return {}; }
 
-ScriptedResponse ScriptedResponse::reset()
-{
-    return {{}, End::reset};
-}
+ScriptedResponse ScriptedResponse::reset() { return {{}, End::reset}; }
 
 ScriptedResponse ScriptedResponse::after(std::chrono::milliseconds delay) const
 {

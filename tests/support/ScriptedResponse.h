@@ -29,7 +29,10 @@ struct ScriptedResponse {
     static ScriptedResponse keptAlive(const QByteArray &body);
     /// An answer in chunks of `chunkSize` bytes.
     static ScriptedResponse chunked(const QByteArray &body, qsizetype chunkSize);
-    /// An answer whose body is compressed with that content coding, as contentCoding::encode() takes it.
+    /// `body` compressed with a content coding of HTTP: "gzip", "br" or "zstd". The test program ends for any
+    /// other.
+    static QByteArray compressed(const QByteArray &body, const QByteArray &coding);
+    /// An answer whose body is compressed so.
     static ScriptedResponse encoded(const QByteArray &body, const QByteArray &coding = "gzip");
     /// An answer that promises `promised` bytes, sends `body` and closes.
     static ScriptedResponse cut(const QByteArray &body, qsizetype promised);

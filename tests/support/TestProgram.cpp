@@ -18,10 +18,7 @@ Registry &registry()
 
 } // namespace
 
-TestRegistration::TestRegistration(const char *name, Run run)
-{
-    registry().emplace(name, run);
-}
+TestRegistration::TestRegistration(const char *name, Run run) { registry().emplace(name, run); }
 
 } // namespace quilmora::test
 

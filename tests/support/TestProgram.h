@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/DataRows.h"
+
 #include <QTest>
 
 /// Test programs hold several test classes. The first argument of such a program is the name of the class to
@@ -12,6 +14,9 @@
     static const quilmora::test::TestRegistration Class##Registration{#Class, run<Class>};
 
 namespace quilmora::test {
+
+/// For all tests.
+using namespace Qt::StringLiterals;
 
 struct TestRegistration final {
     using Run = int (*)(int argc, char **argv);

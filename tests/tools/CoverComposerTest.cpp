@@ -3,17 +3,16 @@
 #include "local_service/cover/CoverLayout.h"
 #include "local_service/cover/TitlePainter.h"
 #include "local_service/scenes/Backdrop.h"
-#include "model/CoverSize.h"
+#include "model/CoverInputs.h"
 #include "support/TestProgram.h"
 
 #include <QPainter>
-#include <QTest>
 
 #include <future>
 #include <vector>
 
-using namespace Qt::StringLiterals;
 using namespace quilmora::localservice;
+using namespace quilmora::test;
 
 namespace {
 
@@ -106,214 +105,192 @@ class CoverComposerTest final : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyCoverShowsTitleAndFace_data();
-    void everyCoverShowsTitleAndFace();
-    void oddRequestsAreComposed_data();
-    void oddRequestsAreComposed();
-    void promptsGetTheNearestBackdrop_data();
-    void promptsGetTheNearestBackdrop();
-    void threadsDoNotDisturbOneAnother();
-    void theUpperPartOfATallFaceIsKept();
-    void stylePicturesGiveTheAccents_data();
-    void stylePicturesGiveTheAccents();
-    void theAccentsShow();
-    void expressionAndWatermarkShow();
+    void everyCoverShowsTitleAndFace_data()
+    {
+        const DataRows<QString, QSize, bool> row{"scene", "size", "hasFace"};
+        for (const QString &scene : {u"未来科技感"_s, u"豪华办公室"_s, u"海边日落"_s}) {
+            for (const quilmora::CoverSize &preset : quilmora::CoverSize::presets()) {
+                // A quarter of it, or the test would take a minute.
+                const QSize size{static_cast<int>(preset.width) / 4, static_cast<int>(preset.height) / 4};
+                row((scene + u' ' + preset.ratio).toUtf8(), scene, size, true);
+                row((scene + u' ' + preset.ratio + u" without face").toUtf8(), scene, size, false);
+            }
+        }
+    }
+
+    void everyCoverShowsTitleAndFace()
+    {
+        QFETCH(const QString, scene);
+        QFETCH(const QSize, size);
+        QFETCH(const bool, hasFace);
+        const QString title = u"这个秘密改变了一切"_s;
+        const QColor face{200, 0, 200};
+        const QImage cover = coverComposer::compose(
+            requestFor(title, scene, size, hasFace ? QList{plain(face)} : QList<QImage>{}));
+        QCOMPARE(cover.size(), size);
+
+        const CoverLayout layout = CoverLayout::of(size, true, hasFace);
+        QImage letters = plain(Qt::black, size);
+        QPainter painter{&letters};
+        titlePainter::paint(painter, size, TitleLayout::of(title, layout.title.size(), layout.mostLines),
+                            layout, Backdrop::tech.palette);
+        painter.end();
+        const QRect bounds = brightPart(letters);
+        const int margin = static_cast<int>(20 * layout.unit);
+        QVERIFY(bounds.width() * bounds.height() > 0.3 * layout.title.width() * layout.title.height());
+        QVERIFY(cover.rect().marginsRemoved({margin, margin, margin, margin}).contains(bounds));
+        const QPointF reach{layout.radius, layout.radius};
+        QVERIFY(!hasFace || !QRectF(layout.focus - reach, layout.focus + reach).intersects(bounds));
+        QVERIFY2(contrast(cover, letters) > 7, qPrintable(QString::number(contrast(cover, letters))));
+
+        for (const double angle : {0.0, 1.6, 3.1, 4.7}) {
+            const QPointF spot =
+                layout.focus + 0.55 * layout.radius * QPointF{std::cos(angle), std::sin(angle)};
+            QCOMPARE(distance(cover.pixelColor(spot.toPoint()), face) < 40, hasFace);
+        }
+    }
+
+    void oddRequestsAreComposed_data()
+    {
+        const DataRows<QString, QSize> row{"title", "size"};
+        row("3840x240", u"秘密"_s, {3840, 240});
+        row("240x3840", u"秘密"_s, {240, 3840});
+        row("1279x721", u"秘密"_s, {1279, 721});
+        row("960x960", u"秘密"_s, {960, 960});
+        row("10,000 signs", u"字"_s.repeated(10'000), landscape);
+        row("10,000 letters", u"w"_s.repeated(10'000), landscape);
+        row("10,000 blanks", u" "_s.repeated(10'000), landscape);
+        row("emoji", u"🔥爆款🔥"_s, landscape);
+        row("only emoji", u"🔥"_s, landscape);
+        row("right to left", u"שלום עולם"_s, landscape);
+        row("half a pair", QString{QChar{0xD83D}}, landscape);
+        row("HTML", u"<b>粗体</b><img src='file:///etc/passwd'>"_s, landscape);
+    }
+
+    void oddRequestsAreComposed()
+    {
+        QFETCH(const QString, title);
+        QFETCH(const QSize, size);
+        for (const QList<QImage> &images : {QList<QImage>{}, QList{plain(Qt::magenta, {1, 1})}}) {
+            QCOMPARE(coverComposer::compose(requestFor(title, u"科技"_s, size, images)).size(), size);
+        }
+    }
+
+    void promptsGetTheNearestBackdrop_data()
+    {
+        const DataRows<QString, const Backdrop *, QString> addRow{"scene", "backdrop", "style"};
+        const auto row = [&addRow](const char *name, const QString &scene, const Backdrop &backdrop,
+                                   const QString &style = {}) {
+            addRow(name, scene, &backdrop, style);
+        };
+        row("technology", u"未来科技感"_s, Backdrop::tech);
+        row("city", u"城市夜景"_s, Backdrop::tech);
+        row("space", u"宇宙星空"_s, Backdrop::tech);
+        row("office", u"豪华办公室"_s, Backdrop::office);
+        row("wealth", u"金色财富主题"_s, Backdrop::office);
+        row("food", u"美食"_s, Backdrop::office);
+        row("sea", u"海边日落"_s, Backdrop::beach);
+        row("forest", u"A Forest"_s, Backdrop::beach);
+        row("the first word", u"海边的办公室"_s, Backdrop::beach);
+        row("scene before style", u"海边"_s, Backdrop::beach, u"赛博朋克"_s);
+        row("style alone", u"一面白墙"_s, Backdrop::tech, u"赛博朋克"_s);
+    }
+
+    void promptsGetTheNearestBackdrop()
+    {
+        QFETCH(const QString, scene);
+        QFETCH(const QString, style);
+        QFETCH(const Backdrop *const, backdrop);
+        QCOMPARE(&Backdrop::forPrompt({.title = {}, .scene = scene, .expression = {}, .style = style}),
+                 backdrop);
+    }
+
+    /// Nor does the same request ever give another picture.
+    void threadsDoNotDisturbOneAnother()
+    {
+        std::vector<PictureRequest> requests;
+        std::vector<QImage> alone;
+        for (const QString &scene : {u"海边"_s, u"未来科技"_s, u"办公室"_s, u"一片空白"_s}) {
+            for (const QString &title : {u"普通人如何赚到第一桶金？"_s, u"How to win 100 games"_s}) {
+                requests.push_back(requestFor(title, scene, landscape.transposed()));
+                alone.push_back(coverComposer::compose(requests.back()));
+            }
+        }
+        std::vector<std::future<QImage>> together;
+        together.reserve(requests.size());
+        for (const PictureRequest &request : requests) {
+            together.push_back(
+                std::async(std::launch::async, [&request] { return coverComposer::compose(request); }));
+        }
+        for (std::size_t i = 0; i < together.size(); ++i) {
+            QCOMPARE(together[i].get(), alone[i]);
+        }
+    }
+
+    void theUpperPartOfATallFaceIsKept()
+    {
+        QImage face = plain(Qt::blue, {300, 600});
+        QPainter{&face}.fillRect(0, 0, 300, 300, Qt::red);
+        const QImage cover = coverComposer::compose(requestFor(u"秘密"_s, {}, landscape, {face}));
+        const QPoint middle = CoverLayout::of(landscape, true, true).focus.toPoint();
+        QVERIFY(distance(cover.pixelColor(middle), Qt::red) < 40);
+    }
+
+    void stylePicturesGiveTheAccents_data()
+    {
+        const DataRows<QColor, QColor, int, int> row{"large", "small", "accent", "accent2"};
+        row("two hues", {220, 30, 30}, {30, 60, 220}, 0, 225);
+        row("two hues close together", {220, 30, 30}, {220, 90, 30}, 0, 0);
+        row("one hue", {40, 200, 90}, {Qt::gray}, 135, 135);
+        row("a dark hue", {20, 20, 90}, {Qt::black}, 240, 240);
+        row("transparent", {255, 0, 0, 0}, {20, 200, 40}, 120, 120);
+        row("none", {Qt::white}, {Qt::gray}, 186, 317);
+    }
+
+    void stylePicturesGiveTheAccents()
+    {
+        QFETCH(const QColor, large);
+        QFETCH(const QColor, small);
+        QImage picture{60, 40, QImage::Format_ARGB32};
+        picture.fill(large);
+        QPainter{&picture}.fillRect(0, 0, 60, 8, small);
+        const Palette palette = Backdrop::tech.palette.accentedBy(picture);
+        QTEST(palette.accent.hsvHue(), "accent");
+        QTEST(palette.accent2.hsvHue(), "accent2");
+        QVERIFY(palette.accent.value() >= 225);
+        QVERIFY(palette.accent != palette.accent2);
+    }
+
+    void theAccentsShow()
+    {
+        const CoverLayout layout = CoverLayout::of(landscape, true, true);
+        // Left of the ring's middle stands the accent.
+        const QPoint ring = (layout.focus - QPointF{1.045 * layout.radius, 0}).toPoint();
+        const auto ringOf = [&](const QList<QImage> &images) {
+            return coverComposer::compose(requestFor(u"秘密"_s, u"夜"_s, landscape, images)).pixelColor(ring);
+        };
+        const QColor green = ringOf({plain(Qt::white), plain(QColor{20, 220, 60})});
+        const QColor orange = ringOf({plain(Qt::white), plain(QColor{230, 120, 10})});
+        QVERIFY(green.green() > green.red());
+        QVERIFY(orange.red() > orange.blue());
+        QCOMPARE(ringOf({plain(Qt::white), plain(Qt::gray)}), ringOf({plain(Qt::white)}));
+    }
+
+    void expressionAndWatermarkShow()
+    {
+        PictureRequest request = requestFor(u"秘密"_s, u"海边"_s, landscape, {plain(Qt::magenta)});
+        const QImage with = coverComposer::compose(request);
+        request.prompt.remove(u" 人物表情：震惊。"_s);
+        const QImage without = coverComposer::compose(request);
+        request.watermark = true;
+        const QImage marked = coverComposer::compose(request);
+        const CoverLayout layout = CoverLayout::of(landscape, true, true);
+        const QPoint badge = (layout.focus + QPointF{0.72, 0.72} * layout.radius).toPoint();
+        QVERIFY(changedShare(without, with, {badge - QPoint{20, 10}, QSize{40, 20}}) > 0.5);
+        QVERIFY(changedShare(without, marked, {1340, 750, 80, 45}) > 0.05);
+        QCOMPARE(marked.copy(0, 0, 1200, 700), without.copy(0, 0, 1200, 700));
+    }
 };
 
-void CoverComposerTest::everyCoverShowsTitleAndFace_data()
-{
-    QTest::addColumn<QString>("scene");
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<bool>("hasFace");
-    for (const QString &scene : {u"未来科技感"_s, u"豪华办公室"_s, u"海边日落"_s}) {
-        for (const quilmora::CoverSize &preset : quilmora::CoverSize::presets()) {
-            // A quarter of it, or the test would take a minute.
-            const QSize size{static_cast<int>(preset.width) / 4, static_cast<int>(preset.height) / 4};
-            QTest::addRow("%s %s", qUtf8Printable(scene), qUtf8Printable(preset.ratio))
-                << scene << size << true;
-            QTest::addRow("%s %s without face", qUtf8Printable(scene), qUtf8Printable(preset.ratio))
-                << scene << size << false;
-        }
-    }
-}
-
-void CoverComposerTest::everyCoverShowsTitleAndFace()
-{
-    QFETCH(const QString, scene);
-    QFETCH(const QSize, size);
-    QFETCH(const bool, hasFace);
-    const QString title = u"这个秘密改变了一切"_s;
-    const QColor face{200, 0, 200};
-    const QImage cover = coverComposer::compose(
-        requestFor(title, scene, size, hasFace ? QList{plain(face)} : QList<QImage>{}));
-    QCOMPARE(cover.size(), size);
-
-    const CoverLayout layout = CoverLayout::of(size, true, hasFace);
-    QImage letters = plain(Qt::black, size);
-    QPainter painter{&letters};
-    titlePainter::paint(painter, size, TitleLayout::of(title, layout.title.size(), layout.mostLines), layout,
-                        Backdrop::tech.palette);
-    painter.end();
-    const QRect bounds = brightPart(letters);
-    const int margin = static_cast<int>(20 * layout.unit);
-    QVERIFY(bounds.width() * bounds.height() > 0.3 * layout.title.width() * layout.title.height());
-    QVERIFY(cover.rect().marginsRemoved({margin, margin, margin, margin}).contains(bounds));
-    const QPointF reach{layout.radius, layout.radius};
-    QVERIFY(!hasFace || !QRectF(layout.focus - reach, layout.focus + reach).intersects(bounds));
-    QVERIFY2(contrast(cover, letters) > 7, qPrintable(QString::number(contrast(cover, letters))));
-
-    for (const double angle : {0.0, 1.6, 3.1, 4.7}) {
-        const QPointF spot = layout.focus + 0.55 * layout.radius * QPointF{std::cos(angle), std::sin(angle)};
-        QCOMPARE(distance(cover.pixelColor(spot.toPoint()), face) < 40, hasFace);
-    }
-}
-
-void CoverComposerTest::oddRequestsAreComposed_data()
-{
-    QTest::addColumn<QString>("title");
-    QTest::addColumn<QSize>("size");
-    QTest::newRow("3840x240") << u"秘密"_s << QSize{3840, 240};
-    QTest::newRow("240x3840") << u"秘密"_s << QSize{240, 3840};
-    QTest::newRow("1279x721") << u"秘密"_s << QSize{1279, 721};
-    QTest::newRow("960x960") << u"秘密"_s << QSize{960, 960};
-    QTest::newRow("10,000 signs") << u"字"_s.repeated(10'000) << landscape;
-    QTest::newRow("10,000 letters") << u"w"_s.repeated(10'000) << landscape;
-    QTest::newRow("10,000 blanks") << u" "_s.repeated(10'000) << landscape;
-    QTest::newRow("emoji") << u"🔥爆款🔥"_s << landscape;
-    QTest::newRow("only emoji") << u"🔥"_s << landscape;
-    QTest::newRow("right to left") << u"שלום עולם"_s << landscape;
-    QTest::newRow("half a pair") << QString{QChar{0xD83D}} << landscape;
-    QTest::newRow("HTML") << u"<b>粗体</b><img src='file:///etc/passwd'>"_s << landscape;
-}
-
-void CoverComposerTest::oddRequestsAreComposed()
-{
-    QFETCH(const QString, title);
-    QFETCH(const QSize, size);
-    for (const QList<QImage> &images : {QList<QImage>{}, QList{plain(Qt::magenta, {1, 1})}}) {
-        QCOMPARE(coverComposer::compose(requestFor(title, u"科技"_s, size, images)).size(), size);
-    }
-}
-
-void CoverComposerTest::promptsGetTheNearestBackdrop_data()
-{
-    QTest::addColumn<QString>("scene");
-    QTest::addColumn<QString>("style");
-    QTest::addColumn<const Backdrop *>("backdrop");
-    const auto row = [](const char *name, const QString &scene, const Backdrop &backdrop,
-                        const QString &style = {}) {
-        QTest::newRow(name) << scene << style << &backdrop;
-    };
-    row("technology", u"未来科技感"_s, Backdrop::tech);
-    row("city", u"城市夜景"_s, Backdrop::tech);
-    row("space", u"宇宙星空"_s, Backdrop::tech);
-    row("office", u"豪华办公室"_s, Backdrop::office);
-    row("wealth", u"金色财富主题"_s, Backdrop::office);
-    row("food", u"美食"_s, Backdrop::office);
-    row("sea", u"海边日落"_s, Backdrop::beach);
-    row("forest", u"A Forest"_s, Backdrop::beach);
-    row("the first word", u"海边的办公室"_s, Backdrop::beach);
-    row("scene before style", u"海边"_s, Backdrop::beach, u"赛博朋克"_s);
-    row("style alone", u"一面白墙"_s, Backdrop::tech, u"赛博朋克"_s);
-}
-
-void CoverComposerTest::promptsGetTheNearestBackdrop()
-{
-    QFETCH(const QString, scene);
-    QFETCH(const QString, style);
-    QFETCH(const Backdrop *const, backdrop);
-    QCOMPARE(&Backdrop::forPrompt({.title = {}, .scene = scene, .expression = {}, .style = style}), backdrop);
-}
-
-/// Nor does the same request ever give another picture.
-void CoverComposerTest::threadsDoNotDisturbOneAnother()
-{
-    std::vector<PictureRequest> requests;
-    std::vector<QImage> alone;
-    for (const QString &scene : {u"海边"_s, u"未来科技"_s, u"办公室"_s, u"一片空白"_s}) {
-        for (const QString &title : {u"普通人如何赚到第一桶金？"_s, u"How to win 100 games"_s}) {
-            requests.push_back(requestFor(title, scene, landscape.transposed()));
-            alone.push_back(coverComposer::compose(requests.back()));
-        }
-    }
-    std::vector<std::future<QImage>> together;
-    together.reserve(requests.size());
-    for (const PictureRequest &request : requests) {
-        together.push_back(
-            std::async(std::launch::async, [&request] { return coverComposer::compose(request); }));
-    }
-    for (std::size_t i = 0; i < together.size(); ++i) {
-        QCOMPARE(together[i].get(), alone[i]);
-    }
-}
-
-void CoverComposerTest::theUpperPartOfATallFaceIsKept()
-{
-    QImage face = plain(Qt::blue, {300, 600});
-    QPainter{&face}.fillRect(0, 0, 300, 300, Qt::red);
-    const QImage cover = coverComposer::compose(requestFor(u"秘密"_s, {}, landscape, {face}));
-    const QPoint middle = CoverLayout::of(landscape, true, true).focus.toPoint();
-    QVERIFY(distance(cover.pixelColor(middle), Qt::red) < 40);
-}
-
-void CoverComposerTest::stylePicturesGiveTheAccents_data()
-{
-    QTest::addColumn<QColor>("large");
-    QTest::addColumn<QColor>("small");
-    QTest::addColumn<int>("accent");
-    QTest::addColumn<int>("accent2");
-    QTest::newRow("two hues") << QColor{220, 30, 30} << QColor{30, 60, 220} << 0 << 225;
-    QTest::newRow("two hues close together") << QColor{220, 30, 30} << QColor{220, 90, 30} << 0 << 0;
-    QTest::newRow("one hue") << QColor{40, 200, 90} << QColor{Qt::gray} << 135 << 135;
-    QTest::newRow("a dark hue") << QColor{20, 20, 90} << QColor{Qt::black} << 240 << 240;
-    QTest::newRow("transparent") << QColor{255, 0, 0, 0} << QColor{20, 200, 40} << 120 << 120;
-    QTest::newRow("none") << QColor{Qt::white} << QColor{Qt::gray} << 186 << 317;
-}
-
-void CoverComposerTest::stylePicturesGiveTheAccents()
-{
-    QFETCH(const QColor, large);
-    QFETCH(const QColor, small);
-    QImage picture{60, 40, QImage::Format_ARGB32};
-    picture.fill(large);
-    QPainter{&picture}.fillRect(0, 0, 60, 8, small);
-    const Palette palette = Backdrop::tech.palette.accentedBy(picture);
-    QTEST(palette.accent.hsvHue(), "accent");
-    QTEST(palette.accent2.hsvHue(), "accent2");
-    QVERIFY(palette.accent.value() >= 225);
-    QVERIFY(palette.accent != palette.accent2);
-}
-
-void CoverComposerTest::theAccentsShow()
-{
-    const CoverLayout layout = CoverLayout::of(landscape, true, true);
-    // Left of the ring's middle stands the accent.
-    const QPoint ring = (layout.focus - QPointF{1.045 * layout.radius, 0}).toPoint();
-    const auto ringOf = [&](const QList<QImage> &images) {
-        return coverComposer::compose(requestFor(u"秘密"_s, u"夜"_s, landscape, images)).pixelColor(ring);
-    };
-    const QColor green = ringOf({plain(Qt::white), plain(QColor{20, 220, 60})});
-    const QColor orange = ringOf({plain(Qt::white), plain(QColor{230, 120, 10})});
-    QVERIFY(green.green() > green.red());
-    QVERIFY(orange.red() > orange.blue());
-    QCOMPARE(ringOf({plain(Qt::white), plain(Qt::gray)}), ringOf({plain(Qt::white)}));
-}
-
-void CoverComposerTest::expressionAndWatermarkShow()
-{
-    PictureRequest request = requestFor(u"秘密"_s, u"海边"_s, landscape, {plain(Qt::magenta)});
-    const QImage with = coverComposer::compose(request);
-    request.prompt.remove(u" 人物表情：震惊。"_s);
-    const QImage without = coverComposer::compose(request);
-    request.watermark = true;
-    const QImage marked = coverComposer::compose(request);
-    const CoverLayout layout = CoverLayout::of(landscape, true, true);
-    const QPoint badge = (layout.focus + QPointF{0.72, 0.72} * layout.radius).toPoint();
-    QVERIFY(changedShare(without, with, {badge - QPoint{20, 10}, QSize{40, 20}}) > 0.5);
-    QVERIFY(changedShare(without, marked, {1340, 750, 80, 45}) > 0.05);
-    QCOMPARE(marked.copy(0, 0, 1200, 700), without.copy(0, 0, 1200, 700));
-}
-
-QUILMORA_TEST(CoverComposerTest, quilmora::test::runGuiTest)
-
+QUILMORA_TEST(CoverComposerTest, runGuiTest)
 #include "CoverComposerTest.moc"

@@ -18,10 +18,7 @@ std::array<char, 4096> shared{};
 /// Seen by both threads, and no order to the sanitizer.
 std::atomic_bool hasHappened = false;
 
-void happen()
-{
-    hasHappened.store(true, std::memory_order_relaxed);
-}
+void happen() { hasHappened.store(true, std::memory_order_relaxed); }
 
 void waitUntilItHappened()
 {
@@ -30,10 +27,7 @@ void waitUntilItHappened()
     }
 }
 
-void count()
-{
-    ++shared.front();
-}
+void count() { ++shared.front(); }
 
 /// Runs on an object that lives in a thread of its own.
 void withThread(const std::function<void(QThread &thread, QObject &object)> &action)

@@ -1,13 +1,12 @@
 #include "PaintLog.h"
 
+#include "support/SilentEngine.h"
+
 #include <QFontMetricsF>
-#include <QPaintDevice>
-#include <QPaintEngine>
 #include <QPainter>
 #include <QPainterPath>
 #include <QWidget>
 
-#include <algorithm>
 #include <cmath>
 
 namespace quilmora::test {
@@ -17,14 +16,11 @@ namespace {
 constexpr double shortestSide = 8;
 
 /// Draws nothing and notes what it is asked to draw.
-class RecordingEngine final : public QPaintEngine
+class RecordingEngine final : public SilentEngine
 {
 public:
-    explicit RecordingEngine(PaintLog &target) : QPaintEngine{AllFeatures}, m_record{target} {}
+    explicit RecordingEngine(PaintLog &target) : m_record{target} {}
 
-    bool begin(QPaintDevice * /*device*/) override { return true; }
-    bool end() override { return true; }
-    void updateState(const QPaintEngineState & /*state*/) override {}
     void drawPixmap(const QRectF &to, const QPixmap & /*pixmap*/, const QRectF &from) override
     {
         m_record.pictures.append({state->transform().mapRect(to), from.size()});
@@ -41,7 +37,6 @@ public:
     }
     void drawPath(const QPainterPath &path) override;
     void drawPolygon(const QPointF *points, int count, PolygonDrawMode /*mode*/) override;
-    Type type() const override { return User; }
 
 private:
     void noteSide(QPointF from, QPointF to, const QRectF &shape);
@@ -89,51 +84,13 @@ void RecordingEngine::noteSide(QPointF from, QPointF to, const QRectF &shape)
     m_record.edges.append({place + outwards, place - outwards, shape, vertical});
 }
 
-/// A sheet of the window's size and resolution for that engine.
-class RecordingDevice final : public QPaintDevice
-{
-public:
-    RecordingDevice(const QWidget &window, PaintLog &record) : m_source{window}, m_engine{record} {}
-
-    QPaintEngine *paintEngine() const override { return &m_engine; }
-
-protected:
-    int metric(PaintDeviceMetric metric) const override
-    {
-        const double ratio = m_source.devicePixelRatioF();
-        switch (metric) {
-        case PdmWidth:
-            return static_cast<int>(std::ceil(m_source.width() * ratio));
-        case PdmHeight:
-            return static_cast<int>(std::ceil(m_source.height() * ratio));
-        case PdmDevicePixelRatio:
-            return static_cast<int>(ratio);
-        case PdmDevicePixelRatioScaled:
-            return static_cast<int>(ratio * devicePixelRatioFScale());
-        case PdmDepth:
-            return 32;
-        case PdmDpiX:
-        case PdmPhysicalDpiX:
-            return m_source.logicalDpiX();
-        case PdmDpiY:
-        case PdmPhysicalDpiY:
-            return m_source.logicalDpiY();
-        default:
-            return QPaintDevice::metric(metric);
-        }
-    }
-
-private:
-    const QWidget &m_source;
-    mutable RecordingEngine m_engine;
-};
-
 } // namespace
 
 PaintLog PaintLog::of(QWidget *widget)
 {
     PaintLog record;
-    RecordingDevice device{*widget->window(), record};
+    RecordingEngine engine{record};
+    SilentDevice device{*widget->window(), engine, widget->devicePixelRatioF()};
     const QPoint place = widget->mapTo(widget->window(), QPoint{});
     const double ratio = widget->devicePixelRatioF();
     // Rounded as Qt does.

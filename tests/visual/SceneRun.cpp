@@ -82,4 +82,9 @@ QString SceneRun::describe(const QWidget *widget)
         .arg(widget->height());
 }
 
+QString SceneRun::describe(const QRectF &place)
+{
+    return u"(%1, %2 %3 x %4)"_s.arg(place.x()).arg(place.y()).arg(place.width()).arg(place.height());
+}
+
 } // namespace quilmora::test

@@ -4,6 +4,7 @@
 #include "gallery/Scene.h"
 
 #include <QList>
+#include <QRectF>
 #include <QSize>
 #include <QString>
 
@@ -32,8 +33,9 @@ public:
     /// The scene of the present row.
     static gallery::Scene current(const QList<gallery::Scene> &scenes);
 
-    /// A widget for messages.
+    /// A widget and a place for messages.
     static QString describe(const QWidget *widget);
+    static QString describe(const QRectF &place);
 
 private:
     const gallery::Scene m_scene;

@@ -1,10 +1,10 @@
 #include "PaintLog.h"
 #include "SceneRun.h"
-#include "screens/generate/ProgressSpinner.h"
+#include "screens/generate/LoadingSection.h"
 #include "screens/history/HistoryGrid.h"
 #include "support/ScreenTest.h"
 #include "ui/dialogs/Sheet.h"
-#include "ui/style/MenuShadow.h"
+#include "ui/style/MenuStyle.h"
 #include "ui/widgets/ShadowHost.h"
 
 #include <QAbstractScrollArea>
@@ -21,10 +21,7 @@ namespace {
 /// Neither side comes out even at any of the resolutions.
 constexpr QSize oddSize{1003, 703};
 
-bool isWhole(double pixels)
-{
-    return std::abs(pixels - std::round(pixels)) < 0.02;
-}
+bool isWhole(double pixels) { return std::abs(pixels - std::round(pixels)) < 0.02; }
 
 bool isOnPixels(const PaintLog::Picture &picture)
 {
@@ -61,11 +58,6 @@ bool isUnderALine(const PaintLog::Edge &edge, const PaintLog &record)
            });
 }
 
-QString text(const QRectF &place)
-{
-    return u"(%1, %2 %3 x %4)"_s.arg(place.x()).arg(place.y()).arg(place.width()).arg(place.height());
-}
-
 QStringList complaintsAbout(QWidget *widget)
 {
     // Turns all the time.
@@ -83,7 +75,7 @@ QStringList complaintsAbout(QWidget *widget)
         if (!drawsShadows && !isOnPixels(picture)) {
             complaints += u"a picture of %1 x %2 pixels is drawn at %3"_s.arg(picture.source.width())
                               .arg(picture.source.height())
-                              .arg(text(picture.place));
+                              .arg(SceneRun::describe(picture.place));
         }
     }
     for (const PaintLog::Text &drawn : record.texts) {
@@ -95,7 +87,7 @@ QStringList complaintsAbout(QWidget *widget)
         if ((!isUnderALine(edge, record) && !isOnPixels(edge, ratio)) || isClipped(edge, record, ratio)) {
             complaints += u"an edge lies between %1 and %2 of the shape %3"_s.arg(edge.outer)
                               .arg(edge.inner)
-                              .arg(text(edge.shape));
+                              .arg(SceneRun::describe(edge.shape));
         }
     }
     if (record.texturedShapes > 0) {

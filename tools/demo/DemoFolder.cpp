@@ -2,9 +2,9 @@
 
 #include "demo_pictures/DemoPictures.h"
 #include "model/VolcengineConfig.h"
-#include "platform/UserFolders.h"
-#include "store/CoversFolder.h"
+#include "platform/Files.h"
 #include "store/DatabaseManager.h"
+#include "store/ImageStorageService.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -52,9 +52,6 @@ void DemoFolder::configure(const QUrl &service, const QString &key) const
     database.saveConfig(service.toString(), key, VolcengineConfig::defaultModelID());
 }
 
-QString DemoFolder::file(const QString &name) const
-{
-    return m_root + u'/' + name;
-}
+QString DemoFolder::file(const QString &name) const { return m_root + u'/' + name; }
 
 } // namespace quilmora

@@ -17,10 +17,7 @@ using namespace Qt::StringLiterals;
 namespace quilmora::windowDriver {
 namespace {
 
-QFileDialog *filePanel()
-{
-    return qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
-}
+QFileDialog *filePanel() { return qobject_cast<QFileDialog *>(QApplication::activeModalWidget()); }
 
 void scrollIntoSight(QWidget *control)
 {
@@ -60,10 +57,7 @@ bool isReady(const QString &accessibleName)
     return control != nullptr && control->isEnabled() && control->window()->windowHandle()->isExposed();
 }
 
-void reveal(const QString &accessibleName)
-{
-    scrollIntoSight(find(accessibleName));
-}
+void reveal(const QString &accessibleName) { scrollIntoSight(find(accessibleName)); }
 
 void click(const QString &accessibleName)
 {
@@ -105,10 +99,7 @@ bool historyIsFilled()
     return grid != nullptr && grid->isFilled();
 }
 
-bool historyIsGone()
-{
-    return historyGrid() == nullptr;
-}
+bool historyIsGone() { return historyGrid() == nullptr; }
 
 void clickFirstCover()
 {

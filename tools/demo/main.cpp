@@ -3,7 +3,7 @@
 #include "LocalServiceProcess.h"
 #include "app/QuilmoraApp.h"
 #include "platform/Console.h"
-#include "platform/UserFolders.h"
+#include "platform/Files.h"
 #include "store/DatabaseManager.h"
 #include "ui/theme/Theme.h"
 

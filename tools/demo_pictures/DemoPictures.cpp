@@ -24,14 +24,8 @@ void draw(const QString &drawing, QSize size, const QString &path)
 
 } // namespace
 
-void writePresenter(const QString &path)
-{
-    draw(u":/demo/presenter.svg"_s, {1200, 1200}, path);
-}
+void writePresenter(const QString &path) { draw(u":/demo/presenter.svg"_s, {1200, 1200}, path); }
 
-void writeSampleCover(const QString &path)
-{
-    draw(u":/demo/sample-cover.svg"_s, {1600, 900}, path);
-}
+void writeSampleCover(const QString &path) { draw(u":/demo/sample-cover.svg"_s, {1600, 900}, path); }
 
 } // namespace quilmora::demoPictures

@@ -1,13 +1,9 @@
 #include "gallery/ApplicationFixture.h"
 
-#include "generation/CoverGenerationFlow.h"
-#include "platform/UserFolders.h"
-#include "screens/generate/GenerateCoverView.h"
-#include "screens/help/HelpView.h"
+#include "app/QuilmoraApp.h"
+#include "platform/Files.h"
 #include "screens/history/HistoryGrid.h"
-#include "screens/history/HistoryListView.h"
-#include "screens/settings/SettingsView.h"
-#include "store/CoversFolder.h"
+#include "store/ImageStorageService.h"
 #include "support/AccessibleFinder.h"
 #include "support/DatabaseFile.h"
 #include "support/HistoryRows.h"
@@ -20,6 +16,7 @@
 #include <QMenu>
 #include <QPainter>
 #include <QScreen>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QVariantAnimation>
 
@@ -34,10 +31,7 @@ namespace {
 constexpr int patience = 60'000;
 constexpr int roomAround = 40;
 
-QString databaseFolder()
-{
-    return userFolders::applicationSupport() + u"/Quilmora"_s;
-}
+QString databaseFolder() { return userFolders::applicationSupport() + u"/Quilmora"_s; }
 
 } // namespace
 
@@ -50,22 +44,6 @@ ApplicationFixture::ApplicationFixture()
 }
 
 ApplicationFixture::~ApplicationFixture() = default;
-
-QWidget *ApplicationFixture::makeScreen(NavigationTab tab, QWidget *parent)
-{
-    switch (tab) {
-    case NavigationTab::generate:
-        return new GenerateCoverView{CoverGenerationFlow::create(m_database, m_storage, m_generator),
-                                     m_panels, parent};
-    case NavigationTab::history:
-        return new HistoryListView{m_database, m_panels, m_thumbnails, parent};
-    case NavigationTab::settings:
-        return new SettingsView{m_database, parent};
-    case NavigationTab::help:
-        return new HelpView{m_help, parent};
-    }
-    Q_UNREACHABLE();
-}
 
 void ApplicationFixture::configure(const QUrl &service, const QString &key)
 {
@@ -95,8 +73,9 @@ void ApplicationFixture::addCovers(const QList<Cover> &covers)
 
 void ApplicationFixture::open()
 {
-    m_view = std::make_unique<MainView>(
-        [this](NavigationTab tab, QWidget *parent) { return makeScreen(tab, parent); });
+    m_view = std::make_unique<MainView>([this](NavigationTab tab, QWidget *parent) {
+        return makeScreen(tab, {m_database, m_storage, m_generator, m_panels, m_thumbnails, m_help}, parent);
+    });
     test::showWindow(*m_view, m_view->minimumSize());
 }
 
@@ -112,10 +91,7 @@ QWidget *ApplicationFixture::front() const
     return above != nullptr ? above : m_view.get();
 }
 
-QWidget *ApplicationFixture::find(const QString &name) const
-{
-    return test::accessible::find(front(), name);
-}
+QWidget *ApplicationFixture::find(const QString &name) const { return test::accessible::find(front(), name); }
 
 void ApplicationFixture::waitUntil(const char *what, const std::function<bool()> &condition)
 {
@@ -151,10 +127,7 @@ void ApplicationFixture::upload(const QString &card, const QString &path)
     click(card);
 }
 
-HistoryGrid *ApplicationFixture::grid() const
-{
-    return m_view->findChild<HistoryGrid *>();
-}
+HistoryGrid *ApplicationFixture::grid() const { return m_view->findChild<HistoryGrid *>(); }
 
 void ApplicationFixture::openCover(int position)
 {
@@ -210,10 +183,7 @@ void ApplicationFixture::dismissOverlay()
     }
 }
 
-QScrollArea *ApplicationFixture::page() const
-{
-    return m_view->findChild<QScrollArea *>();
-}
+QScrollArea *ApplicationFixture::page() const { return m_view->findChild<QScrollArea *>(); }
 
 void ApplicationFixture::resize(QSize size)
 {

@@ -83,7 +83,6 @@ public:
     QWidget *find(const QString &name) const;
 
 private:
-    QWidget *makeScreen(NavigationTab tab, QWidget *parent);
     QWidget *front() const;
     QScrollArea *page() const;
     HistoryGrid *grid() const;

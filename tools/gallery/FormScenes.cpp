@@ -7,35 +7,17 @@ using namespace Qt::StringLiterals;
 namespace quilmora::gallery {
 namespace {
 
-QString titleField()
-{
-    return u"视频封面标题文本"_s;
-}
+QString titleField() { return u"视频封面标题文本"_s; }
 
-QString sceneField()
-{
-    return u"背景场景"_s;
-}
+QString sceneField() { return u"背景场景"_s; }
 
-QString faceCard()
-{
-    return u"人脸形象（必填）"_s;
-}
+QString faceCard() { return u"人脸形象（必填）"_s; }
 
-QString styleCard()
-{
-    return u"风格参考（上传示例封面，非必填）"_s;
-}
+QString styleCard() { return u"风格参考（上传示例封面，非必填）"_s; }
 
-QString advancedRow()
-{
-    return u"高级选项"_s;
-}
+QString advancedRow() { return u"高级选项"_s; }
 
-void openEmpty(ApplicationFixture &stage, SceneResources & /*resources*/)
-{
-    stage.open();
-}
+void openEmpty(ApplicationFixture &stage, SceneResources & /*resources*/) { stage.open(); }
 
 void fill(ApplicationFixture &stage, SceneResources &resources)
 {

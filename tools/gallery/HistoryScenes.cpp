@@ -1,8 +1,8 @@
 #include "gallery/ApplicationFixture.h"
 #include "gallery/Scene.h"
 #include "gallery/SceneResources.h"
-#include "generation/CoverInputs.h"
-#include "generation/CoverPrompt.h"
+#include "generation/GenerationRequest.h"
+#include "model/CoverInputs.h"
 
 using namespace Qt::StringLiterals;
 
@@ -70,10 +70,7 @@ void openHistory(ApplicationFixture &stage)
     stage.click(u"已生成列表"_s);
 }
 
-void showNone(ApplicationFixture &stage, SceneResources & /*resources*/)
-{
-    openHistory(stage);
-}
+void showNone(ApplicationFixture &stage, SceneResources & /*resources*/) { openHistory(stage); }
 
 void showOne(ApplicationFixture &stage, SceneResources &resources)
 {
@@ -110,15 +107,9 @@ void listOne(ApplicationFixture &stage, SceneResources &resources, int number)
     openHistory(stage);
 }
 
-void listLandscape(ApplicationFixture &stage, SceneResources &resources)
-{
-    listOne(stage, resources, 0);
-}
+void listLandscape(ApplicationFixture &stage, SceneResources &resources) { listOne(stage, resources, 0); }
 
-void listPortrait(ApplicationFixture &stage, SceneResources &resources)
-{
-    listOne(stage, resources, 3);
-}
+void listPortrait(ApplicationFixture &stage, SceneResources &resources) { listOne(stage, resources, 3); }
 
 void listMissing(ApplicationFixture &stage, SceneResources & /*resources*/)
 {
@@ -126,10 +117,7 @@ void listMissing(ApplicationFixture &stage, SceneResources & /*resources*/)
     openHistory(stage);
 }
 
-void openFirst(ApplicationFixture &stage)
-{
-    stage.openCover(0);
-}
+void openFirst(ApplicationFixture &stage) { stage.openCover(0); }
 
 } // namespace
 

@@ -6,20 +6,11 @@ using namespace Qt::StringLiterals;
 namespace quilmora::gallery {
 namespace {
 
-QString titleField()
-{
-    return u"视频封面标题文本"_s;
-}
+QString titleField() { return u"视频封面标题文本"_s; }
 
-QString styleEditor()
-{
-    return u"自定义风格指令（如\"使用蓝金配色\"、\"更戏剧化\"、\"保留原来的穿着\"）"_s;
-}
+QString styleEditor() { return u"自定义风格指令（如\"使用蓝金配色\"、\"更戏剧化\"、\"保留原来的穿着\"）"_s; }
 
-QString message()
-{
-    return u"错误信息"_s;
-}
+QString message() { return u"错误信息"_s; }
 
 /// Types into a field and copies it, so that there is something to paste.
 void write(ApplicationFixture &stage, const QString &field, const QString &text)
@@ -35,10 +26,7 @@ void selectTitle(ApplicationFixture &stage, SceneResources & /*resources*/)
     write(stage, titleField(), u"这个秘密改变了一切"_s);
 }
 
-void openFieldMenu(ApplicationFixture &stage)
-{
-    stage.openMenu(titleField(), u"复制"_s);
-}
+void openFieldMenu(ApplicationFixture &stage) { stage.openMenu(titleField(), u"复制"_s); }
 
 void writeInstructions(ApplicationFixture &stage, SceneResources & /*resources*/)
 {
@@ -47,10 +35,7 @@ void writeInstructions(ApplicationFixture &stage, SceneResources & /*resources*/
     stage.press(QKeySequence::MoveToEndOfLine);
 }
 
-void openEditorMenu(ApplicationFixture &stage)
-{
-    stage.openMenu(styleEditor(), u"粘贴"_s);
-}
+void openEditorMenu(ApplicationFixture &stage) { stage.openMenu(styleEditor(), u"粘贴"_s); }
 
 void selectMessage(ApplicationFixture &stage, SceneResources & /*resources*/)
 {
@@ -60,10 +45,7 @@ void selectMessage(ApplicationFixture &stage, SceneResources & /*resources*/)
     stage.waitFor(message());
 }
 
-void openMessageMenu(ApplicationFixture &stage)
-{
-    stage.openMenu(message(), u"全选"_s);
-}
+void openMessageMenu(ApplicationFixture &stage) { stage.openMenu(message(), u"全选"_s); }
 
 } // namespace
 

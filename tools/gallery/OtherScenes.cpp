@@ -7,10 +7,7 @@ using namespace Qt::StringLiterals;
 namespace quilmora::gallery {
 namespace {
 
-QString saveButton()
-{
-    return u"保存设置"_s;
-}
+QString saveButton() { return u"保存设置"_s; }
 
 void openSettings(ApplicationFixture &stage, SceneResources & /*resources*/)
 {

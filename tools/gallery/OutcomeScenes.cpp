@@ -8,15 +8,9 @@ using namespace Qt::StringLiterals;
 namespace quilmora::gallery {
 namespace {
 
-QString saveButton()
-{
-    return u"保存图片"_s;
-}
+QString saveButton() { return u"保存图片"_s; }
 
-QString backButton()
-{
-    return u"返回表单"_s;
-}
+QString backButton() { return u"返回表单"_s; }
 
 void pressTheButton(ApplicationFixture &stage)
 {

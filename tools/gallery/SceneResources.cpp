@@ -1,10 +1,10 @@
 #include "gallery/SceneResources.h"
 
 #include "demo_pictures/DemoPictures.h"
-#include "generation/CoverInputs.h"
-#include "generation/CoverPrompt.h"
+#include "generation/GenerationRequest.h"
 #include "local_service/cover/CoverComposer.h"
 #include "local_service/http/PictureRequest.h"
+#include "model/CoverInputs.h"
 #include "support/SamplePictures.h"
 
 #include <chrono>
@@ -37,10 +37,7 @@ SceneResources::SceneResources() : m_quick{answeringAfter(0ms)}, m_slow{answerin
     test::samplePictures::write(hugePhoto(), test::samplePictures::pngOfSize(hugeFile));
 }
 
-QString SceneResources::key()
-{
-    return u"local-gallery-key"_s;
-}
+QString SceneResources::key() { return u"local-gallery-key"_s; }
 
 QString SceneResources::cover(const QString &title, const QString &scene, QSize size)
 {

@@ -24,10 +24,7 @@ namespace {
 constexpr int rowHeight = 26;
 constexpr int chevronSize = 10;
 
-QFont titleFont()
-{
-    return systemFont(13, QFont::Medium);
-}
+QFont titleFont() { return systemFont(13, QFont::Medium); }
 
 /// A button that also reports whether it is expanded.
 class DisclosureAccessible final : public QAccessibleWidget

@@ -1,12 +1,11 @@
 #include "screens/generate/GenerateCoverView.h"
 
-#include "generation/CoverGenerationFlow.h"
 #include "platform/Timestamp.h"
 #include "screens/generate/ErrorSection.h"
 #include "screens/generate/GenerateForm.h"
 #include "screens/generate/LoadingSection.h"
 #include "screens/generate/ResultSection.h"
-#include "ui/dialogs/CoverExport.h"
+#include "ui/dialogs/FileDialogs.h"
 #include "ui/theme/Measures.h"
 
 #include <QApplication>
@@ -33,10 +32,7 @@ GenerateCoverView::GenerateCoverView(std::shared_ptr<CoverGenerationFlow> flow, 
     connect(m_flow.get(), &CoverGenerationFlow::generationStateChanged, this, &GenerateCoverView::showState);
 }
 
-void GenerateCoverView::start()
-{
-    m_flow->startGeneration(m_form->inputs());
-}
+void GenerateCoverView::start() { m_flow->startGeneration(m_form->inputs()); }
 
 void GenerateCoverView::showState()
 {

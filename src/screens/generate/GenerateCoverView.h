@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/CoverGenerationState.h"
+#include "generation/CoverGenerationFlow.h"
 #include "ui/widgets/ScrollPage.h"
 
 #include <memory>
@@ -9,7 +9,6 @@ class QVBoxLayout;
 
 namespace quilmora {
 
-class CoverGenerationFlow;
 class FileDialogs;
 class GenerateForm;
 

@@ -1,18 +1,23 @@
 #include "screens/generate/GenerateForm.h"
 
-#include "generation/CoverPrompt.h"
+#include "generation/GenerationRequest.h"
 #include "screens/generate/DisclosureHeader.h"
-#include "screens/generate/EmotionChip.h"
-#include "screens/generate/FlowLayoutHost.h"
+#include "screens/generate/FlowLayout.h"
+#include "screens/generate/FormOptions.h"
 #include "screens/generate/GenerateButton.h"
-#include "screens/generate/SizeCard.h"
-#include "screens/generate/StepHeader.h"
 #include "screens/generate/UploadCard.h"
 #include "ui/accessibility/Accessibility.h"
+#include "ui/theme/Fonts.h"
+#include "ui/theme/Theme.h"
 #include "ui/widgets/LabeledField.h"
 #include "ui/widgets/TextEditor.h"
 
+#include <QFontMetrics>
+#include <QPainter>
 #include <QVBoxLayout>
+
+#include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -26,6 +31,54 @@ constexpr int uploadCardSpacing = 16;
 constexpr int advancedSpacing = 8;
 constexpr int advancedEditorHeight = 80;
 constexpr int buttonTopPadding = 4;
+
+constexpr int discDiameter = 22;
+constexpr int discSpacing = 8;
+
+/// The header of a section: a numbered disc and the title.
+class StepHeader final : public QWidget
+{
+public:
+    StepHeader(int number, QString title, QWidget *parent)
+        : QWidget{parent},
+          m_number{number},
+          m_title{std::move(title)}
+    {
+        setAccessibleRole(this, {QAccessible::StaticText});
+        setAccessibleName(m_title);
+        setFont(systemFont(14, QFont::DemiBold));
+        setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    }
+
+    QSize sizeHint() const override
+    {
+        const QFontMetrics metrics{font()};
+        return {discDiameter + discSpacing + metrics.horizontalAdvance(m_title),
+                std::max(discDiameter, metrics.height())};
+    }
+
+protected:
+    void paintEvent(QPaintEvent * /*event*/) override
+    {
+        QPainter painter{this};
+        painter.setRenderHint(QPainter::Antialiasing);
+        const QRectF disc{0, (height() - discDiameter) / 2.0, discDiameter, discDiameter};
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(themeColor(ColorRole::step));
+        painter.drawEllipse(disc);
+        painter.setPen(themeColor(ColorRole::onAccent));
+        painter.setFont(systemFont(12, QFont::Bold));
+        painter.drawText(disc, Qt::AlignCenter, QString::number(m_number));
+        painter.setPen(themeColor(ColorRole::primaryText));
+        painter.setFont(font());
+        painter.drawText(rect().adjusted(discDiameter + discSpacing, 0, 0, 0),
+                         Qt::AlignLeft | Qt::AlignVCenter, m_title);
+    }
+
+private:
+    const int m_number;
+    const QString m_title;
+};
 
 /// Without margins.
 QVBoxLayout *makeColumn(QWidget *widget, int spacing)
@@ -183,10 +236,7 @@ CoverInputs GenerateForm::inputs() const
             .advancedText = m_advanced->text()};
 }
 
-void GenerateForm::focusTitle()
-{
-    m_title->field()->setFocus();
-}
+void GenerateForm::focusTitle() { m_title->field()->setFocus(); }
 
 void GenerateForm::selectEmotion(const Emotion &emotion)
 {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "generation/CoverInputs.h"
+#include "model/CoverInputs.h"
 
 #include <QWidget>
 

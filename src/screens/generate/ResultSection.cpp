@@ -2,7 +2,7 @@
 
 #include "ui/accessibility/Accessibility.h"
 #include "ui/theme/Measures.h"
-#include "ui/widgets/GradientButton.h"
+#include "ui/widgets/ActionButton.h"
 #include "ui/widgets/PictureView.h"
 #include "ui/widgets/TextLabel.h"
 

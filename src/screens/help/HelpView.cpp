@@ -1,10 +1,11 @@
 #include "screens/help/HelpView.h"
 
 #include "screens/help/BuildConfiguration.h"
-#include "screens/help/ContactLine.h"
 #include "ui/style/FocusRing.h"
+#include "ui/theme/Fonts.h"
 #include "ui/theme/PixelSnapper.h"
 #include "ui/theme/Shapes.h"
+#include "ui/theme/Theme.h"
 #include "ui/widgets/LogoView.h"
 #include "ui/widgets/TextLabel.h"
 
@@ -25,7 +26,37 @@ constexpr double logoRadius = 20;
 constexpr QMarginsF ringMargins{9, 5, 9, 5};
 constexpr double ringRadius = 7;
 
+QFont contactFont() { return systemFont(13); }
+
 } // namespace
+
+// Not by setText(), which makes a mnemonic of "&".
+ContactLine::ContactLine(const QString &text, QWidget *parent)
+    : PaintedButton{text, parent},
+      m_text{text, contactFont(), ElidedText::unlimited, Qt::AlignHCenter}
+{
+    setFont(contactFont());
+    setCursor(Qt::PointingHandCursor);
+    setFocusPolicy(Qt::TabFocus);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+}
+
+void ContactLine::paint(QPainter &painter)
+{
+    m_text.draw(painter, rect(), themeColor(ColorRole::primaryText));
+}
+
+void ContactLine::focusInEvent(QFocusEvent *event)
+{
+    PaintedButton::focusInEvent(event);
+    Q_EMIT focusChanged();
+}
+
+void ContactLine::focusOutEvent(QFocusEvent *event)
+{
+    PaintedButton::focusOutEvent(event);
+    Q_EMIT focusChanged();
+}
 
 AboutInformation AboutInformation::current()
 {

@@ -5,13 +5,13 @@
 #include "ui/theme/PixelSnapper.h"
 #include "ui/theme/Shapes.h"
 #include "ui/theme/Theme.h"
+#include "ui/widgets/ElidedText.h"
 
 #include <QPainter>
 #include <QTimerEvent>
 #include <QVariantAnimation>
 
 #include <algorithm>
-#include <cmath>
 
 namespace quilmora {
 namespace {
@@ -41,7 +41,6 @@ Toast::Toast(QWidget *parent, std::chrono::milliseconds stay)
 
 void Toast::showMessage(const QString &message)
 {
-    m_line = CenteredText{message, font()};
     setAccessibleName(message);
     place();
     update();
@@ -57,6 +56,8 @@ void Toast::showMessage(const QString &message)
     startTimer(m_stay, Qt::PreciseTimer);
 }
 
+ElidedText Toast::text() const { return {message(), font(), ElidedText::unlimited, Qt::AlignHCenter}; }
+
 void Toast::timerEvent(QTimerEvent *event)
 {
     killTimer(event->timerId());
@@ -70,9 +71,7 @@ void Toast::place()
 {
     const QSize page = parentWidget()->size();
     const int room = std::max(1, page.width() - 2 * (sideMargin + padding.width()));
-    const QSizeF text = m_line.size(room);
-    const QSize size =
-        QSize{static_cast<int>(std::ceil(text.width())), static_cast<int>(text.height())} + 2 * padding;
+    const QSize size = text().size(room) + 2 * padding;
     setGeometry({{(page.width() - size.width()) / 2, page.height() - bottomPadding - size.height()}, size});
 }
 
@@ -86,10 +85,7 @@ void Toast::fadeTo(double target, std::chrono::milliseconds time)
     m_fade->start();
 }
 
-double Toast::opacity() const
-{
-    return m_fade->currentValue().toDouble();
-}
+double Toast::opacity() const { return m_fade->currentValue().toDouble(); }
 
 void Toast::paintEvent(QPaintEvent * /*event*/)
 {
@@ -99,7 +95,7 @@ void Toast::paintEvent(QPaintEvent * /*event*/)
     painter.fillPath(
         roundedRect(PixelSnapper{painter}.aligned(rect()), std::min(height() / 2.0, maximumRadius)),
         themeColor(ColorRole::toastBackground));
-    m_line.draw(
+    text().draw(
         painter,
         QRectF{rect()}.adjusted(padding.width(), padding.height(), -padding.width(), -padding.height()),
         themeColor(ColorRole::toastText));

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "screens/help/CenteredText.h"
-
 #include <QWidget>
 
 #include <chrono>
@@ -9,6 +7,8 @@
 class QVariantAnimation;
 
 namespace quilmora {
+
+class ElidedText;
 
 /// A short message that fades in above the bottom of its parent, and out by itself. It takes no mouse events;
 /// screen readers announce it.
@@ -28,7 +28,7 @@ public:
     void showMessage(const QString &message);
 
     /// The last message, visible or not.
-    const QString &message() const { return m_line.text(); }
+    QString message() const { return accessibleName(); }
 
     /// Until the message starts to fade out.
     bool isUp() const { return m_up; }
@@ -41,11 +41,11 @@ protected:
     void timerEvent(QTimerEvent *event) override;
 
 private:
+    ElidedText text() const;
     void fadeTo(double opacity, std::chrono::milliseconds time);
     double opacity() const;
 
     const std::chrono::milliseconds m_stay;
-    CenteredText m_line;
     QVariantAnimation *m_fade;
     bool m_up = false;
 };

@@ -22,10 +22,7 @@ ElidedLabel::ElidedLabel(const QString &text, const QFont &font, ColorRole color
     setSizePolicy(policy);
 }
 
-QSize ElidedLabel::sizeHint() const
-{
-    return {0, ElidedText::heightOfLines(font(), 1)};
-}
+QSize ElidedLabel::sizeHint() const { return {0, ElidedText::heightOfLines(font(), 1)}; }
 
 void ElidedLabel::resizeEvent(QResizeEvent * /*event*/)
 {

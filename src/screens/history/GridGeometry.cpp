@@ -30,15 +30,9 @@ GridGeometry::GridGeometry(int width, std::vector<int> textHeights)
     }
 }
 
-int GridGeometry::tileWidth(int width)
-{
-    return static_cast<int>(std::floor(columnWidthIn(width)));
-}
+int GridGeometry::tileWidth(int width) { return static_cast<int>(std::floor(columnWidthIn(width))); }
 
-int GridGeometry::tileWidth() const
-{
-    return static_cast<int>(std::floor(m_columnWidth));
-}
+int GridGeometry::tileWidth() const { return static_cast<int>(std::floor(m_columnWidth)); }
 
 int GridGeometry::contentHeight() const
 {

@@ -48,10 +48,7 @@ HistoryGrid::HistoryGrid(HistoryModel &model, ThumbnailCache &thumbnails, QWidge
             [this](const QModelIndex &index) { Q_EMIT opened(index.row()); });
 }
 
-int HistoryGrid::verticalOffset() const
-{
-    return verticalScrollBar()->value();
-}
+int HistoryGrid::verticalOffset() const { return verticalScrollBar()->value(); }
 
 QRect HistoryGrid::visualRect(const QModelIndex &index) const
 {
@@ -128,10 +125,7 @@ QModelIndex HistoryGrid::moveCursor(CursorAction action, Qt::KeyboardModifiers /
 // Tiles are opened, not selected.
 void HistoryGrid::setSelection(const QRect & /*area*/, QItemSelectionModel::SelectionFlags /*flags*/) {}
 
-QRegion HistoryGrid::visualRegionForSelection(const QItemSelection & /*selection*/) const
-{
-    return {};
-}
+QRegion HistoryGrid::visualRegionForSelection(const QItemSelection & /*selection*/) const { return {}; }
 
 void HistoryGrid::updateGeometries()
 {

@@ -3,7 +3,6 @@
 #include "screens/history/GridGeometry.h"
 #include "screens/history/HistoryModel.h"
 #include "screens/history/ThumbnailCache.h"
-#include "screens/history/ThumbnailReader.h"
 
 #include <QAbstractItemView>
 #include <QTimer>

@@ -145,10 +145,7 @@ QAccessibleInterface *GridAccessible::child(int position) const
 
 } // namespace
 
-void historyGridAccessible::install()
-{
-    installAccessibleInterface<HistoryGrid, GridAccessible>();
-}
+void historyGridAccessible::install() { installAccessibleInterface<HistoryGrid, GridAccessible>(); }
 
 void historyGridAccessible::notifyFocus(HistoryGrid &grid, int position)
 {

@@ -8,8 +8,8 @@
 #include "ui/dialogs/Sheet.h"
 #include "ui/theme/Measures.h"
 #include "ui/widgets/ActionButton.h"
-#include "ui/widgets/PageTitle.h"
 #include "ui/widgets/SymbolLabel.h"
+#include "ui/widgets/TextLabel.h"
 
 #include <QShowEvent>
 #include <QVBoxLayout>
@@ -130,9 +130,6 @@ void HistoryListView::openPreview(int position)
     connect(m_sheet, &Sheet::closed, this, [this] { m_selectedRecord.reset(); });
 }
 
-void HistoryListView::closePreview()
-{
-    m_sheet->close();
-}
+void HistoryListView::closePreview() { m_sheet->close(); }
 
 } // namespace quilmora

@@ -2,14 +2,14 @@
 
 #include "screens/history/ElidedLabel.h"
 #include "ui/accessibility/Accessibility.h"
-#include "ui/dialogs/CoverExport.h"
+#include "ui/dialogs/FileDialogs.h"
 #include "ui/dialogs/Sheet.h"
 #include "ui/style/FocusRing.h"
 #include "ui/theme/Fonts.h"
 #include "ui/theme/Measures.h"
 #include "ui/theme/PixelSnapper.h"
 #include "ui/theme/Shapes.h"
-#include "ui/widgets/GradientButton.h"
+#include "ui/widgets/ActionButton.h"
 #include "ui/widgets/PictureView.h"
 #include "ui/widgets/TextLabel.h"
 
@@ -38,10 +38,7 @@ constexpr double buttonShadowOpacity = 0.30;
 constexpr QSize pictureBox{800, 540};
 constexpr int metaPixelSize = 11;
 
-QString modelText(const HistoryRecord &record)
-{
-    return record.modelID.isEmpty() ? u"—"_s : record.modelID;
-}
+QString modelText(const HistoryRecord &record) { return record.modelID.isEmpty() ? u"—"_s : record.modelID; }
 
 QString timeText(const HistoryRecord &record)
 {
@@ -215,10 +212,7 @@ void ImagePreviewView::saveImage()
     }
 }
 
-QSize ImagePreviewView::sizeHint() const
-{
-    return viewSize;
-}
+QSize ImagePreviewView::sizeHint() const { return viewSize; }
 
 void ImagePreviewView::resizeEvent(QResizeEvent *event)
 {

@@ -1,6 +1,9 @@
 #include "screens/history/ThumbnailCache.h"
 
-#include "platform/UserFolders.h"
+#include "platform/Files.h"
+#include "ui/theme/Shapes.h"
+
+#include <QImage>
 
 namespace quilmora {
 namespace {
@@ -8,6 +11,24 @@ namespace {
 qsizetype bytesOf(const QPixmap &pixmap)
 {
     return qsizetype{pixmap.width()} * pixmap.height() * pixmap.depth() / 8;
+}
+
+QSize pixelsOf(const ThumbnailCache::Square &square)
+{
+    const double pixels = square.side * square.devicePixelRatio;
+    return QSizeF{pixels, pixels}.toSize();
+}
+
+/// As large as fits into the square, without the corners of the square.
+QPixmap fitted(const QImage &image, const ThumbnailCache::Square &square)
+{
+    const QSize box = pixelsOf(square);
+    const QSize size = image.size().scaled(box, Qt::KeepAspectRatio).expandedTo({1, 1});
+    QRectF outline{QPointF{}, QSizeF{box}};
+    outline.moveCenter(QRectF{QPointF{}, QSizeF{size}}.center());
+    return cutPixmap(image, size,
+                     continuousRoundedRect(outline, square.cornerRadius * square.devicePixelRatio),
+                     square.devicePixelRatio);
 }
 
 } // namespace
@@ -36,10 +57,7 @@ void ThumbnailCache::keep(const QString &path, const FileFingerprint &stamp, con
     m_entries.insert(path, {stamp, square, pixmap, ++m_uses});
 }
 
-void ThumbnailCache::forget(const QString &path)
-{
-    m_entries.remove(path);
-}
+void ThumbnailCache::forget(const QString &path) { m_entries.remove(path); }
 
 void ThumbnailCache::trim(const QSet<QString> &inUse)
 {
@@ -67,6 +85,28 @@ qsizetype ThumbnailCache::bytes() const
         total += bytesOf(entry.pixmap);
     }
     return total;
+}
+
+bool ThumbnailReader::advance(const QString &path, const ThumbnailCache::Square &square, QDeadlineTimer until)
+{
+    const QString file = userFolders::expandTilde(path);
+    // Before reading, so that a change meanwhile is noticed.
+    const auto stamp = fileFingerprint(file);
+    if (!stamp) {
+        drop();
+        m_cache.forget(path);
+        return true;
+    }
+    if (!m_current || m_current->path != path || m_current->square != square || m_current->stamp != *stamp) {
+        m_current = std::make_unique<Current>(path, square, *stamp, file, pixelsOf(square));
+    }
+    if (!m_current->picture.advance(until)) {
+        return false;
+    }
+    const QImage image = m_current->picture.image();
+    m_cache.keep(path, *stamp, square, image.isNull() ? QPixmap{} : fitted(image, square));
+    drop();
+    return true;
 }
 
 } // namespace quilmora

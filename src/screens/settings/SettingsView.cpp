@@ -8,9 +8,8 @@
 #include "ui/theme/PixelSnapper.h"
 #include "ui/theme/Shapes.h"
 #include "ui/widgets/ActionButton.h"
-#include "ui/widgets/ErrorLine.h"
 #include "ui/widgets/LabeledField.h"
-#include "ui/widgets/PageTitle.h"
+#include "ui/widgets/TextLabel.h"
 
 #include <QPainter>
 #include <QShowEvent>

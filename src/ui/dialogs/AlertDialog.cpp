@@ -56,10 +56,7 @@ void AlertDialog::open(const QString &title, const QString &message, const QStri
     connect(dialog->m_button, &ActionButton::clicked, sheet, &Sheet::close);
 }
 
-QSize AlertDialog::sizeHint() const
-{
-    return {dialogWidth, layout()->totalHeightForWidth(dialogWidth)};
-}
+QSize AlertDialog::sizeHint() const { return {dialogWidth, layout()->totalHeightForWidth(dialogWidth)}; }
 
 void AlertDialog::paintEvent(QPaintEvent * /*event*/)
 {

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "platform/Timestamp.h"
+
 #include <QString>
 
 #include <optional>
 
+class QImage;
 class QWidget;
 
 namespace quilmora {
@@ -22,5 +25,9 @@ public:
     /// Where to save a PNG file. The user has agreed to replace an existing one.
     virtual std::optional<QString> chooseCoverDestination(QWidget *parent, const QString &proposedName) = 0;
 };
+
+/// Lets the user save `image` as a PNG file. The proposed name contains `moment` in local time. A failed
+/// write changes nothing and is not reported.
+void exportCover(const QImage &image, Timestamp moment, FileDialogs &dialogs, QWidget *parent);
 
 } // namespace quilmora

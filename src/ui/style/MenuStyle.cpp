@@ -1,13 +1,14 @@
 #include "ui/style/MenuStyle.h"
 
-#include "ui/style/MenuShadow.h"
 #include "ui/style/PopupBackground.h"
 #include "ui/theme/Fonts.h"
 #include "ui/theme/Measures.h"
 #include "ui/theme/PixelSnapper.h"
+#include "ui/theme/Shadow.h"
 #include "ui/theme/Shapes.h"
 #include "ui/theme/Theme.h"
 
+#include <QEvent>
 #include <QFontMetricsF>
 #include <QMenu>
 #include <QPainter>
@@ -21,6 +22,13 @@ using namespace Qt::StringLiterals;
 
 namespace quilmora {
 namespace {
+
+Shadow menuShadow()
+{
+    constexpr double blurRadius = 12;
+    constexpr QPointF offset{0, 4};
+    return {themeColor(ColorRole::sheetShadow), blurRadius, offset};
+}
 
 constexpr int padding = 5;
 constexpr int textSize = 13;
@@ -46,10 +54,7 @@ void drawMark(QPainter &painter, const QList<QPointF> &points, const QColor &col
 }
 
 /// The popups of combo boxes and completers ask for the same elements.
-bool isMenu(const QWidget *widget)
-{
-    return qobject_cast<const QMenu *>(widget) != nullptr;
-}
+bool isMenu(const QWidget *widget) { return qobject_cast<const QMenu *>(widget) != nullptr; }
 
 /// Draws one command or separator of a menu. Keeps a reference to the option.
 class MenuItem final
@@ -80,10 +85,7 @@ MenuItem::MenuItem(const QStyleOptionMenuItem &menuOption)
 {
 }
 
-int MenuItem::leftMargin() const
-{
-    return inset + (m_option.menuHasCheckableItems ? markWidth : 0);
-}
+int MenuItem::leftMargin() const { return inset + (m_option.menuHasCheckableItems ? markWidth : 0); }
 
 int MenuItem::rightMargin() const
 {
@@ -157,6 +159,54 @@ void MenuItem::drawCommand(QPainter &painter) const
 }
 
 } // namespace
+
+MenuShadow::MenuShadow(QWidget &shown, QWidget *window) : QWidget{window}, m_menu{shown}
+{
+    hide();
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_menu.installEventFilter(this);
+    connect(&m_menu, &QObject::destroyed, this, &QObject::deleteLater);
+}
+
+QRect MenuShadow::menuPlace() const
+{
+    return {parentWidget()->mapFromGlobal(m_menu.geometry().topLeft()), m_menu.size()};
+}
+
+void MenuShadow::follow()
+{
+    const Shadow shadow = menuShadow();
+    const int reach = shadow.reach();
+    const QRect place = menuPlace().adjusted(-reach, -reach, reach, reach);
+    setGeometry(place.translated(shadow.offset.toPoint()) & parentWidget()->rect());
+    raise();
+    setVisible(m_menu.isVisible());
+    update();
+}
+
+bool MenuShadow::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::Show:
+    case QEvent::Move:
+    case QEvent::Resize:
+        follow();
+        break;
+    case QEvent::Hide:
+        hide();
+        break;
+    default:
+        break;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void MenuShadow::paintEvent(QPaintEvent * /*event*/)
+{
+    QPainter painter{this};
+    painter.translate(-pos());
+    menuShadow().draw(painter, roundedRect(menuPlace(), measures::controlRadius));
+}
 
 MenuStyle::MenuStyle() : QProxyStyle{QStyleFactory::create(u"Fusion"_s)} {}
 

@@ -103,10 +103,7 @@ size_t shapeHash(const QPainterPath &shape)
 
 } // namespace
 
-int Shadow::reach() const
-{
-    return static_cast<int>(std::ceil(blurRadius * 1.6));
-}
+int Shadow::reach() const { return static_cast<int>(std::ceil(blurRadius * 1.6)); }
 
 double Shadow::resolution(double devicePixelRatio) const
 {

@@ -20,10 +20,7 @@ namespace {
 /// Without the margin of a twelfth in the SVG files, symbols are a little taller than capitals.
 constexpr double extentPerTextSize = 1.3;
 
-int pixelsOf(int side, double ratio)
-{
-    return static_cast<int>(std::lround(side * ratio));
-}
+int pixelsOf(int side, double ratio) { return static_cast<int>(std::lround(side * ratio)); }
 
 double strokeWidth(QFont::Weight weight)
 {
@@ -70,10 +67,7 @@ Symbol::Symbol(QString symbolName, int size, QFont::Weight symbolWeight)
 {
 }
 
-int Symbol::extent() const
-{
-    return static_cast<int>(std::lround(m_pixelSize * extentPerTextSize));
-}
+int Symbol::extent() const { return static_cast<int>(std::lround(m_pixelSize * extentPerTextSize)); }
 
 void Symbol::draw(QPainter &painter, const QRectF &bounds, const QColor &color) const
 {

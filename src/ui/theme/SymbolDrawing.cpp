@@ -1,7 +1,5 @@
 #include "ui/theme/SymbolDrawing.h"
 
-#include "ui/theme/PixelFitter.h"
-
 #include <QPaintDevice>
 #include <QPaintEngine>
 #include <QPainter>
@@ -10,13 +8,14 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <iterator>
 #include <utility>
 
 namespace quilmora {
 namespace {
 
 constexpr int gridUnits = 24;
-constexpr double middle = gridUnits / 2.0;
+constexpr double gridMiddle = gridUnits / 2.0;
 constexpr double usualStroke = 1.7; ///< As the drawings have it.
 
 /// Passes the painted paths to a function.
@@ -83,12 +82,46 @@ private:
     mutable PathEngine m_engine;
 };
 
-bool isZero(double value)
-{
-    return std::abs(value) < 1e-3;
-}
+bool isZero(double value) { return std::abs(value) < 1e-3; }
 
 } // namespace
+
+PixelFitter::PixelFitter(double middle, double target, double scale)
+    : m_middle{middle},
+      m_target{target},
+      m_scale{scale}
+{
+}
+
+void PixelFitter::align(double place, double width)
+{
+    constexpr double leastDistance = 0.5;
+    const auto next = m_aligned.lower_bound(place);
+    const bool isCloseToNext = next != m_aligned.end() && (next->first - place) * m_scale < leastDistance;
+    if (isCloseToNext ||
+        (next != m_aligned.begin() && (place - std::prev(next)->first) * m_scale < leastDistance)) {
+        return;
+    }
+    const double distance = std::abs(place - m_middle) * m_scale;
+    const double start = std::round(m_target - distance - width / 2);
+    const double fitted = distance < leastDistance / 2 ? 0 : m_target - start - width / 2;
+    m_aligned[place] = place < m_middle ? m_target - fitted : m_target + fitted;
+}
+
+double PixelFitter::pixelAt(double place) const
+{
+    if (m_aligned.empty()) {
+        return m_target + (place - m_middle) * m_scale;
+    }
+    const auto next = m_aligned.lower_bound(place);
+    if (next == m_aligned.begin() || next == m_aligned.end()) {
+        const auto nearest = next == m_aligned.begin() ? next : std::prev(next);
+        return nearest->second + (place - nearest->first) * m_scale;
+    }
+    const auto previous = std::prev(next);
+    return std::lerp(previous->second, next->second,
+                     (place - previous->first) / (next->first - previous->first));
+}
 
 bool SymbolDrawing::Shape::isSmall() const
 {
@@ -101,7 +134,7 @@ SymbolDrawing::SymbolDrawing(const QByteArray &svg)
     PathDevice device{[this](const QPainterPath &path, double strokeShare) {
         m_shapes.append({path, strokeShare});
         if (m_shapes.constLast().isSmall()) {
-            m_hasSmallInMiddle |= isZero(path.boundingRect().center().x() - middle);
+            m_hasSmallInMiddle |= isZero(path.boundingRect().center().x() - gridMiddle);
         } else {
             markAlong(m_shapes.constLast());
         }
@@ -178,7 +211,7 @@ QPainterPath SymbolDrawing::fittedSmall(const QPainterPath &path, const PixelFit
     const QRectF bounds = path.boundingRect();
     const double usualWidth = across.pixelsIn(bounds.width());
     // Symmetric about the middle.
-    const double middlePixel = across.pixelAt(middle);
+    const double middlePixel = across.pixelAt(gridMiddle);
     const double width = m_hasSmallInMiddle
                              ? std::max(1.0, 2 * (middlePixel - std::round(middlePixel - usualWidth / 2)))
                              : whole(usualWidth);
@@ -207,12 +240,12 @@ void SymbolDrawing::paint(QPainter &painter, int side, double strokeWidth, const
                                   : std::max(thinnestCurve, strokeWidth * scale);
     const double usualMiddle = (side + (isMoved ? 1 : 0)) / 2.0;
     const bool hasMiddleStem = std::any_of(m_columns.begin(), m_columns.end(), [&](const Mark &mark) {
-        return isStem(mark) && isZero(mark.place - middle);
+        return isStem(mark) && isZero(mark.place - gridMiddle);
     });
     // A stroke in the middle determines its position.
-    PixelFitter across{middle, hasMiddleStem ? std::floor(usualMiddle - width / 2) + width / 2 : usualMiddle,
-                       scale};
-    PixelFitter down{middle, usualMiddle, scale};
+    PixelFitter across{gridMiddle,
+                       hasMiddleStem ? std::floor(usualMiddle - width / 2) + width / 2 : usualMiddle, scale};
+    PixelFitter down{gridMiddle, usualMiddle, scale};
     align(across, m_columns, width);
     align(down, m_rows, width);
     for (const Shape &shape : m_shapes) {

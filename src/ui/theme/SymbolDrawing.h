@@ -3,13 +3,35 @@
 #include <QList>
 #include <QPainterPath>
 
+#include <map>
+
 class QByteArray;
 class QColor;
 class QPainter;
 
 namespace quilmora {
 
-class PixelFitter;
+/// Scales one axis of a drawing to pixels so that chosen places get whole positions, with linear
+/// interpolation between them. Symmetric about the middle.
+class PixelFitter final
+{
+public:
+    /// `middle` of the drawing is mapped to `target`, in pixels.
+    PixelFitter(double middle, double target, double scale);
+
+    /// Lets a stroke along `place` that is `width` pixels wide, or the edge of an area for 0, start on a
+    /// whole pixel. Does nothing next to a place that is aligned already.
+    void align(double place, double width);
+
+    double pixelAt(double place) const;
+    double pixelsIn(double length) const { return length * m_scale; }
+
+private:
+    double m_middle;
+    double m_target;
+    double m_scale;
+    std::map<double, double> m_aligned; ///< The pixels by their places.
+};
 
 /// The strokes and filled shapes of a symbol on its grid of 24 units. Painting fits them to the pixels:
 /// straight strokes get a whole width, and they and the extreme points of curves whole positions.

@@ -1,7 +1,5 @@
 #include "ui/theme/Theme.h"
 
-#include "platform/SystemAppearance.h"
-
 #include <QApplication>
 #include <QEvent>
 #include <QWidget>
@@ -25,15 +23,9 @@ struct Tone {
     }
 };
 
-constexpr Tone black(double opacity)
-{
-    return {0, 0, 0, opacity};
-}
+constexpr Tone black(double opacity) { return {0, 0, 0, opacity}; }
 
-constexpr Tone white(double opacity)
-{
-    return {1, 1, 1, opacity};
-}
+constexpr Tone white(double opacity) { return {1, 1, 1, opacity}; }
 
 constexpr Tone hex(unsigned rgb, double opacity = 1)
 {
@@ -49,10 +41,7 @@ struct RoleColors {
     Tone darkHighContrast = dark;
 };
 
-constexpr RoleColors fixed(ColorRole role, Tone tone)
-{
-    return {role, tone, tone};
-}
+constexpr RoleColors fixed(ColorRole role, Tone tone) { return {role, tone, tone}; }
 
 constexpr RoleColors outline(ColorRole role, Tone light, Tone dark)
 {
@@ -148,10 +137,7 @@ QColor Theme::color(ColorRole role) const
     return m_scheme == ColorScheme::dark ? colors.dark : colors.light;
 }
 
-double Theme::borderWidth(double width) const
-{
-    return m_contrast == Contrast::high ? 2 * width : width;
-}
+double Theme::borderWidth(double width) const { return m_contrast == Contrast::high ? 2 * width : width; }
 
 void Theme::setScheme(ColorScheme scheme)
 {
@@ -211,9 +197,6 @@ QLinearGradient Theme::accentGradient(const QRectF &bounds)
     return gradient;
 }
 
-QColor themeColor(ColorRole role)
-{
-    return Theme::current().color(role);
-}
+QColor themeColor(ColorRole role) { return Theme::current().color(role); }
 
 } // namespace quilmora

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "platform/ColorScheme.h"
-#include "platform/Contrast.h"
+#include "platform/SystemAppearance.h"
 
 #include <QColor>
 #include <QLinearGradient>
@@ -9,8 +8,6 @@
 #include <QPalette>
 
 namespace quilmora {
-
-class SystemAppearance;
 
 /// The purpose of a color.
 enum class ColorRole {

@@ -1,13 +1,18 @@
 #include "ui/widgets/ActionButton.h"
 
+#include "ui/style/ButtonFace.h"
 #include "ui/theme/Fonts.h"
-#include "ui/theme/Measures.h"
 #include "ui/theme/Theme.h"
 #include "ui/widgets/IconAndTitle.h"
 
 #include <QPainter>
 
 namespace quilmora {
+namespace {
+
+constexpr double wholeHeight = 1000; ///< A radius that is limited to half the height.
+
+} // namespace
 
 ActionButton::ActionButton(const QString &iconName, const QString &title, const Look &look, QWidget *parent)
     : PaintedButton{title, parent},
@@ -47,12 +52,29 @@ QColor ActionButton::textColor() const
 void ActionButton::paint(QPainter &painter)
 {
     ButtonFace{.kind = m_look.kind,
-               .cornerRadius = measures::controlRadius,
+               .cornerRadius = m_look.cornerRadius,
                .isPressed = isDown(),
                .isHovered = m_look.kind == Kind::bordered && underMouse(),
                .isFocused = showsFocus()}
         .draw(painter, rect());
     iconAndTitle::draw(painter, rect(), symbol(), text(), font(), m_look.spacing, textColor());
+}
+
+GradientButton::GradientButton(const QString &iconName, const QString &title, double shadowOpacity,
+                               QWidget *parent)
+    : ActionButton{iconName,
+                   title,
+                   {Kind::gradient, 14, QFont::DemiBold, measures::iconSpacing, {22, 11}, wholeHeight},
+                   parent},
+      m_shadowOpacity{shadowOpacity}
+{
+}
+
+Shadow GradientButton::shadow() const
+{
+    QColor color = themeColor(ColorRole::gradientButtonShadow);
+    color.setAlphaF(static_cast<float>(m_shadowOpacity));
+    return {color, 6, {0, 3}};
 }
 
 } // namespace quilmora

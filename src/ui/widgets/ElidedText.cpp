@@ -7,6 +7,9 @@
 #include <QTextBoundaryFinder>
 #include <QTextLayout>
 
+#include <algorithm>
+#include <cmath>
+
 using namespace Qt::StringLiterals;
 
 namespace quilmora {
@@ -102,14 +105,17 @@ QStringList ElidedText::lines(int width) const
     return lines;
 }
 
-int ElidedText::heightOfLines(const QFont &font, int lines)
-{
-    return lines * QFontMetrics{font}.height();
-}
+int ElidedText::heightOfLines(const QFont &font, int lines) { return lines * QFontMetrics{font}.height(); }
 
-int ElidedText::height(int width) const
+QSize ElidedText::size(int width) const
 {
-    return heightOfLines(m_font, static_cast<int>(lines(width).size()));
+    const QFontMetricsF metrics{m_font};
+    const QStringList shown = lines(width);
+    double widest = 0;
+    for (const QString &line : shown) {
+        widest = std::max(widest, metrics.horizontalAdvance(line));
+    }
+    return {static_cast<int>(std::ceil(widest)), heightOfLines(m_font, static_cast<int>(shown.size()))};
 }
 
 int ElidedText::draw(QPainter &painter, const QRectF &bounds, const QColor &color) const

@@ -1,7 +1,10 @@
 #pragma once
 
 #include <QFont>
+#include <QSize>
 #include <QString>
+
+#include <limits>
 
 class QColor;
 class QPainter;
@@ -14,11 +17,14 @@ namespace quilmora {
 class ElidedText final
 {
 public:
+    static constexpr int unlimited = std::numeric_limits<int>::max();
+
     ElidedText(const QString &text, const QFont &font, int maximumLines,
                Qt::Alignment alignment = Qt::AlignLeft);
 
-    /// In device-independent pixels.
-    int height(int width) const;
+    /// Of the lines at that maximum width, in device-independent pixels.
+    QSize size(int width) const;
+    int height(int width) const { return heightOfLines(m_font, static_cast<int>(lines(width).size())); }
 
     static int heightOfLines(const QFont &font, int lines);
 

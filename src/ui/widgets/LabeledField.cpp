@@ -3,7 +3,7 @@
 #include "platform/UnicodeText.h"
 #include "ui/accessibility/Accessibility.h"
 #include "ui/theme/Fonts.h"
-#include "ui/widgets/MaskedField.h"
+#include "ui/widgets/TextField.h"
 
 #include <QFontMetrics>
 #include <QVBoxLayout>

@@ -8,6 +8,27 @@
 
 namespace quilmora {
 
+void ScaledPicture::setImage(const QImage &image)
+{
+    m_image = image;
+    m_scaled = {};
+}
+
+QSize ScaledPicture::fittedSize(QSize box) const
+{
+    return m_image.isNull() ? QSize{} : m_image.size().scaled(box, Qt::KeepAspectRatio).expandedTo({1, 1});
+}
+
+const QPixmap &ScaledPicture::pixmap(QSize size, double devicePixelRatio)
+{
+    const QSize pixels = (QSizeF{size} * devicePixelRatio).toSize();
+    if (!m_image.isNull() && (m_scaled.size() != pixels || m_scaled.devicePixelRatio() != devicePixelRatio)) {
+        m_scaled = cutPixmap(m_image, pixels, roundedRect(QRectF{{}, pixels}, m_radius * devicePixelRatio),
+                             devicePixelRatio);
+    }
+    return m_scaled;
+}
+
 PictureView::PictureView(const QImage &image, const QString &accessibleName, const Look &look,
                          QWidget *parent)
     : QWidget{parent},
@@ -26,10 +47,7 @@ void PictureView::setBox(QSize box)
     updateGeometry();
 }
 
-QSize PictureView::sizeHint() const
-{
-    return m_picture.fittedSize(m_look.box);
-}
+QSize PictureView::sizeHint() const { return m_picture.fittedSize(m_look.box); }
 
 QRect PictureView::pictureBounds() const
 {
@@ -39,10 +57,7 @@ QRect PictureView::pictureBounds() const
     return bounds;
 }
 
-QPainterPath PictureView::outline() const
-{
-    return roundedRect(pictureBounds(), m_look.cornerRadius);
-}
+QPainterPath PictureView::outline() const { return roundedRect(pictureBounds(), m_look.cornerRadius); }
 
 void PictureView::paintEvent(QPaintEvent * /*event*/)
 {

@@ -4,6 +4,9 @@
 #include "ui/theme/Fonts.h"
 
 #include <QEvent>
+#include <QPainter>
+
+#include <cmath>
 
 namespace quilmora {
 
@@ -43,6 +46,33 @@ TextLabel *makeNotification(const QString &text, const QString &description, Tex
     label->setAccessibleName(text);
     label->setAccessibleDescription(description);
     return label;
+}
+
+PageTitle::PageTitle(const QString &text, QWidget *parent) : TextLabel{text, {22, QFont::Bold}, parent} {}
+
+void PageTitle::paintEvent(QPaintEvent * /*event*/)
+{
+    QPainter painter{this};
+    painter.setPen(palette().color(QPalette::WindowText));
+    // Rounded like the texts of buttons.
+    painter.drawText(QPointF{0, std::round(baselineInRow(font(), height()))}, text());
+}
+
+ErrorLine::ErrorLine(int pixelSize, QWidget *parent)
+    : TextLabel{{}, {pixelSize, QFont::Normal, ColorRole::redText}, parent}
+{
+    setWordWrap(true);
+    hide();
+}
+
+void ErrorLine::setMessage(const QString &message)
+{
+    setText(message);
+    setVisible(!message.isEmpty());
+    // A notification would be announced again when the form around it is shown again.
+    if (!message.isEmpty()) {
+        announce(this, message);
+    }
 }
 
 } // namespace quilmora

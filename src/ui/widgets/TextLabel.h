@@ -34,4 +34,29 @@ private:
 TextLabel *makeNotification(const QString &text, const QString &description, TextLabel::Style style,
                             QWidget *parent);
 
+/// The title of a screen. Its characters, not its line, are centered vertically: at this size the two are
+/// pixels apart, which is visible beside a button.
+class PageTitle final : public TextLabel
+{
+    Q_OBJECT
+
+public:
+    explicit PageTitle(const QString &text, QWidget *parent = nullptr);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+};
+
+/// A red line that is visible while it has a message. Screen readers announce each message once.
+class ErrorLine final : public TextLabel
+{
+    Q_OBJECT
+
+public:
+    explicit ErrorLine(int pixelSize, QWidget *parent = nullptr);
+
+    /// An empty message hides the line.
+    void setMessage(const QString &message);
+};
+
 } // namespace quilmora

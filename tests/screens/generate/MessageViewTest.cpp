@@ -1,6 +1,5 @@
 #include "screens/generate/MessageView.h"
 
-#include "screens/generate/MessageLines.h"
 #include "support/AccessibleFinder.h"
 #include "support/LaidOutText.h"
 #include "support/ScreenCapture.h"
@@ -14,7 +13,6 @@
 #include <QTextBlock>
 #include <QVBoxLayout>
 
-#include <algorithm>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -22,15 +20,6 @@ using namespace quilmora;
 using namespace quilmora::test;
 
 namespace {
-
-qsizetype longestLineOf(const QString &text)
-{
-    qsizetype longest = 0;
-    for (const QString &line : text.split(u'\n')) {
-        longest = std::max(longest, line.size());
-    }
-    return longest;
-}
 
 /// Whether the view is as high as a frame may be, and no line is truncated at its lower edge.
 bool showsWholeLines(const MessageView &view)
@@ -48,29 +37,25 @@ class MessageViewTest final : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void aShortMessageNeverScrolls_data()
-    {
-        QTest::addColumn<QString>("message");
-        QTest::newRow("one line") << u"请求超时"_s;
-        QTest::newRow("several lines") << u"一\n二\n三\n四\n五"_s;
-        QTest::newRow("a wrapping sentence") << u"连接被远程主机关闭。"_s.repeated(30);
-        QTest::newRow("one word of 600 letters") << QString{600, u'x'};
-        QTest::newRow("compact JSON")
-            << u"响应缺少 data 字段："_s + u"{\"a\":\"b\",\"c\":[1,2]}"_s.repeated(25);
-    }
-
     void aShortMessageNeverScrolls()
     {
-        QFETCH(const QString, message);
-        const MessageView *view = show(message);
-        QVERIFY(accessible::find<MessageView>(m_window.get(), texts::errorMessage) == view);
-        QCOMPARE(view->toPlainText(), message);
-        QCOMPARE(m_window->width(), 600);
-        QCOMPARE(view->width(), 600);
-        QTRY_COMPARE(view->verticalScrollBar()->maximum(), 0);
-        for (QTextBlock block = view->document()->begin(); block.isValid(); block = block.next()) {
-            for (int line = 0; line < block.layout()->lineCount(); ++line) {
-                QVERIFY(block.layout()->lineAt(line).naturalTextWidth() <= view->viewport()->width());
+        const QStringList messages{
+            u"请求超时"_s,           u"<h1>&amp; &File</h1><img src=\"file:///etc/hostname\">\n&&"_s,
+            u"一\n二\n三\n四\n五"_s, u"连接被远程主机关闭。"_s.repeated(30),
+            QString{600, u'x'},      u"响应缺少 data 字段："_s + u"{\"a\":\"b\",\"c\":[1,2]}"_s.repeated(25),
+        };
+        for (const QString &message : messages) {
+            const MessageView *view = show(message);
+            QVERIFY(accessible::find<MessageView>(m_window.get(), texts::errorMessage) == view);
+            QCOMPARE(view->toPlainText(), message);
+            QCOMPARE(view->document()->blockCount(), message.count(u'\n') + 1);
+            QCOMPARE(m_window->width(), 600);
+            QCOMPARE(view->width(), 600);
+            QTRY_COMPARE(view->verticalScrollBar()->maximum(), 0);
+            for (QTextBlock block = view->document()->begin(); block.isValid(); block = block.next()) {
+                for (int line = 0; line < block.layout()->lineCount(); ++line) {
+                    QVERIFY(block.layout()->lineAt(line).naturalTextWidth() <= view->viewport()->width());
+                }
             }
         }
     }
@@ -82,31 +67,26 @@ private Q_SLOTS:
         m_window->resize(300, 500);
         QTRY_VERIFY(view->height() > wide);
         QTRY_COMPARE(view->verticalScrollBar()->maximum(), 0);
-        QCOMPARE(show(u"一"_s)->height() < show(u"一\n二"_s)->height(), true);
-    }
-
-    void aLongMessageScrollsInsideAFrame_data()
-    {
-        QTest::addColumn<QString>("message");
-        QTest::newRow("long lines") << u"<p>502 Bad Gateway</p>\n"_s.repeated(2000);
-        QTest::newRow("short lines") << QString{u"一行\n"_s.repeated(39) + u"一行"_s};
+        QVERIFY(show(u"一"_s)->height() < show(u"一\n二"_s)->height());
     }
 
     void aLongMessageScrollsInsideAFrame()
     {
-        QFETCH(const QString, message);
-        MessageView *view = show(message);
-        QVERIFY(showsWholeLines(*view));
-        QTRY_VERIFY(view->verticalScrollBar()->maximum() > 0);
-        QVERIFY(accessible::find<MessageView>(m_window.get(), texts::errorMessage) == view);
-        QCOMPARE(view->toPlainText(), message);
-        QCOMPARE(screenCapture::colorAt(screenCapture::capture(view), {8, 160}), QColor(Qt::white));
-        QTest::keyClick(addField(), Qt::Key_Tab);
-        QVERIFY(view->hasFocus());
-        QTest::keyClick(view, Qt::Key_PageDown);
-        QVERIFY(view->verticalScrollBar()->value() > 0);
-        QTest::keyClick(view, Qt::Key_Home);
-        QCOMPARE(view->verticalScrollBar()->value(), 0);
+        for (const QString &message :
+             {u"<p>502 Bad Gateway</p>\n"_s.repeated(2000), QString{u"一行\n"_s.repeated(39) + u"一行"_s}}) {
+            MessageView *view = show(message);
+            QVERIFY(showsWholeLines(*view));
+            QTRY_VERIFY(view->verticalScrollBar()->maximum() > 0);
+            QVERIFY(accessible::find<MessageView>(m_window.get(), texts::errorMessage) == view);
+            QCOMPARE(view->toPlainText(), message);
+            QCOMPARE(screenCapture::colorAt(screenCapture::capture(view), {8, 160}), QColor(Qt::white));
+            QTest::keyClick(addField(), Qt::Key_Tab);
+            QVERIFY(view->hasFocus());
+            QTest::keyClick(view, Qt::Key_PageDown);
+            QVERIFY(view->verticalScrollBar()->value() > 0);
+            QTest::keyClick(view, Qt::Key_Home);
+            QCOMPARE(view->verticalScrollBar()->value(), 0);
+        }
     }
 
     void aShortMessageIsReachedAndReadByKeyboard()
@@ -150,14 +130,6 @@ private Q_SLOTS:
         QCOMPARE(ink({320, 0, 280, shown.height()}), 0);
     }
 
-    void markupAndAmpersandsAreText()
-    {
-        const QString message = u"<h1>&amp; &File</h1><img src=\"file:///etc/hostname\">\n&&"_s;
-        const MessageView *view = show(message);
-        QCOMPARE(view->toPlainText(), message);
-        QCOMPARE(view->document()->blockCount(), 2);
-    }
-
     void theKeyboardCopiesThePartThatIsSelected()
     {
         const QString message = u"一\u00a0二\r\n三\u3000四"_s + QString{5000, u'x'};
@@ -183,24 +155,20 @@ private Q_SLOTS:
         QVERIFY(view->document()->blockCount() <= 20001);
         QVERIFY(laidOutCharacters(*view->document()) > 0);
         QVERIFY(laidOutCharacters(*view->document()) < 10000);
-    }
-
-    void ordinaryTextsAreShownAsTheyAre_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::newRow("empty") << QString{};
-        QTest::newRow("a sentence") << u"请求超时"_s;
-        QTest::newRow("lines") << u"a\n\nb\n"_s;
-        QTest::newRow("markup") << u"<b>&amp;</b> & \u00a0"_s;
-        QTest::newRow("a line just short enough") << QString{2000, u'x'};
+        const MessageLines lines{message};
+        QVERIFY(lines.shown().count(u'\n') <= 20001);
+        QCOMPARE(lines.shown().size(), message.size());
+        QCOMPARE(lines.originalBetween(0, message.size()), message);
     }
 
     void ordinaryTextsAreShownAsTheyAre()
     {
-        QFETCH(const QString, text);
-        const MessageLines lines{text};
-        QCOMPARE(lines.shown(), text);
-        QCOMPARE(lines.originalBetween(0, text.size()), text);
+        for (const QString &text :
+             {QString{}, u"请求超时"_s, u"a\n\nb\n"_s, u"<b>&amp;</b> & \u00a0"_s, QString{2000, u'x'}}) {
+            const MessageLines lines{text};
+            QCOMPARE(lines.shown(), text);
+            QCOMPARE(lines.originalBetween(0, text.size()), text);
+        }
     }
 
     void everyBreakIsOneLineFeedAndComesBackAsItWas()
@@ -214,30 +182,23 @@ private Q_SLOTS:
         QCOMPARE(lines.originalBetween(9, 12), u"\r\n\r\nf"_s);
     }
 
-    void longLinesAreBrokenAtBlanks()
-    {
-        const QString text = u"word and "_s.repeated(3000);
-        const MessageLines lines{text};
-        QVERIFY(longestLineOf(lines.shown()) <= 2000);
-        for (const QString &line : lines.shown().split(u'\n')) {
-            QVERIFY2(line.isEmpty() || line.endsWith(u' '), qPrintable(line.right(20)));
-        }
-        QCOMPARE(lines.originalBetween(0, lines.shown().size()), text);
-    }
-
-    void longLinesWithoutBlanksAreBrokenBetweenCharacters()
+    void longLinesAreBrokenAtBlanksOrBetweenCharacters()
     {
         // A family of seven code points, eleven units long.
         const QString family = u"👨‍👩‍👧‍👦"_s;
-        const QString text = family.repeated(1000);
-        const MessageLines lines{text};
-        const QStringList pieces = lines.shown().split(u'\n');
-        QVERIFY(pieces.size() > 4);
-        for (const QString &piece : pieces) {
-            QCOMPARE(piece.size() % family.size(), 0);
-            QVERIFY(piece.size() <= 2000);
+        for (const QString &part : {u"word and "_s, family}) {
+            const QString text = part.repeated(part == family ? 1000 : 3000);
+            const MessageLines lines{text};
+            const QStringList pieces = lines.shown().split(u'\n');
+            QVERIFY(pieces.size() > 4);
+            for (const QString &piece : pieces) {
+                QVERIFY(piece.size() <= 2000);
+                QVERIFY2(part == family ? piece.size() % family.size() == 0
+                                        : piece.isEmpty() || piece.endsWith(u' '),
+                         qPrintable(piece.right(20)));
+            }
+            QCOMPARE(lines.originalBetween(0, lines.shown().size()), text);
         }
-        QCOMPARE(lines.originalBetween(0, lines.shown().size()), text);
     }
 
     void everyPartComesBackToTheCharacter()
@@ -253,15 +214,6 @@ private Q_SLOTS:
         for (qsizetype place = 0; place <= shown.size(); place += 37) {
             QCOMPARE(lines.originalBetween(0, place) + lines.originalBetween(place, shown.size()), text);
         }
-    }
-
-    void aMillionShortLinesShareParagraphs()
-    {
-        const QString text = u"\n"_s.repeated(1000000);
-        const MessageLines lines{text};
-        QVERIFY(lines.shown().count(u'\n') <= 20001);
-        QCOMPARE(lines.shown().size(), text.size());
-        QCOMPARE(lines.originalBetween(0, text.size()), text);
     }
 
 private:
@@ -290,5 +242,4 @@ private:
 };
 
 QUILMORA_TEST(MessageViewTest, runScreenTest)
-
 #include "MessageViewTest.moc"

@@ -1,7 +1,9 @@
 #include "screens/generate/UploadCard.h"
 
 #include "support/AccessibleFinder.h"
+#include "support/Drawing.h"
 #include "support/SamplePictures.h"
+#include "support/ScreenCapture.h"
 #include "support/ScreenTest.h"
 #include "support/ScriptedFileDialogs.h"
 #include "support/Texts.h"
@@ -9,6 +11,7 @@
 #include <QAbstractButton>
 #include <QDir>
 #include <QFile>
+#include <QLineEdit>
 #include <QVBoxLayout>
 
 #include <memory>
@@ -16,6 +19,7 @@
 using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
+using Make = std::function<QString(const QDir &folder)>;
 
 namespace {
 
@@ -26,7 +30,7 @@ enum class Picture { fresh, former, none };
 /// Makes a file, or what else a panel may give the path of, in a folder.
 using Make = std::function<QString(const QDir &folder)>;
 
-Make file(const QByteArray &bytes)
+Make made(const QByteArray &bytes)
 {
     return [bytes](const QDir &folder) {
         return samplePictures::write(folder.filePath(u"b.png"_s), bytes);
@@ -64,17 +68,26 @@ private Q_SLOTS:
 
     void aPickedPictureIsShownAndCanBeRemoved()
     {
+        // What the focus would go to by itself.
+        auto *next = new QLineEdit{m_window.get()};
+        next->show();
         QVERIFY(m_card->image().isNull());
         QVERIFY(removeButton() == nullptr);
+        QCOMPARE(accessible::interfaceOf(face())->role(), QAccessible::PushButton);
+        QCOMPARE(description(), texts::upload);
         pick(picture());
         QCOMPARE(m_card->image().convertToFormat(QImage::Format_RGB32), samplePictures::picture({60, 40}));
         QCOMPARE(otherTexts(), QStringList{});
+        QCOMPARE(accessible::interfaceOf(face())->text(QAccessible::Name), texts::facePhoto);
         QCOMPARE(accessible::interfaceOf(removeButton())->text(QAccessible::Description), texts::facePhoto);
         removeButton()->setFocus(Qt::TabFocusReason);
         QTest::keyClick(removeButton(), Qt::Key_Space);
         QVERIFY(m_card->image().isNull());
         QVERIFY(removeButton() == nullptr);
+        QCOMPARE(description(), texts::upload);
         QVERIFY(face()->hasFocus());
+        QTest::keyClick(face(), Qt::Key_Space);
+        QCOMPARE(m_panels->referencePanelCount(), 2);
     }
 
     void aFurtherPick_data()
@@ -83,15 +96,15 @@ private Q_SLOTS:
         QTest::addColumn<Picture>("shown");
         QTest::addColumn<QStringList>("message");
         const QStringList large{u"图片过大（15.0M），不能超过 10M"_s};
-        const Make fifteen = file(samplePictures::pngOfSize(15 * megabyte));
+        const Make fifteen = made(samplePictures::pngOfSize(15 * megabyte));
         const Make missing = [](const QDir &folder) {
             return folder.filePath(u"missing.png"_s);
         };
-        const Make small = file(samplePictures::png(samplePictures::picture({30, 20})));
+        const Make small = made(samplePictures::png(samplePictures::picture({30, 20})));
         QTest::newRow("a picture") << small << Picture::fresh << QStringList{};
         QTest::newRow("exactly ten megabytes")
-            << file(samplePictures::pngOfSize(10 * megabyte)) << Picture::fresh << QStringList{};
-        QTest::newRow("a byte more") << file(samplePictures::pngOfSize(10 * megabyte + 1)) << Picture::former
+            << made(samplePictures::pngOfSize(10 * megabyte)) << Picture::fresh << QStringList{};
+        QTest::newRow("a byte more") << made(samplePictures::pngOfSize(10 * megabyte + 1)) << Picture::former
                                      << QStringList{u"图片过大（10.0M），不能超过 10M"_s};
         QTest::newRow("fifteen megabytes") << fifteen << Picture::former << large;
         QTest::newRow("a link to them") << linkTo(fifteen) << Picture::former << large;
@@ -105,7 +118,7 @@ private Q_SLOTS:
             {"a text", "<svg xmlns='http://www.w3.org/2000/svg'/>"},
         };
         for (const auto &[name, bytes] : broken) {
-            QTest::newRow(name) << file(bytes) << Picture::none << QStringList{};
+            QTest::newRow(name) << made(bytes) << Picture::none << QStringList{};
         }
         QTest::newRow("a folder") << Make{&QDir::path} << Picture::none << QStringList{};
         QTest::newRow("missing") << missing << Picture::former
@@ -131,35 +144,25 @@ private Q_SLOTS:
                                                            : u"已选择 "_s + QFileInfo{path}.fileName());
     }
 
-    void cancellingClearsTheErrorAndKeepsThePicture()
+    void theErrorStaysUntilTheNextPanelOpens()
     {
         pick(picture());
+        pick(m_home->path(u"missing.png"_s));
+        const QStringList error = otherTexts();
+        QCOMPARE(error.size(), 1);
         const qint64 former = m_card->image().cacheKey();
-        pick(m_home->path(u"missing.png"_s));
-        QCOMPARE(otherTexts().size(), 1);
-        pick(std::nullopt);
-        QCOMPARE(otherTexts(), QStringList{});
-        QCOMPARE(m_card->image().cacheKey(), former);
-    }
-
-    void removingKeepsTheErrorLine()
-    {
-        pick(picture());
-        pick(m_home->path(u"missing.png"_s));
-        const QStringList before = otherTexts();
-        click(removeButton());
-        QVERIFY(m_card->image().isNull());
-        QCOMPARE(otherTexts(), before);
-        QCOMPARE(before.size(), 1);
-    }
-
-    void aNewPickClearsTheErrorBeforeThePanelOpens()
-    {
-        pick(m_home->path(u"missing.png"_s));
         QStringList duringPanel{u"the panel did not open"_s};
         m_panels->answerReference(std::nullopt, [&] { duringPanel = otherTexts(); });
         click(face());
         QCOMPARE(duringPanel, QStringList{});
+        // Cancelling keeps the picture and brings no error back.
+        QCOMPARE(otherTexts(), QStringList{});
+        QCOMPARE(m_card->image().cacheKey(), former);
+        // Removing the picture keeps the error.
+        pick(m_home->path(u"missing.png"_s));
+        click(removeButton());
+        QVERIFY(m_card->image().isNull());
+        QCOMPARE(otherTexts(), error);
     }
 
     void aFileThatGoesWhileThePanelIsOpenIsReported()
@@ -170,19 +173,6 @@ private Q_SLOTS:
         QCOMPARE(otherTexts(), QStringList{u"读取文件失败：此文件或目录不存在"_s});
     }
 
-    void theFaceIsAButtonNamedAfterTheCard()
-    {
-        QCOMPARE(accessible::interfaceOf(face())->role(), QAccessible::PushButton);
-        QCOMPARE(description(), texts::upload);
-        pick(picture());
-        QCOMPARE(accessible::interfaceOf(face())->text(QAccessible::Name), texts::facePhoto);
-        click(removeButton());
-        QCOMPARE(description(), texts::upload);
-        face()->setFocus(Qt::TabFocusReason);
-        QTest::keyClick(face(), Qt::Key_Space);
-        QCOMPARE(m_panels->referencePanelCount(), 2);
-    }
-
     void aCardThatGoesWhileThePanelIsOpenLoadsNothing()
     {
         QPointer<UploadCard> watched{m_card};
@@ -191,6 +181,74 @@ private Q_SLOTS:
         QMetaObject::invokeMethod(face(), &QAbstractButton::click, Qt::QueuedConnection);
         QTRY_VERIFY(watched.isNull());
         QCOMPARE(m_panels->referencePanelCount(), 1);
+    }
+
+    void everyKindOfPictureIsTaken()
+    {
+        const QImage plain = samplePictures::picture({60, 40});
+        const QByteArray png = samplePictures::png(plain);
+        const QByteArray jpeg = samplePictures::jpeg(plain);
+        const auto check = [this](const QString &name, const QByteArray &bytes, QSize size = {60, 40}) {
+            pick(file(name, bytes));
+            QVERIFY2(m_card->image().size() == size, qPrintable(name));
+            // Painting it must do, too.
+            QVERIFY(!screenCapture::capture(face(), 2.0).isNull());
+            click(removeButton());
+        };
+        check(u"a.png"_s, png);
+        check(u"a.jpg"_s, jpeg);
+        check(u"jpeg-named.png"_s, jpeg);
+        check(u"png-named.jpeg"_s, png);
+        check(u"no-suffix"_s, png);
+        for (const auto format : {QImage::Format_RGBA64, QImage::Format_Indexed8, QImage::Format_Grayscale8,
+                                  QImage::Format_Mono}) {
+            check(u"format-%1.png"_s.arg(format), samplePictures::png(plain.convertToFormat(format)));
+        }
+        check(u"cmyk.jpg"_s, samplePictures::cmykJpeg(), {8, 8});
+        check(u"animated.gif"_s, samplePictures::animatedGif(), {2, 2});
+        for (const QSize side : {QSize{1, 1}, QSize{5000, 2}}) {
+            check(u"%1.png"_s.arg(side.width()), samplePictures::png(samplePictures::picture(side)), side);
+        }
+    }
+
+    void aPhotoStandsUprightAndAnAnimationIsItsFirstPicture()
+    {
+        pick(file(u"phone.jpg"_s, samplePictures::sidewaysJpeg(samplePictures::picture({80, 40}))));
+        QCOMPARE(m_card->image().size(), QSize(40, 80));
+        // The mark of the top left corner has come to the top right one.
+        QVERIFY(screenCapture::isClose(m_card->image().pixelColor(37, 3), Qt::red, 40));
+        pick(file(u"moving.gif"_s, samplePictures::animatedGif()));
+        QCOMPARE(m_card->image().pixelColor(0, 0), QColor(Qt::red));
+    }
+
+    void everyPathIsRead()
+    {
+        int height = 40;
+        for (const QString &name : {u"图片/我的照片.png"_s, u" my  photo .png"_s, u"it's \"mine\".png"_s,
+                                    u"自拍🤳🏽.png"_s, u"100%20#1?.png"_s, u".photo"_s}) {
+            // Each of another size, so that the former is none of them.
+            pick(file(name, samplePictures::png(samplePictures::picture({60, ++height}))));
+            QVERIFY2(m_card->image().size() == QSize(60, height), qPrintable(name));
+        }
+    }
+
+    void theFileIsReadOnceHoweverOftenTheCardIsPainted()
+    {
+        const QString path = picture();
+        pick(path);
+        const QImage before = screenCapture::capture(face());
+        // Nor is it scaled anew.
+        const auto scaled = [this] {
+            return Drawing{face()}.pixmaps().constFirst().pixmap.cacheKey();
+        };
+        QCOMPARE(scaled(), scaled());
+        samplePictures::writePng(path, samplePictures::picture({60, 40}, Qt::blue));
+        QCOMPARE(screenCapture::capture(face()), before);
+        QVERIFY(QFile::remove(path));
+        m_window->resize(520, 330);
+        QVERIFY(!m_card->image().isNull());
+        QTRY_COMPARE(face()->width(), m_card->width());
+        QVERIFY(screenCapture::countOf(screenCapture::capture(face()), Qt::red, {}, 30) > 100);
     }
 
 private:
@@ -216,7 +274,12 @@ private:
         click(face());
     }
 
-    QString picture(const QString &name = u"a.png"_s)
+    QString file(const QString &name, const QByteArray &bytes) const
+    {
+        return samplePictures::write(m_home->path(name), bytes);
+    }
+
+    QString picture(const QString &name = u"a.png"_s) const
     {
         return samplePictures::writePng(m_home->path(name), samplePictures::picture({60, 40}));
     }
@@ -228,5 +291,4 @@ private:
 };
 
 QUILMORA_TEST(UploadCardTest, runScreenTest)
-
 #include "UploadCardTest.moc"

@@ -69,42 +69,25 @@ private Q_SLOTS:
             QCOMPARE(grid.positionAt(tile.topLeft() - QPoint{1, 0}), -1);
             QCOMPARE(grid.positionAt(tile.bottomRight() + QPoint{0, 1}), -1);
         }
-    }
-
-    void placesPastTheLastTileBelongToNone()
-    {
-        const GridGeometry grid = evenGrid(1000, 2);
+        // Nor do places past the last tile belong to any.
         const QPoint toNextColumn = grid.tile(1).topLeft() - grid.tile(0).topLeft();
-        QCOMPARE(grid.positionAt(grid.tile(1).center() + toNextColumn), -1);
-        QCOMPARE(grid.positionAt(grid.tile(0).center() + QPoint{0, 288}), -1);
+        QCOMPARE(grid.positionAt(grid.tile(8).center() + toNextColumn), -1);
+        QCOMPARE(grid.positionAt(grid.tile(8).center() + QPoint{0, 288}), -1);
         QCOMPARE(grid.positionAt({100, -1}), -1);
         QCOMPARE(evenGrid(1000, 0).positionAt({100, 100}), -1);
     }
 
-    void aBandHoldsTheRowsThatReachIntoIt_data()
-    {
-        QTest::addColumn<int>("top");
-        QTest::addColumn<int>("bottom");
-        QTest::addColumn<int>("first");
-        QTest::addColumn<int>("end");
-        // A row is 272 high, and 16 lie between rows.
-        QTest::newRow("nothing") << 0 << 0 << 0 << 0;
-        QTest::newRow("one line") << 0 << 1 << 0 << 4;
-        QTest::newRow("the first row") << 0 << 288 << 0 << 4;
-        QTest::newRow("a line of the second") << 0 << 289 << 0 << 8;
-        QTest::newRow("from inside the first") << 271 << 600 << 0 << 10;
-        QTest::newRow("from the second") << 288 << 600 << 4 << 10;
-        QTest::newRow("behind the end") << 5000 << 6000 << 10 << 10;
-        QTest::newRow("above the start") << -100 << 10 << 0 << 4;
-    }
-
     void aBandHoldsTheRowsThatReachIntoIt()
     {
-        QFETCH(const int, top);
-        QFETCH(const int, bottom);
-        QFETCH(const int, first);
-        QFETCH(const int, end);
-        QCOMPARE(evenGrid(1000, 10).positionsIn(top, bottom), (std::pair{first, end}));
+        // A row is 272 high, and 16 lie between rows.
+        using Pair = std::pair<int, int>;
+        const QList<std::pair<Pair, Pair>> bands{
+            {{0, 0}, {0, 0}},      {{0, 1}, {0, 4}},      {{0, 288}, {0, 4}},       {{0, 289}, {0, 8}},
+            {{271, 600}, {0, 10}}, {{288, 600}, {4, 10}}, {{5000, 6000}, {10, 10}}, {{-100, 10}, {0, 4}},
+        };
+        for (const auto &[band, positions] : bands) {
+            QCOMPARE(evenGrid(1000, 10).positionsIn(band.first, band.second), positions);
+        }
     }
 
     void aRowIsAsHighAsItsHighestTile()

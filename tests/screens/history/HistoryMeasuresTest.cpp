@@ -1,34 +1,36 @@
-#include "screens/history/TileFrame.h"
+#include "screens/history/HistoryThumbnail.h"
 #include "support/CornerShape.h"
 #include "support/Drawing.h"
 #include "support/HistoryScreen.h"
 #include "support/Placement.h"
 #include "support/ScreenCapture.h"
-#include "support/TestProgram.h"
 #include "ui/theme/Fonts.h"
 #include "ui/theme/Theme.h"
 
 #include <QDateTime>
+#include <QFile>
 #include <QFontMetrics>
 #include <QLabel>
 
+#include <algorithm>
 #include <cmath>
-#include <memory>
 
 using namespace Qt::StringLiterals;
 using namespace quilmora;
 using namespace quilmora::test;
+using namespace quilmora::test::screenCapture;
 
 namespace {
 
-double fifthOfMarch()
+/// A moment of the fifth of March.
+double moment(int year = 2025, int minute = 7)
 {
-    return static_cast<double>(QDateTime{{2025, 3, 5}, {9, 7, 3}}.toSecsSinceEpoch());
+    return static_cast<double>(QDateTime{{year, 3, 5}, {9, minute, 59}}.toSecsSinceEpoch());
 }
 
 } // namespace
 
-/// The numbers of the history screen, read from what is drawn.
+/// The numbers of the history screen and what its tiles show, read from what is drawn.
 class HistoryMeasuresTest final : public QObject
 {
     Q_OBJECT
@@ -50,19 +52,16 @@ private Q_SLOTS:
         QVERIFY(std::abs(title.center().y() - refresh.center().y()) <= 1);
 
         // What is seen of the texts lies on one line, too.
-        const QImage picture = screenCapture::capture(&m_screen->window, 2);
+        const QImage picture = capture(&m_screen->window, 2);
         const auto middleOfInk = [&](const QRect &place) {
-            int first = picture.height();
-            int last = 0;
-            for (int y = place.top() * 2; y < (place.bottom() + 1) * 2; ++y) {
-                for (int x = place.left() * 2; x < (place.right() + 1) * 2; ++x) {
-                    if (qGray(picture.pixel(x, y)) < 100 && qAlpha(picture.pixel(x, y)) > 150) {
-                        first = std::min(first, y);
-                        last = y;
-                    }
-                }
-            }
-            return (first + last + 1) / 4.0;
+            const QImage part = picture.copy({place.topLeft() * 2, place.size() * 2});
+            const QList<QPoint> rows = runs(part.height(), [&](int y) {
+                const auto isDark = [](const QColor &pixel) {
+                    return qGray(pixel.rgb()) < 100 && pixel.alpha() > 150;
+                };
+                return countIf(part, isDark, {0, y, part.width(), 1}) > 0;
+            });
+            return place.top() + (rows.constFirst().x() + rows.constLast().x() + rows.constLast().y()) / 4.0;
         };
         const QRect refreshText = refresh.adjusted(10 + 17 + 4, 2, -10, -2);
         QVERIFY2(std::abs(middleOfInk(title) - middleOfInk(refreshText)) <= 0.5,
@@ -83,8 +82,8 @@ private Q_SLOTS:
 
     void tilePlaces()
     {
-        m_screen->addRow(u"<b>一行</b>"_s, {}, fifthOfMarch(), u"模型"_s);
-        m_screen->addRow(u"甲\n乙\n丙"_s, {}, fifthOfMarch() - 60, u"型号"_s);
+        m_screen->addRow(u"<b>一行</b>"_s, {}, moment(), u"模型"_s);
+        m_screen->addRow(u"甲\n乙\n丙"_s, {}, moment() - 60, u"型号"_s);
         m_screen->open();
         const Drawing drawn = grid();
         const QRect square = m_screen->squareRect(0);
@@ -116,7 +115,7 @@ private Q_SLOTS:
         const QStringList prompts{u"一"_s,  u"一"_s, u"一"_s, u"一"_s, u"二"_s,
                                   twoLines, u"二"_s, u"二"_s, long200, u"三"_s};
         for (qsizetype position = 0; position < prompts.size(); ++position) {
-            m_screen->addRow(prompts.at(position), {}, fifthOfMarch() - 60.0 * static_cast<double>(position));
+            m_screen->addRow(prompts.at(position), {}, moment() - 60.0 * static_cast<double>(position));
         }
         m_screen->open();
         const int line = QFontMetrics{systemFont(12)}.height();
@@ -135,18 +134,17 @@ private Q_SLOTS:
 
     void tileSquare()
     {
-        m_screen->addRow(u"提示词"_s, {}, fifthOfMarch());
+        m_screen->addRow(u"提示词"_s, {}, moment());
         m_screen->open();
         const QRect square = m_screen->squareRect(0);
         QCOMPARE(CornerShape(m_screen->grid()->viewport(), square).differenceFromContinuous(8), QString{});
         constexpr int ratio = 8;
-        const QImage picture = screenCapture::capture(m_screen->grid()->viewport(), ratio);
+        const QImage picture = capture(m_screen->grid()->viewport(), ratio);
         const int y = square.center().y() * ratio;
         const int left = square.left() * ratio;
         // Grey at 20 %, one wide.
         const QColor line = picture.pixelColor(left, y);
-        QVERIFY2(screenCapture::isClose(line, themeColor(ColorRole::tileBorder)),
-                 qPrintable(screenCapture::text(line)));
+        QVERIFY2(isClose(line, themeColor(ColorRole::tileBorder)), qPrintable(text(line)));
         int width = 0;
         while (picture.pixelColor(left + width, y) == line) {
             ++width;
@@ -156,55 +154,20 @@ private Q_SLOTS:
         QCOMPARE(picture.pixelColor(left - 1, y).alpha(), 0);
     }
 
-    void halfOfTheOutlineLiesBesideTheGround_data()
-    {
-        QTest::addColumn<double>("ratio");
-        QTest::addColumn<int>("beside");
-        QTest::addColumn<int>("width");
-        QTest::newRow("one pixel a point, which cannot be halved") << 1.0 << 1 << 1;
-        QTest::newRow("two") << 2.0 << 1 << 2;
-        QTest::newRow("four") << 4.0 << 2 << 4;
-    }
-
     void halfOfTheOutlineLiesBesideTheGround()
     {
-        QFETCH(const double, ratio);
-        QFETCH(const int, beside);
-        QFETCH(const int, width);
-        TileFrame frame{8};
-        frame.prepare({100, 100}, 1, ratio);
-        const QImage background = frame.background().toImage();
-        const QImage outline = frame.outline().toImage();
-        const int middle = background.height() / 2;
-        for (int x = 0; x < 2 * width + 2; ++x) {
-            QCOMPARE(background.pixelColor(x, middle).alpha(), x < beside ? 0 : 255);
-            QCOMPARE(outline.pixelColor(x, middle).alpha(), x < width ? 51 : 0);
+        // One pixel a point cannot be halved.
+        for (const int ratio : {1, 2, 4}) {
+            TileFrame frame{8};
+            frame.prepare({100, 100}, 1, ratio);
+            const QImage background = frame.background().toImage();
+            const QImage outline = frame.outline().toImage();
+            const int middle = background.height() / 2;
+            for (int x = 0; x < 2 * ratio + 2; ++x) {
+                QCOMPARE(background.pixelColor(x, middle).alpha(), x < std::max(1, ratio / 2) ? 0 : 255);
+                QCOMPARE(outline.pixelColor(x, middle).alpha(), x < ratio ? 51 : 0);
+            }
         }
-    }
-
-    void tilePicture()
-    {
-        m_screen->addCover(u"a.png"_s, {400, 400}, fifthOfMarch());
-        m_screen->open();
-        const QRect square = m_screen->squareRect(0);
-        const Drawing drawn = grid();
-        // Between the square's ground and its outline.
-        QCOMPARE(drawn.pixmaps().size(), 3);
-        for (const auto &part : drawn.pixmaps()) {
-            QCOMPARE(part.place, QRectF{square});
-        }
-        QCOMPARE(CornerShape{drawn.pixmaps().at(1).leftHalf()}.differenceFromContinuous(8), QString{});
-    }
-
-    void tilePlaceholder()
-    {
-        m_screen->addRow(u"提示词"_s, u"~/missing.png"_s, fifthOfMarch());
-        m_screen->open();
-        const QRectF symbol =
-            grid().symbol(u"photo"_s, 30, QFont::Normal, themeColor(ColorRole::tertiaryText));
-        QVERIFY(!symbol.isNull());
-        const QPointF away = symbol.center() - QRectF{m_screen->squareRect(0)}.center();
-        QVERIFY(std::abs(away.x()) <= 0.5 && std::abs(away.y()) <= 0.5);
     }
 
     void emptyView()
@@ -228,9 +191,120 @@ private Q_SLOTS:
         QCOMPARE(body->geometry().bottom(), m_screen->view->rect().bottom());
     }
 
+    void theTimeIsMonthDayAndClockWithoutAYear()
+    {
+        m_screen->addRow(u"p"_s, {}, moment(), {});
+        m_screen->addRow(u"p"_s, {}, moment(2024), {});
+        m_screen->addRow(u"p"_s, {}, moment(2023, 8), {});
+        m_screen->open();
+        QCOMPARE(m_screen->descriptionOf(0), u"03-05 09:07"_s);
+        // What is drawn depends on the minute, not on the year.
+        QCOMPARE(belowSquare(1), belowSquare(0));
+        QVERIFY(belowSquare(2) != belowSquare(0));
+    }
+
+    void aCoverIsShownWholeBetweenBands()
+    {
+        const QList<QSize> sizes{{1600, 900}, {900, 1600}, {8, 8}};
+        for (const QSize size : sizes) {
+            m_screen->addCover(u"%1.png"_s.arg(size.width()), size, 1000 - size.width(), Qt::red);
+        }
+        m_screen->open();
+        const QImage picture = m_screen->picture();
+        // The row that is made last, with the smallest width, comes first.
+        for (int position = 0; position < sizes.size(); ++position) {
+            const QSizeF size = sizes.at(sizes.size() - 1 - position);
+            const QRectF square = m_screen->squareRect(position);
+            const QSizeF shown = size.scaled(square.size(), Qt::KeepAspectRatio);
+            const QPointF half{shown.width() / 2, shown.height() / 2};
+            // Across, up and down: just inside the cover it is red, just outside there is bare ground.
+            for (const QPoint direction : {QPoint{-1, 0}, QPoint{1, 0}, QPoint{0, -1}, QPoint{0, 1}}) {
+                const QPointF edge{direction.x() * half.x(), direction.y() * half.y()};
+                QCOMPARE(colorAt(picture, square.center() + edge - 3 * direction), QColor{Qt::red});
+                const QPointF outside = square.center() + edge + 4 * direction;
+                if (square.contains(outside)) {
+                    QCOMPARE(colorAt(picture, outside), themeColor(ColorRole::controlBackground));
+                }
+            }
+            const QRect inside = QRectF{square.center() - half, shown}.toRect().adjusted(8, 8, -8, -8);
+            QVERIFY(isPlain(picture, inside, Qt::red));
+        }
+    }
+
+    void aPictureFillsTheSquareAndLeavesAPlaceholderWhenItGoes()
+    {
+        const QString file = m_screen->addCover(u"a.png"_s, {100, 100}, moment());
+        m_screen->open();
+        const QRect square = m_screen->squareRect(0);
+        const Drawing before = grid();
+        // Between the square's ground and its outline.
+        QCOMPARE(before.pixmaps().size(), 3);
+        for (const DrawnPixmap &part : before.pixmaps()) {
+            QCOMPARE(part.place, QRectF{square});
+        }
+        QCOMPARE(CornerShape{before.pixmaps().at(1).leftHalf()}.differenceFromContinuous(8), QString{});
+        const QImage textsBefore = belowSquare(0);
+        QVERIFY(QFile::remove(file));
+        QVERIFY(m_screen->waitUntilFilled());
+        QCOMPARE(countOf(m_screen->picture(), Qt::red), 0);
+        QCOMPARE(belowSquare(0), textsBefore);
+        const QRectF symbol = grid().symbol(u"photo"_s, 30, QFont::Normal, ColorRole::tertiaryText);
+        QVERIFY(!symbol.isNull());
+        const QPointF away = symbol.center() - QRectF{square}.center();
+        QVERIFY(std::abs(away.x()) <= 0.5 && std::abs(away.y()) <= 0.5);
+        const QColor ground = themeColor(ColorRole::controlBackground);
+        QVERIFY(isPlain(m_screen->picture(), {square.left() + 10, square.top() + 10, square.width() - 20, 40},
+                        ground));
+    }
+
+    void theModelLeavesTheTimeInSightAndNothingInItsPlace()
+    {
+        m_screen->addRow(u"p"_s, {}, moment(2025), {});
+        m_screen->addRow(u"p"_s, {}, moment(2024), u"doubao-seedream-4-0-250828-"_s.repeated(9));
+        m_screen->open();
+        const QImage without = belowSquare(0);
+        const QImage with = belowSquare(1);
+        const int timeWidth = 60;
+        const QRect right{without.width() - timeWidth, 0, timeWidth, without.height()};
+        QCOMPARE(with.copy(right), without.copy(right));
+        // Below the one line of prompt.
+        const int footerTop = 6 + QFontMetrics{systemFont(12)}.height() + 2;
+        const QRect left{0, footerTop, 80, without.height() - footerTop};
+        QVERIFY(isPlain(without, left));
+        QVERIFY(!isPlain(with, left));
+    }
+
+    void modelAndTimeHaveDigitsOfOneHeight()
+    {
+        m_screen->addRow(u"p\np"_s, {},
+                         static_cast<double>(QDateTime{{2025, 8, 8}, {8, 8, 8}}.toSecsSinceEpoch()),
+                         u"a-8888"_s);
+        m_screen->open();
+        const int lineHeight = QFontMetrics{systemFont(10)}.height();
+        const QImage below = belowSquare(0);
+        const QImage footer = below.copy(0, below.height() - lineHeight, below.width(), lineHeight);
+        const auto rowsOfInk = [](const QImage &part) {
+            return runs(part.height(), [&](int y) {
+                return countIf(part, [](const QColor &pixel) { return pixel.alpha() > 20; },
+                               {0, y, part.width(), 1}) > 0;
+            });
+        };
+        const int half = footer.width() / 2;
+        const QList<QPoint> modelRows = rowsOfInk(footer.copy(0, 0, half, lineHeight));
+        QVERIFY(!modelRows.isEmpty());
+        QCOMPARE(rowsOfInk(footer.copy(half, 0, half, lineHeight)), modelRows);
+    }
+
 private:
     QWidget *piece(const QString &name) { return accessible::find(&m_screen->window, name); }
     Drawing grid() { return Drawing{m_screen->grid()->viewport()}; }
+
+    /// The part of the tile below its square.
+    QImage belowSquare(int position)
+    {
+        const QRect tile = m_screen->tileRect(position);
+        return m_screen->picture().copy(tile.adjusted(0, tile.width(), 0, 0));
+    }
 
     std::unique_ptr<HistoryScreen> m_screen;
 };

@@ -1,5 +1,4 @@
 #include "screens/history/ThumbnailCache.h"
-#include "screens/history/ThumbnailReader.h"
 #include "support/SamplePictures.h"
 #include "support/ScreenTest.h"
 
@@ -37,70 +36,54 @@ private Q_SLOTS:
 
     void cleanup() { m_home.reset(); }
 
-    void aPictureIsUnknownUntilItIsLoaded()
-    {
-        writePicture(u"a.png"_s, {10, 10});
-        QCOMPARE(m_cache->find(u"~/a.png"_s, square).state, State::unknown);
-        load(u"~/a.png"_s, square);
-        QCOMPARE(m_cache->find(u"~/a.png"_s, square).state, State::ready);
-        QVERIFY(!m_cache->find(u"~/a.png"_s, square).pixmap.isNull());
-    }
-
-    void aPictureIsFittedIntoTheSquare_data()
-    {
-        QTest::addColumn<QSize>("side");
-        QTest::addColumn<double>("ratio");
-        QTest::addColumn<QSize>("pixels");
-        QTest::newRow("landscape") << QSize{1600, 900} << 1.0 << QSize{100, 56};
-        QTest::newRow("portrait") << QSize{900, 1600} << 1.0 << QSize{56, 100};
-        QTest::newRow("twice the resolution") << QSize{1600, 900} << 2.0 << QSize{200, 112};
-        QTest::newRow("small") << QSize{10, 5} << 1.5 << QSize{150, 75};
-        QTest::newRow("a line") << QSize{1, 900} << 1.0 << QSize{1, 100};
-    }
-
     void aPictureIsFittedIntoTheSquare()
     {
-        QFETCH(const QSize, side);
-        QFETCH(const double, ratio);
-        QFETCH(const QSize, pixels);
-        const QString path = writePicture(u"a.png"_s, side);
-        load(path, {100, 8, ratio});
-        const QPixmap pixmap = m_cache->find(path, {100, 8, ratio}).pixmap;
-        QCOMPARE(pixmap.size(), pixels);
-        QCOMPARE(pixmap.devicePixelRatio(), ratio);
+        struct Fit {
+            QSize side;
+            double ratio;
+            QSize pixels;
+        };
+        for (const auto &[side, ratio, pixels] :
+             {Fit{{1600, 900}, 1.0, {100, 56}}, Fit{{900, 1600}, 1.0, {56, 100}},
+              Fit{{1600, 900}, 2.0, {200, 112}}, Fit{{10, 5}, 1.5, {150, 75}},
+              Fit{{1, 900}, 1.0, {1, 100}}}) {
+            const QString path = writePicture(u"%1-%2.png"_s.arg(side.width()).arg(ratio), side);
+            load(path, {100, 8, ratio});
+            const QPixmap pixmap = m_cache->find(path, {100, 8, ratio}).pixmap;
+            QCOMPARE(pixmap.size(), pixels);
+            QCOMPARE(pixmap.devicePixelRatio(), ratio);
+        }
     }
 
-    void anotherSizeOrResolutionMakesItOutdated()
+    void aPictureFollowsItsFileAndItsPlace()
     {
-        const QString path = writePicture(u"a.png"_s, {16, 9});
+        const QString file = writePicture(u"a.png"_s, {16, 9});
+        const QString path = u"~/a.png"_s;
+        const auto state = [&](const ThumbnailCache::Square &place = square) {
+            return m_cache->find(path, place).state;
+        };
+        QCOMPARE(state(), State::unknown);
         load(path, square);
-        QCOMPARE(m_cache->find(path, {120, 8, 1.0}).state, State::outdated);
-        QCOMPARE(m_cache->find(path, {100, 8, 2.0}).state, State::outdated);
+        QCOMPARE(state(), State::ready);
+        QVERIFY(!m_cache->find(path, square).pixmap.isNull());
+        // Another size or resolution.
+        QCOMPARE(state({120, 8, 1.0}), State::outdated);
+        QCOMPARE(state({100, 8, 2.0}), State::outdated);
         QVERIFY(!m_cache->find(path, {120, 8, 1.0}).pixmap.isNull());
         load(path, {120, 8, 1.0});
-        QCOMPARE(m_cache->find(path, {120, 8, 1.0}).state, State::ready);
-    }
-
-    void aChangedFileIsUnknownAgain()
-    {
-        const QString path = writePicture(u"a.png"_s, {16, 9});
-        load(path, square);
+        QCOMPARE(state({120, 8, 1.0}), State::ready);
+        // A changed file.
         writePicture(u"a.png"_s, {9, 16});
-        const auto found = m_cache->find(path, square);
-        QCOMPARE(found.state, State::unknown);
-        QVERIFY(found.pixmap.isNull());
-    }
-
-    void aFileThatIsGoneIsAbsentAndForgotten()
-    {
-        const QString path = writePicture(u"a.png"_s, {16, 9});
+        QCOMPARE(state(), State::unknown);
+        QVERIFY(m_cache->find(path, square).pixmap.isNull());
+        // A file that is gone is absent and forgotten.
         load(path, square);
         QVERIFY(m_cache->bytes() > 0);
-        QVERIFY(QFile::remove(path));
-        QCOMPARE(m_cache->find(path, square).state, State::absent);
+        QVERIFY(QFile::remove(file));
+        QCOMPARE(state(), State::absent);
         QCOMPARE(m_cache->bytes(), 0);
         load(path, square);
-        QCOMPARE(m_cache->find(path, square).state, State::absent);
+        QCOMPARE(state(), State::absent);
     }
 
     void whatIsNoPictureIsAbsentUntilTheFileChanges()
@@ -117,66 +100,48 @@ private Q_SLOTS:
     {
         // Each takes 4 MB, so that sixteen fit.
         constexpr ThumbnailCache::Square large{1024, 8, 1.0};
-        constexpr int count = 17;
+        constexpr int count = 18;
         QStringList paths;
         for (int number = 0; number < count; ++number) {
             paths += writePicture(u"%1.png"_s.arg(number), {8, 8});
             load(paths.last(), large);
         }
         QCOMPARE(m_cache->bytes(), qsizetype{count} * 1024 * 1024 * 4);
+        const auto kept = [&] {
+            QList<int> numbers;
+            for (int number = 0; number < count; ++number) {
+                if (m_cache->find(paths.at(number), large).state == State::ready) {
+                    numbers.append(number);
+                }
+            }
+            return numbers;
+        };
+        // What is in use stays beyond the bound.
+        m_cache->trim({paths.begin(), paths.end()});
+        QCOMPARE(kept().size(), count);
         QCOMPARE(m_cache->find(paths.at(0), large).state, State::ready);
         m_cache->trim({});
         QVERIFY(m_cache->bytes() <= ThumbnailCache::maximumBytes);
-        QCOMPARE(m_cache->find(paths.at(1), large).state, State::unknown);
-        for (int kept = 0; kept < count; ++kept) {
-            QVERIFY(kept == 1 || m_cache->find(paths.at(kept), large).state == State::ready);
-        }
-    }
-
-    void whatIsInUseStaysBeyondTheBound()
-    {
-        constexpr ThumbnailCache::Square large{1024, 8, 1.0};
-        QSet<QString> inUse;
-        for (int number = 0; number < 18; ++number) {
-            const QString path = writePicture(u"%1.png"_s.arg(number), {8, 8});
-            load(path, large);
-            inUse.insert(path);
-        }
-        m_cache->trim(inUse);
-        for (const QString &path : std::as_const(inUse)) {
-            QCOMPARE(m_cache->find(path, large).state, State::ready);
-        }
-    }
-
-    void aPictureComesInSlices()
-    {
-        const QString path = write(u"a.png"_s, Qt::red);
-        begin(path);
-        QCOMPARE(m_cache->find(path, square).state, State::unknown);
-        finish(path);
-        QCOMPARE(m_cache->find(path, square).state, State::ready);
-        QCOMPARE(m_cache->find(path, square).pixmap.size(), QSize(100, 75));
-        QCOMPARE(middle(path), QColor{Qt::red});
-        QCOMPARE(m_reader->currentPath(), QString{});
-    }
-
-    void aFileThatChangesMeanwhileIsReadAnew_data()
-    {
-        QTest::addColumn<bool>("isReplaced");
-        QTest::newRow("the same file") << false;
-        QTest::newRow("another file in its place") << true;
+        QCOMPARE(kept(), (QList<int>{0, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17}));
     }
 
     void aFileThatChangesMeanwhileIsReadAnew()
     {
-        QFETCH(const bool, isReplaced);
         const QString path = write(u"a.png"_s, Qt::red);
         begin(path);
-        const QString other = write(isReplaced ? u"b.png"_s : u"a.png"_s, Qt::blue);
-        QVERIFY(!isReplaced || (QFile::remove(path) && QFile::rename(other, path)));
+        QCOMPARE(m_cache->find(path, square).state, State::unknown);
+        write(u"a.png"_s, Qt::blue);
         QVERIFY(finish(path) > size.height());
         QCOMPARE(m_cache->find(path, square).state, State::ready);
+        QCOMPARE(m_cache->find(path, square).pixmap.size(), QSize(100, 75));
         QCOMPARE(middle(path), QColor{Qt::blue});
+        QCOMPARE(m_reader->currentPath(), QString{});
+        // Another file in its place.
+        const QString second = write(u"b.png"_s, Qt::blue);
+        begin(second);
+        QVERIFY(QFile::remove(second) && QFile::rename(write(u"c.png"_s, Qt::red), second));
+        QVERIFY(finish(second) > size.height());
+        QCOMPARE(middle(second), QColor{Qt::red});
     }
 
     void aFileThatGoesMeanwhileIsAbsent()
@@ -189,7 +154,7 @@ private Q_SLOTS:
         QCOMPARE(m_reader->currentPath(), QString{});
     }
 
-    void anotherPictureTakesThePlaceOfWhatWasBegun()
+    void anotherPictureOrSquareTakesThePlaceOfWhatWasBegun()
     {
         const QString path = write(u"a.png"_s, Qt::red);
         const QString other = write(u"b.png"_s, Qt::blue);
@@ -199,16 +164,12 @@ private Q_SLOTS:
         QCOMPARE(middle(other), QColor{Qt::blue});
         QVERIFY(finish(path) > size.height());
         QCOMPARE(middle(path), QColor{Qt::red});
-    }
-
-    void anotherSquareBeginsThePictureAnew()
-    {
-        const QString path = write(u"a.png"_s, Qt::red);
-        begin(path);
+        const QString third = write(u"c.png"_s, Qt::red);
+        begin(third);
         constexpr ThumbnailCache::Square larger{200, 8, 1.0};
-        finish(path, larger);
-        QCOMPARE(m_cache->find(path, larger).state, State::ready);
-        QCOMPARE(m_cache->find(path, larger).pixmap.size(), QSize(200, 150));
+        finish(third, larger);
+        QCOMPARE(m_cache->find(third, larger).state, State::ready);
+        QCOMPARE(m_cache->find(third, larger).pixmap.size(), QSize(200, 150));
     }
 
 private:

@@ -1,6 +1,5 @@
 #include "ui/dialogs/SystemFileDialogs.h"
 
-#include "support/AccessibleFinder.h"
 #include "support/SamplePictures.h"
 #include "support/ScreenTest.h"
 
@@ -101,98 +100,74 @@ private Q_SLOTS:
         QCOMPARE(m_panelsSeen, 2);
     }
 
-    void aFileThatTheAddedEndingNamesIsAskedAbout_data()
-    {
-        QTest::addColumn<QString>("entered");
-        QTest::addColumn<QString>("button");
-        QTest::addColumn<bool>("replaces");
-        for (const QString &name : {u"<b>封面.jpg"_s, u"<b>封面"_s}) {
-            const QByteArray row = name.toUtf8();
-            QTest::addRow("%s, replace", row.constData()) << name << u"替换"_s << true;
-            QTest::addRow("%s, cancel", row.constData()) << name << u"取消"_s << false;
-            QTest::addRow("%s, escape", row.constData()) << name << QString{} << false;
-        }
-    }
-
     void aFileThatTheAddedEndingNamesIsAskedAbout()
     {
-        QFETCH(const QString, entered);
-        QFETCH(const QString, button);
-        QFETCH(const bool, replaces);
-        const QString existing = samplePictures::write(m_home->path(entered + u".png"_s), "former");
-        QString text;
-        QString keptName;
-        Qt::TextFormat format = Qt::AutoText;
-        withPanel([&](QFileDialog &panel) {
-            enter(panel, m_home->path(entered));
-            withQuestion([&](QMessageBox &question) {
-                text = question.text();
-                format = question.textFormat();
-                if (!replaces) {
-                    withPanel([&](QFileDialog &again) {
-                        keptName = nameField(again)->text();
-                        again.reject();
+        for (const QString &entered : {u"<b>封面.jpg"_s, u"<b>封面"_s}) {
+            // Without a button by the Escape key.
+            for (const QString &button : {u"替换"_s, u"取消"_s, QString{}}) {
+                init();
+                const bool replaces = button == u"替换"_s;
+                const QString existing = samplePictures::write(m_home->path(entered + u".png"_s), "former");
+                QString text;
+                QString keptName;
+                Qt::TextFormat format = Qt::AutoText;
+                withPanel([&](QFileDialog &panel) {
+                    enter(panel, m_home->path(entered));
+                    withQuestion([&](QMessageBox &question) {
+                        text = question.text();
+                        format = question.textFormat();
+                        if (!replaces) {
+                            withPanel([&](QFileDialog &again) {
+                                keptName = nameField(again)->text();
+                                again.reject();
+                            });
+                        }
+                        if (button.isEmpty()) {
+                            QTest::keyClick(&question, Qt::Key_Escape);
+                        }
+                        for (QAbstractButton *shown : question.buttons()) {
+                            if (shown->text() == button) {
+                                click(shown);
+                            }
+                        }
                     });
-                }
-                if (button.isEmpty()) {
-                    QTest::keyClick(&question, Qt::Key_Escape);
-                }
-                for (QAbstractButton *shown : question.buttons()) {
-                    if (shown->text() == button) {
-                        click(shown);
-                    }
-                }
-            });
-        });
-        QCOMPARE(m_panels.chooseCoverDestination(m_window.get(), u"x.png"_s),
-                 replaces ? std::optional{existing} : std::nullopt);
-        QCOMPARE(m_panelsSeen, replaces ? 2 : 3);
-        QCOMPARE(keptName, replaces ? QString{} : entered + u".png"_s);
-        QCOMPARE(text, u"“%1.png”已存在。要替换它吗？"_s.arg(entered));
-        QCOMPARE(format, Qt::PlainText);
-    }
-
-    void anAskerThatGoesGetsNothing_data()
-    {
-        QTest::addColumn<bool>("withWindow");
-        QTest::addColumn<bool>("toSave");
-        for (const bool toSave : {false, true}) {
-            QTest::addRow("%s, asker", toSave ? "save" : "open") << false << toSave;
-            QTest::addRow("%s, window", toSave ? "save" : "open") << true << toSave;
+                });
+                QCOMPARE(m_panels.chooseCoverDestination(m_window.get(), u"x.png"_s),
+                         replaces ? std::optional{existing} : std::nullopt);
+                QCOMPARE(m_panelsSeen, replaces ? 2 : 3);
+                QCOMPARE(keptName, replaces ? QString{} : entered + u".png"_s);
+                QCOMPARE(text, u"“%1.png”已存在。要替换它吗？"_s.arg(entered));
+                QCOMPARE(format, Qt::PlainText);
+            }
         }
     }
 
     void anAskerThatGoesGetsNothing()
     {
-        QFETCH(const bool, withWindow);
-        QFETCH(const bool, toSave);
-        samplePictures::writePng(m_home->path(u"a.png"_s), samplePictures::picture({8, 8}));
-        QPointer<QWidget> asker = new QWidget{m_window.get()};
-        withPanel([&](QFileDialog &panel) {
-            panel.selectFile(m_home->path(u"a.png"_s));
-            remove(asker, withWindow);
-        });
-        const auto path = toSave ? m_panels.chooseCoverDestination(asker, u"x.png"_s)
-                                 : m_panels.chooseReferenceImage(asker);
-        QVERIFY(asker.isNull());
-        QVERIFY(!path.has_value());
-        QCOMPARE(m_panelsSeen, 1);
-        QVERIFY(QApplication::activeModalWidget() == nullptr);
-    }
-
-    void anAskerThatGoesDuringTheQuestionGetsNothing()
-    {
-        samplePictures::write(m_home->path(u"a.jpg.png"_s), "former");
-        for (const bool withWindow : {false, true}) {
-            QPointer<QWidget> asker = new QWidget{m_window.get()};
-            withPanel([&](QFileDialog &panel) {
-                enter(panel, m_home->path(u"a.jpg"_s));
-                withQuestion([&](QMessageBox &) { remove(asker, withWindow); });
-            });
-            QVERIFY(!m_panels.chooseCoverDestination(asker, u"x.png"_s).has_value());
-            QVERIFY(asker.isNull());
+        enum class Moment { opening, saving, question };
+        for (const auto moment : {Moment::opening, Moment::saving, Moment::question}) {
+            for (const bool withWindow : {false, true}) {
+                init();
+                const QString existing = samplePictures::write(m_home->path(u"a.jpg.png"_s), "former");
+                QPointer<QWidget> asker = new QWidget{m_window.get()};
+                withPanel([&](QFileDialog &panel) {
+                    if (moment == Moment::question) {
+                        enter(panel, m_home->path(u"a.jpg"_s));
+                        withQuestion([&](QMessageBox &) { remove(asker, withWindow); });
+                    } else {
+                        panel.selectFile(existing);
+                        remove(asker, withWindow);
+                    }
+                });
+                const auto path = moment == Moment::opening
+                                      ? m_panels.chooseReferenceImage(asker)
+                                      : m_panels.chooseCoverDestination(asker, u"x.png"_s);
+                QVERIFY(asker.isNull());
+                QVERIFY(!path.has_value());
+                QCOMPARE(m_panelsSeen, moment == Moment::question ? 2 : 1);
+                QVERIFY(QApplication::activeModalWidget() == nullptr);
+            }
         }
-        QCOMPARE(m_panelsSeen, 4);
     }
 
     void kindsOfFilesAreNamedInChinese()
@@ -216,7 +191,7 @@ private Q_SLOTS:
                                      u"文件夹"_s}));
     }
 
-    void panelsOpenWhereTheLastOneWasClosed()
+    void panelsOpenWhereTheLastOneWasClosedAndWriteNoSettings()
     {
         const QString path =
             samplePictures::writePng(m_home->path(u"deep/er/a.png"_s), samplePictures::picture({8, 8}));
@@ -225,32 +200,10 @@ private Q_SLOTS:
         QString folder;
         withPanel([&](QFileDialog &panel) {
             folder = panel.directory().absolutePath();
-            panel.reject();
+            m_window.reset();
         });
-        m_panels.chooseReferenceImage(m_window.get());
+        QVERIFY(!m_panels.chooseReferenceImage(m_window.get()).has_value());
         QCOMPARE(folder, m_home->path(u"deep/er"_s));
-    }
-
-    void noSettingsAreWritten_data()
-    {
-        QTest::addColumn<bool>("windowGoes");
-        QTest::newRow("file chosen") << false;
-        QTest::newRow("window goes meanwhile") << true;
-    }
-
-    void noSettingsAreWritten()
-    {
-        QFETCH(const bool, windowGoes);
-        const QString path =
-            samplePictures::writePng(m_home->path(u"deep/er/a.png"_s), samplePictures::picture({8, 8}));
-        withPanel([&](QFileDialog &panel) {
-            if (windowGoes) {
-                m_window.reset();
-            } else {
-                enter(panel, path);
-            }
-        });
-        QCOMPARE(m_panels.chooseReferenceImage(m_window.get()).has_value(), !windowGoes);
         QDirIterator files{sharedSettings().path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories};
         QVERIFY2(!files.hasNext(), qPrintable(files.next()));
     }
@@ -329,5 +282,4 @@ private:
 };
 
 QUILMORA_TEST(SystemFileDialogsTest, runScreenTest)
-
 #include "SystemFileDialogsTest.moc"

@@ -147,7 +147,7 @@ private Q_SLOTS:
         }
     }
 
-    void thePaddingIsEvenAroundTheCommands()
+    void thePaddingIsEvenAroundTheCommandsAndSeparatorsAreInset()
     {
         open();
         const QRect inside = m_menu->rect().adjusted(padding, padding, -padding, -padding);
@@ -157,11 +157,7 @@ private Q_SLOTS:
         QCOMPARE(first.height(), 22);
         QCOMPARE(m_menu->actionGeometry(m_redo).top(), first.bottom() + 1);
         QCOMPARE(m_menu->actionGeometry(m_erase).bottomRight(), inside.bottomRight());
-    }
-
-    void separatorsAreInsetHairlines()
-    {
-        open();
+        // Hairlines.
         const QRect place = m_menu->actionGeometry(m_line);
         QCOMPARE(place.height(), 11);
         const QColor ground = themeColor(ColorRole::menuBackground);
@@ -215,25 +211,15 @@ private Q_SLOTS:
         m_menu->setActiveAction(command);
         const QRect place = m_menu->actionGeometry(command);
         const QImage seen = picture();
-        const auto isInk = [&](int y) {
-            for (int x = 0; x < seen.width(); ++x) {
-                if (screenCapture::isClose(seen.pixelColor(x, y), themeColor(ColorRole::onAccent), 80)) {
-                    return true;
-                }
-            }
-            return false;
-        };
+        const QList<QPoint> rows = screenCapture::runs(seen.height(), [&](int y) {
+            return screenCapture::countOf(seen, themeColor(ColorRole::onAccent), {0, y, seen.width(), 1},
+                                          80) > 0;
+        });
+        QVERIFY(!rows.isEmpty());
         const int top = qRound((place.top() + 1) * devicePixelRatio);
         const int bottom = qRound(place.bottom() * devicePixelRatio) - 1;
-        int first = top;
-        int last = bottom;
-        while (first < last && !isInk(first)) {
-            ++first;
-        }
-        while (first < last && !isInk(last)) {
-            --last;
-        }
-        QVERIFY(last > first);
+        const int first = rows.constFirst().x();
+        const int last = rows.constLast().x() + rows.constLast().y() - 1;
         QVERIFY2(std::abs((first - top) - (bottom - last)) <= 1,
                  qPrintable(u"%1 above, %2 below"_s.arg(first - top).arg(bottom - last)));
     }
@@ -292,38 +278,33 @@ private Q_SLOTS:
         QVERIFY2(qAbs(gap - 24) <= 1, qPrintable(QString::number(gap)));
     }
 
-    void lettersForTheKeyboardAreNotShown_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("shown");
-        QTest::newRow("added") << u"撤销(&U)\tCtrl+Z"_s << u"撤销"_s;
-        QTest::newRow("added after a blank") << u"撤销 (&U)"_s << u"撤销"_s;
-        QTest::newRow("added before dots") << u"打开(&O)..."_s << u"打开..."_s;
-        QTest::newRow("marked") << u"&Undo"_s << u"Undo"_s;
-        QTest::newRow("marked inside") << u"Select &All"_s << u"Select All"_s;
-        QTest::newRow("the character itself") << u"A && B"_s << u"A & B"_s;
-        QTest::newRow("brackets of the text") << u"大小(U)"_s << u"大小(U)"_s;
-    }
-
     void lettersForTheKeyboardAreNotShown()
     {
-        QFETCH(const QString, text);
-        QFETCH(const QString, shown);
-        m_menu->clear();
-        const QAction *command = m_menu->addAction(text);
-        open();
-        QCOMPARE(Drawing{m_menu.get()}.texts().constFirst().text, shown);
-        QCOMPARE(command->text(), text);
+        const QList<std::pair<QString, QString>> texts{
+            {u"撤销(&U)\tCtrl+Z"_s, u"撤销"_s},  {u"撤销 (&U)"_s, u"撤销"_s},
+            {u"打开(&O)..."_s, u"打开..."_s},    {u"&Undo"_s, u"Undo"_s},
+            {u"Select &All"_s, u"Select All"_s}, {u"A && B"_s, u"A & B"_s},
+            {u"大小(U)"_s, u"大小(U)"_s},
+        };
+        for (const auto &[text, shown] : texts) {
+            m_menu->clear();
+            const QAction *command = m_menu->addAction(text);
+            open();
+            QCOMPARE(Drawing{m_menu.get()}.texts().constFirst().text, shown);
+            QCOMPARE(command->text(), text);
 
-        QMenu plain{m_window.get()};
-        const QString key = text.section(u'\t', 1);
-        plain.addAction(QString{shown}.replace(u'&', u"&&"_s) + (key.isEmpty() ? key : u'\t' + key));
-        QCOMPARE(m_menu->sizeHint(), plain.sizeHint());
-        const int bare = QFontMetrics{m_menu->font()}.horizontalAdvance(shown) + 2 * (padding + textInset);
-        QVERIFY(key.isEmpty() ? m_menu->width() == bare : m_menu->width() > bare);
+            QMenu plain{m_window.get()};
+            const QString key = text.section(u'\t', 1);
+            plain.addAction(QString{shown}.replace(u'&', u"&&"_s) + (key.isEmpty() ? key : u'\t' + key));
+            QCOMPARE(m_menu->sizeHint(), plain.sizeHint());
+            const int bare =
+                QFontMetrics{m_menu->font()}.horizontalAdvance(shown) + 2 * (padding + textInset);
+            QVERIFY2(key.isEmpty() ? m_menu->width() == bare : m_menu->width() > bare, qPrintable(text));
+            m_menu->close();
+        }
     }
 
-    void iconsAreNotShown()
+    void iconsAreNotShownAndCheckMarksAndArrowsTakeTheirSpace()
     {
         open();
         const QSize size = m_menu->sizeHint();
@@ -333,20 +314,14 @@ private Q_SLOTS:
         m_undo->setIcon(icon);
         QCOMPARE(m_menu->sizeHint(), size);
         QCOMPARE(picture(), before);
-    }
-
-    void checkMarksAndArrowsTakeTheirSpace()
-    {
-        const int usualWidth = m_menu->sizeHint().width();
+        m_menu->close();
         m_erase->setCheckable(true);
-        QCOMPARE(m_menu->sizeHint().width(), usualWidth + 16);
+        QCOMPARE(m_menu->sizeHint().width(), size.width() + 16);
         open();
         QCOMPARE(Drawing{m_menu.get()}.placeOf(u"撤销"_s).left(), padding + textInset + 16.0);
         const auto inkIn = [this](const QRect &area) {
-            const QImage seen = picture(2);
-            const QRect pixels{area.topLeft() * 2, area.size() * 2};
-            return pixels.width() * pixels.height() -
-                   screenCapture::countOf(seen, themeColor(ColorRole::menuBackground), pixels);
+            return screenCapture::countBeside(picture(2), themeColor(ColorRole::menuBackground),
+                                              {area.topLeft() * 2, area.size() * 2});
         };
         const QRect place = m_menu->actionGeometry(m_erase);
         const QRect mark{place.left() + textInset, place.top(), 14, place.height()};
@@ -388,5 +363,4 @@ private:
 };
 
 QUILMORA_TEST(MenuStyleTest, runScreenTest)
-
 #include "MenuStyleTest.moc"

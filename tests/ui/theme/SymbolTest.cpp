@@ -63,81 +63,68 @@ private Q_SLOTS:
         }
     }
 
-    void straightStrokesCoverWholePixels_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<int>("pixelSize");
-        QTest::addColumn<int>("weight");
-        // Where a row and a column cross the drawing's straight sides, as parts of its height and width.
-        QTest::addColumn<double>("row");
-        QTest::addColumn<double>("column");
-        constexpr double none = -1;
-        QTest::newRow("screen") << u"tv"_s << 16 << 500 << 0.4 << 0.5;
-        QTest::newRow("window") << u"macwindow"_s << 16 << 500 << 0.6 << 0.7;
-        QTest::newRow("phone") << u"iphone"_s << 16 << 500 << 0.5 << 0.33;
-        QTest::newRow("newer phone") << u"iphone.gen3"_s << 16 << 500 << 0.5 << none;
-        QTest::newRow("upload") << u"square.and.arrow.up"_s << 22 << 400 << 0.57 << none;
-        QTest::newRow("list") << u"rectangle.grid.3x2"_s << 13 << 500 << 0.25 << 0.5;
-    }
-
     void straightStrokesCoverWholePixels()
     {
         QFETCH_GLOBAL(const double, ratio);
-        QFETCH(const QString, name);
-        QFETCH(const int, pixelSize);
-        QFETCH(const int, weight);
-        QFETCH(const double, row);
-        QFETCH(const double, column);
-        const Symbol symbol{name, pixelSize, static_cast<QFont::Weight>(weight)};
-        // Wide enough to be moved by the half of a pixel and not.
-        for (const int width : {60, 61}) {
-            const QImage whole = symbolIn(symbol, QSizeF(width, 60), ratio);
-            const QImage picture = whole.copy(inkOf(whole).adjusted(-1, -1, 1, 1));
-            QList<int> seen = opacities(picture, true, static_cast<int>(picture.height() * row));
-            if (column > 0) {
-                seen += opacities(picture, false, static_cast<int>(picture.width() * column));
+        struct Strokes {
+            QString name;
+            int pixelSize;
+            QFont::Weight weight;
+            // Where a row and a column cross the drawing's straight sides, as parts of its height and width.
+            double row;
+            double column;
+        };
+        constexpr double none = -1;
+        const QList<Strokes> symbols{
+            {u"tv"_s, 16, QFont::Medium, 0.4, 0.5},
+            {u"macwindow"_s, 16, QFont::Medium, 0.6, 0.7},
+            {u"iphone"_s, 16, QFont::Medium, 0.5, 0.33},
+            {u"iphone.gen3"_s, 16, QFont::Medium, 0.5, none},
+            {u"square.and.arrow.up"_s, 22, QFont::Normal, 0.57, none},
+            {u"rectangle.grid.3x2"_s, 13, QFont::Medium, 0.25, 0.5},
+        };
+        for (const auto &[name, pixelSize, weight, row, column] : symbols) {
+            const Symbol symbol{name, pixelSize, weight};
+            // Wide enough to be moved by the half of a pixel and not.
+            for (const int width : {60, 61}) {
+                const QImage whole = symbolIn(symbol, QSizeF(width, 60), ratio);
+                const QImage picture = whole.copy(inkOf(whole).adjusted(-1, -1, 1, 1));
+                QList<int> seen = opacities(picture, true, static_cast<int>(picture.height() * row));
+                if (column > 0) {
+                    seen += opacities(picture, false, static_cast<int>(picture.width() * column));
+                }
+                QVERIFY(seen.contains(255));
+                const auto between = std::find_if(seen.begin(), seen.end(),
+                                                  [](int opacity) { return opacity > 2 && opacity < 253; });
+                QVERIFY2(between == seen.end(),
+                         qPrintable(name + u": %1 at %2"_s.arg(*between).arg(between - seen.begin())));
             }
-            QVERIFY(seen.contains(255));
-            const auto between = std::find_if(seen.begin(), seen.end(),
-                                              [](int opacity) { return opacity > 2 && opacity < 253; });
-            QVERIFY2(between == seen.end(),
-                     qPrintable(u"%1 at %2"_s.arg(*between).arg(between - seen.begin())));
-        }
-    }
-
-    void theInkIsInTheMiddle_data()
-    {
-        QTest::addColumn<QString>("name");
-        for (const QString &name : {u"tv"_s, u"macwindow"_s, u"iphone"_s, u"iphone.gen3"_s}) {
-            QTest::newRow(qUtf8Printable(name)) << name;
         }
     }
 
     void theInkIsInTheMiddle()
     {
         QFETCH_GLOBAL(const double, ratio);
-        QFETCH(const QString, name);
-        for (const int width : {120, 121, 122, 123}) {
-            const QImage card = symbolIn(Symbol{name, 16, QFont::Medium}, QSizeF(width, 21), ratio);
-            const QRect ink = inkOf(card);
-            const double middle = width * ratio / 2;
-            QVERIFY2(std::abs(ink.left() + ink.width() / 2.0 - middle) <= 0.25,
-                     qPrintable(u"%1 + %2 / 2, middle %3"_s.arg(ink.left()).arg(ink.width()).arg(middle)));
+        for (const QString &name : {u"tv"_s, u"macwindow"_s, u"iphone"_s, u"iphone.gen3"_s}) {
+            for (const int width : {120, 121, 122, 123}) {
+                const QImage card = symbolIn(Symbol{name, 16, QFont::Medium}, QSizeF(width, 21), ratio);
+                const QRect ink = inkOf(card);
+                const double middle = width * ratio / 2;
+                QVERIFY2(
+                    std::abs(ink.left() + ink.width() / 2.0 - middle) <= 0.25,
+                    qPrintable(name +
+                               u": %1 + %2 / 2, middle %3"_s.arg(ink.left()).arg(ink.width()).arg(middle)));
+            }
         }
     }
 
-    void theListIsAsHighAsTheGear()
+    void theListIsAsHighAsTheGearAndTheDotsOfTheWindowAreApart()
     {
         QFETCH_GLOBAL(const double, ratio);
         const auto heightOf = [&](const QString &name) {
             return inkOf(symbolIn(Symbol{name, 13, QFont::Medium}, {17, 17}, ratio)).height();
         };
         QVERIFY(std::abs(heightOf(u"rectangle.grid.3x2"_s) - heightOf(u"gearshape"_s)) <= 1);
-    }
-
-    void theDotsOfTheWindowAreApart()
-    {
-        QFETCH_GLOBAL(const double, ratio);
         for (const int width : {120, 121}) {
             const QImage card = symbolIn(Symbol{u"macwindow"_s, 16, QFont::Medium}, QSizeF(width, 21), ratio);
             const QRect ink = inkOf(card);
@@ -158,5 +145,4 @@ private Q_SLOTS:
 };
 
 QUILMORA_TEST(SymbolTest, runScreenTest)
-
 #include "SymbolTest.moc"

@@ -10,10 +10,7 @@ using namespace quilmora::test;
 
 namespace {
 
-QColor windowColor()
-{
-    return QApplication::palette().color(QPalette::Window);
-}
+QColor windowColor() { return QApplication::palette().color(QPalette::Window); }
 
 } // namespace
 

@@ -18,15 +18,9 @@ using screenCapture::srgb;
 namespace {
 
 /// Opaque.
-QColor hex(QRgb color)
-{
-    return QColor{color};
-}
+QColor hex(QRgb color) { return QColor{color}; }
 
-QColor grey(int level, double opacity)
-{
-    return QColor{level, level, level, qRound(opacity * 255)};
-}
+QColor grey(int level, double opacity) { return QColor{level, level, level, qRound(opacity * 255)}; }
 
 /// Relative luminance, as accessibility guidelines define it.
 double luminance(const QColor &color)
@@ -58,58 +52,57 @@ private Q_SLOTS:
         Theme::current().setContrast(Contrast::normal);
     }
 
-    void everyRoleHasItsColorInBothSchemes_data()
-    {
-        QTest::addColumn<ColorRole>("role");
-        QTest::addColumn<QColor>("light");
-        QTest::addColumn<QColor>("dark");
-        const auto row = [](const char *name, ColorRole role, const QColor &light, const QColor &dark) {
-            QTest::newRow(name) << role << light << dark;
-        };
-        const auto fixed = [row](const char *name, ColorRole role, const QColor &color) {
-            row(name, role, color, color);
-        };
-        row("window background", ColorRole::windowBackground, hex(0xECECEC), hex(0x323232));
-        row("button background", ColorRole::buttonBackground, hex(0xFFFFFF), hex(0x5A5A5A));
-        row("control background", ColorRole::controlBackground, hex(0xFFFFFF), hex(0x1E1E1E));
-        row("text background", ColorRole::textBackground, hex(0xFFFFFF), hex(0x1E1E1E));
-        row("menu background", ColorRole::menuBackground, hex(0xF6F6F6), hex(0x3A3A3A));
-        row("accent", ColorRole::accent, hex(0x007AFF), hex(0x0A84FF));
-        row("primary text", ColorRole::primaryText, grey(0, 0.85), grey(255, 0.85));
-        row("secondary text", ColorRole::secondaryText, grey(0, 0.58), grey(255, 0.55));
-        row("tertiary text", ColorRole::tertiaryText, grey(0, 0.26), grey(255, 0.25));
-        row("separator", ColorRole::separator, grey(0, 0.10), grey(255, 0.10));
-        row("grey", ColorRole::grey, hex(0x8E8E93), hex(0x98989D));
-        row("red", ColorRole::red, hex(0xFF3B30), hex(0xFF453A));
-        row("green", ColorRole::green, hex(0x28CD41), hex(0x32D74B));
-        row("red text", ColorRole::redText, hex(0xD70015), hex(0xFF6961));
-        row("green text", ColorRole::greenText, hex(0x007D1B), hex(0x30DB5B));
-        row("control border", ColorRole::controlBorder, grey(0, 0.15), grey(255, 0.16));
-        row("control pressed", ColorRole::controlPressed, grey(0, 0.08), grey(255, 0.12));
-        row("scrim", ColorRole::scrim, grey(0, 0.20), grey(0, 0.40));
-        row("hover fill", ColorRole::hoverFill, QColor{0x8E, 0x8E, 0x93, 38}, QColor{0x98, 0x98, 0x9D, 38});
-        row("option border", ColorRole::optionBorder, QColor{0x8E, 0x8E, 0x93, 64},
-            QColor{0x98, 0x98, 0x9D, 64});
-        fixed("on accent", ColorRole::onAccent, hex(0xFFFFFF));
-        fixed("selected fill", ColorRole::selectedFill, srgb(1.0, 0.78, 0.2));
-        fixed("selected border", ColorRole::selectedBorder, srgb(0.95, 0.7, 0.1));
-        fixed("selected primary text", ColorRole::selectedPrimaryText, srgb(0.2, 0.2, 0.1));
-        fixed("selected secondary text", ColorRole::selectedSecondaryText, srgb(0.3, 0.25, 0.05));
-        fixed("selected chip text", ColorRole::selectedChipText, srgb(0.1, 0.1, 0.1));
-        fixed("step", ColorRole::step, srgb(0.18, 0.72, 0.45));
-        fixed("picture shadow", ColorRole::pictureShadow, srgb(0, 0, 0, 0.1));
-        fixed("sheet shadow", ColorRole::sheetShadow, srgb(0, 0, 0, 0.35));
-        fixed("gradient button shadow", ColorRole::gradientButtonShadow, srgb(0.45, 0.35, 0.95, 0.25));
-    }
-
     void everyRoleHasItsColorInBothSchemes()
     {
-        QFETCH(const ColorRole, role);
-        QFETCH(const QColor, light);
-        QFETCH(const QColor, dark);
-        QCOMPARE(QColor::fromRgba(themeColor(role).rgba()), light);
-        Theme::current().setScheme(ColorScheme::dark);
-        QCOMPARE(QColor::fromRgba(themeColor(role).rgba()), dark);
+        struct Colors {
+            ColorRole role;
+            QColor light;
+            QColor dark;
+        };
+        const auto fixed = [](ColorRole role, const QColor &color) {
+            return Colors{role, color, color};
+        };
+        const QList<Colors> all{
+            {ColorRole::windowBackground, hex(0xECECEC), hex(0x323232)},
+            {ColorRole::buttonBackground, hex(0xFFFFFF), hex(0x5A5A5A)},
+            {ColorRole::controlBackground, hex(0xFFFFFF), hex(0x1E1E1E)},
+            {ColorRole::textBackground, hex(0xFFFFFF), hex(0x1E1E1E)},
+            {ColorRole::menuBackground, hex(0xF6F6F6), hex(0x3A3A3A)},
+            {ColorRole::accent, hex(0x007AFF), hex(0x0A84FF)},
+            {ColorRole::primaryText, grey(0, 0.85), grey(255, 0.85)},
+            {ColorRole::secondaryText, grey(0, 0.58), grey(255, 0.55)},
+            {ColorRole::tertiaryText, grey(0, 0.26), grey(255, 0.25)},
+            {ColorRole::separator, grey(0, 0.10), grey(255, 0.10)},
+            {ColorRole::grey, hex(0x8E8E93), hex(0x98989D)},
+            {ColorRole::red, hex(0xFF3B30), hex(0xFF453A)},
+            {ColorRole::green, hex(0x28CD41), hex(0x32D74B)},
+            {ColorRole::redText, hex(0xD70015), hex(0xFF6961)},
+            {ColorRole::greenText, hex(0x007D1B), hex(0x30DB5B)},
+            {ColorRole::controlBorder, grey(0, 0.15), grey(255, 0.16)},
+            {ColorRole::controlPressed, grey(0, 0.08), grey(255, 0.12)},
+            {ColorRole::scrim, grey(0, 0.20), grey(0, 0.40)},
+            {ColorRole::hoverFill, QColor{0x8E, 0x8E, 0x93, 38}, QColor{0x98, 0x98, 0x9D, 38}},
+            {ColorRole::optionBorder, QColor{0x8E, 0x8E, 0x93, 64}, QColor{0x98, 0x98, 0x9D, 64}},
+            fixed(ColorRole::onAccent, hex(0xFFFFFF)),
+            fixed(ColorRole::selectedFill, srgb(1.0, 0.78, 0.2)),
+            fixed(ColorRole::selectedBorder, srgb(0.95, 0.7, 0.1)),
+            fixed(ColorRole::selectedPrimaryText, srgb(0.2, 0.2, 0.1)),
+            fixed(ColorRole::selectedSecondaryText, srgb(0.3, 0.25, 0.05)),
+            fixed(ColorRole::selectedChipText, srgb(0.1, 0.1, 0.1)),
+            fixed(ColorRole::step, srgb(0.18, 0.72, 0.45)),
+            fixed(ColorRole::pictureShadow, srgb(0, 0, 0, 0.1)),
+            fixed(ColorRole::sheetShadow, srgb(0, 0, 0, 0.35)),
+            fixed(ColorRole::gradientButtonShadow, srgb(0.45, 0.35, 0.95, 0.25)),
+        };
+        for (const auto &[role, light, dark] : all) {
+            for (const auto scheme : {ColorScheme::light, ColorScheme::dark}) {
+                Theme::current().setScheme(scheme);
+                const QColor color = QColor::fromRgba(themeColor(role).rgba());
+                QVERIFY2(
+                    color == (scheme == ColorScheme::light ? light : dark),
+                    qPrintable(u"role %1: %2"_s.arg(static_cast<int>(role)).arg(screenCapture::text(color))));
+            }
+        }
     }
 
     void thePaletteOfQtFollows()
@@ -144,75 +137,62 @@ private Q_SLOTS:
         }
     }
 
-    void textsStandOutFromTheirBackgrounds_data()
-    {
-        QTest::addColumn<ColorRole>("text");
-        QTest::addColumn<QList<ColorRole>>("grounds");
-        const QList<ColorRole> grounds{ColorRole::windowBackground, ColorRole::controlBackground,
-                                       ColorRole::textBackground, ColorRole::menuBackground};
-        QTest::newRow("primary text") << ColorRole::primaryText << grounds;
-        QTest::newRow("secondary text") << ColorRole::secondaryText << grounds;
-        QTest::newRow("button's title")
-            << ColorRole::primaryText << QList<ColorRole>{ColorRole::buttonBackground};
-        const QList<ColorRole> selected{ColorRole::selectedFill};
-        QTest::newRow("selected") << ColorRole::selectedPrimaryText << selected;
-        QTest::newRow("selected, secondary") << ColorRole::selectedSecondaryText << selected;
-        QTest::newRow("selected chip") << ColorRole::selectedChipText << selected;
-        const QList<ColorRole> plain{ColorRole::windowBackground, ColorRole::controlBackground};
-        QTest::newRow("red text") << ColorRole::redText << plain;
-        QTest::newRow("green text") << ColorRole::greenText << plain;
-        const QList<ColorRole> backdrop{ColorRole::previewBackdrop};
-        QTest::newRow("preview") << ColorRole::onBackdrop << backdrop;
-        QTest::newRow("preview, secondary") << ColorRole::onBackdropSecondary << backdrop;
-    }
-
     void textsStandOutFromTheirBackgrounds()
     {
-        QFETCH(const ColorRole, text);
-        QFETCH(const QList<ColorRole>, grounds);
+        const QList<ColorRole> plain{ColorRole::windowBackground, ColorRole::controlBackground};
+        const QList<ColorRole> all = plain + QList{ColorRole::textBackground, ColorRole::menuBackground};
+        const QList<ColorRole> selected{ColorRole::selectedFill};
+        const QList<ColorRole> backdrop{ColorRole::previewBackdrop};
+        const QList<std::pair<ColorRole, QList<ColorRole>>> texts{
+            {ColorRole::primaryText, all + QList{ColorRole::buttonBackground}},
+            {ColorRole::secondaryText, all},
+            {ColorRole::selectedPrimaryText, selected},
+            {ColorRole::selectedSecondaryText, selected},
+            {ColorRole::selectedChipText, selected},
+            {ColorRole::redText, plain},
+            {ColorRole::greenText, plain},
+            {ColorRole::onBackdrop, backdrop},
+            {ColorRole::onBackdropSecondary, backdrop},
+        };
         for (const auto scheme : {ColorScheme::light, ColorScheme::dark}) {
             Theme::current().setScheme(scheme);
-            for (const ColorRole role : grounds) {
-                const QColor ground =
-                    screenCapture::over(themeColor(role), themeColor(ColorRole::windowBackground));
-                const double ratio = contrast(screenCapture::over(themeColor(text), ground), ground);
-                QVERIFY2(ratio >= 4.5, qPrintable(QString::number(ratio)));
+            for (const auto &[text, grounds] : texts) {
+                for (const ColorRole role : grounds) {
+                    const QColor ground =
+                        screenCapture::over(themeColor(role), themeColor(ColorRole::windowBackground));
+                    const double ratio = contrast(screenCapture::over(themeColor(text), ground), ground);
+                    QVERIFY2(ratio >= 4.5, qPrintable(u"role %1 on %2: %3"_s.arg(static_cast<int>(text))
+                                                          .arg(static_cast<int>(role))
+                                                          .arg(ratio)));
+                }
             }
-        }
-    }
-
-    void atHighContrastTheyStandOutMore_data()
-    {
-        QTest::addColumn<ColorRole>("role");
-        QTest::addColumn<double>("least");
-        QTest::newRow("primary text") << ColorRole::primaryText << 12.0;
-        QTest::newRow("secondary text") << ColorRole::secondaryText << 7.0;
-        for (const ColorRole role : {ColorRole::tertiaryText, ColorRole::red, ColorRole::green,
-                                     ColorRole::redText, ColorRole::greenText, ColorRole::grey}) {
-            QTest::addRow("text or symbol, role %d", static_cast<int>(role)) << role << 4.5;
-        }
-        for (const ColorRole role :
-             {ColorRole::controlBorder, ColorRole::optionBorder, ColorRole::selectedBorder,
-              ColorRole::tileBorder, ColorRole::separator}) {
-            QTest::addRow("line, role %d", static_cast<int>(role)) << role << 3.0;
         }
     }
 
     void atHighContrastTheyStandOutMore()
     {
-        QFETCH(const ColorRole, role);
-        QFETCH(const double, least);
+        // Texts and symbols, then lines.
+        const QList<std::pair<ColorRole, double>> leastOf{
+            {ColorRole::primaryText, 12}, {ColorRole::secondaryText, 7},  {ColorRole::tertiaryText, 4.5},
+            {ColorRole::red, 4.5},        {ColorRole::green, 4.5},        {ColorRole::redText, 4.5},
+            {ColorRole::greenText, 4.5},  {ColorRole::grey, 4.5},         {ColorRole::controlBorder, 3},
+            {ColorRole::optionBorder, 3}, {ColorRole::selectedBorder, 3}, {ColorRole::tileBorder, 3},
+            {ColorRole::separator, 3},
+        };
         for (const auto scheme : {ColorScheme::light, ColorScheme::dark}) {
             Theme::current().setScheme(scheme);
-            for (const ColorRole ground : {ColorRole::windowBackground, ColorRole::controlBackground}) {
-                const auto ratio = [&] {
-                    return contrast(screenCapture::over(themeColor(role), themeColor(ground)),
-                                    themeColor(ground));
-                };
-                Theme::current().setContrast(Contrast::normal);
-                const double usual = ratio();
-                Theme::current().setContrast(Contrast::high);
-                QVERIFY2(ratio() >= least && ratio() >= usual, qPrintable(QString::number(ratio())));
+            for (const auto &[role, least] : leastOf) {
+                for (const ColorRole ground : {ColorRole::windowBackground, ColorRole::controlBackground}) {
+                    const auto ratioAt = [&, role = role](Contrast level) {
+                        Theme::current().setContrast(level);
+                        return contrast(screenCapture::over(themeColor(role), themeColor(ground)),
+                                        themeColor(ground));
+                    };
+                    const double usual = ratioAt(Contrast::normal);
+                    const double high = ratioAt(Contrast::high);
+                    QVERIFY2(high >= least && high >= usual,
+                             qPrintable(u"role %1: %2"_s.arg(static_cast<int>(role)).arg(high)));
+                }
             }
         }
     }
@@ -238,5 +218,4 @@ private Q_SLOTS:
 };
 
 QUILMORA_TEST(ThemeTest, runScreenTest)
-
 #include "ThemeTest.moc"

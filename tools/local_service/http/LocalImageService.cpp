@@ -107,10 +107,7 @@ LocalImageService::LocalImageService(const LocalServiceOptions &options)
     addRoutes();
 }
 
-LocalImageService::~LocalImageService()
-{
-    stop();
-}
+LocalImageService::~LocalImageService() { stop(); }
 
 void LocalImageService::addRoutes()
 {
